@@ -1,0 +1,42 @@
+/** Carries requests from any thread to the thread of one event loop. */
+#pragma once
+
+#include <sdeventplus/event.hpp>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+/** The process's one channel. A request that was taken is never dropped while the loop lives; a
+ *  burst of requests wakes the loop once; a handler that throws costs its own request only. */
+class OneWayChannel {
+public:
+    /** Runs on the thread of the event loop with the request's data and size. */
+    using Handler = std::function<int(void* context, void* requestData, unsigned long requestSize)>;
+
+    /** Returns the channel, made on the first call. Any thread.
+     *  @throws std::runtime_error if its pipe can't be made. */
+    static OneWayChannel& GetInstance();
+
+    /** Makes requests run on the loop of the event, one at a time, in the order of Execute.
+     *  function, where it isn't empty, runs on the loop's thread after each burst of requests.
+     *  Called once, by the owner of the loop. Returns 0 when registered. */
+    int RegisterEventLoop(const sdeventplus::Event& event, void* context,
+                          std::function<void(void*)> function);
+
+    /** Hands a request over and returns without waiting for it; any thread. requestData belongs to
+     *  the handler when the result is 0. On any other result the request wasn't taken and
+     *  requestData stays with the caller. */
+    int Execute(Handler handler, void* requestData, unsigned long requestSize, bool wait);
+
+    OneWayChannel(const OneWayChannel&) = delete;
+    OneWayChannel& operator=(const OneWayChannel&) = delete;
+
+private:
+    OneWayChannel();
+    ~OneWayChannel();
+    struct Impl;
+
+    static std::atomic<OneWayChannel*> instance;
+    std::unique_ptr<Impl> impl;
+};

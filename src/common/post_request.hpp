@@ -1,0 +1,27 @@
+/** The one place from which a record travels to the main thread. */
+#pragma once
+
+#include <oneway_channel.hpp>
+
+#include <memory>
+#include <utility>
+
+namespace vantric {
+
+/** A function of the main thread that carries a request out. It owns requestData. */
+using RequestHandler = int (*)(void* context, void* requestData, unsigned long requestSize);
+
+/** Copies record to the heap and posts it to handler on the main thread; any thread, never waits.
+ *  Returns 0 when the channel took it. The handler's own result reaches nobody. */
+template <typename Record>
+int PostRequest(RequestHandler handler, Record record) {
+    auto owned = std::make_unique<Record>(std::move(record));
+    const int result =
+        OneWayChannel::GetInstance().Execute(handler, owned.get(), sizeof(Record), false);
+    if (result == 0) {
+        static_cast<void>(owned.release()); // the handler frees it
+    }
+    return result;
+}
+
+} // namespace vantric

@@ -1,0 +1,17 @@
+#include "common/process_flags.hpp"
+
+namespace vantric {
+
+bool dbusReady = false;
+std::mutex dbusReadyMutex;
+std::condition_variable dbusReadyCond;
+
+std::atomic<std::uint32_t> hostPowerState{HOST_POWER_UNKNOWN};
+std::mutex hostPowerMutex;
+std::condition_variable hostPowerCond;
+
+std::atomic<std::uint32_t> mctpDiscoveryState{MCTP_NO_TABLE_YET};
+std::atomic<bool> mctpDiscoveryRunning{false};
+std::atomic<bool> useNewEndPoints{false};
+
+} // namespace vantric
