@@ -4,6 +4,8 @@
  * from then on. */
 #pragma once
 
+#include "common/reading.hpp"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -17,17 +19,6 @@ enum SensorKind : std::uint8_t {
     SENSOR_KIND_THERMAL = 2,
     SENSOR_KIND_PROBE = 3,
 };
-
-/** PLDM base units that a published sensor can have (DSP0248). */
-enum BaseUnit : std::uint8_t {
-    BASE_UNIT_DEGREES_C = 2,
-    BASE_UNIT_DEGREES_F = 3,
-    BASE_UNIT_KELVIN = 4,
-    BASE_UNIT_WATTS = 7,
-};
-
-/** The value of a reading that isn't available. */
-inline constexpr std::int32_t readingUnavailable = 2147483647;
 
 /** PCI identity of a device. */
 struct PciIdentity {

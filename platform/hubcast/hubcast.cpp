@@ -1,0 +1,1 @@
+#include "hubcast.h"

@@ -1,0 +1,1 @@
+#include "oneway_channel.hpp"
