@@ -1,0 +1,32 @@
+#include "device_transport/device_transport.hpp"
+
+#include "common/log.hpp"
+
+#include <string_view>
+
+namespace vantric {
+
+namespace {
+constexpr int bytesInLine = 16;
+} // namespace
+
+DeviceTransport::DeviceTransport(std::uint8_t slot, std::uint8_t eid) : slot(slot), eid(eid) {}
+
+void DeviceTransport::Packet(const std::string& label, std::uint8_t slot, std::uint8_t command,
+                             const std::uint8_t* data, int length) const {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string line;
+    for (int i = 0; i < length; ++i) {
+        line += digits[data[i] >> 4];
+        line += digits[data[i] & 0x0F];
+        line += ' ';
+        const int written = i + 1;
+        if (written % bytesInLine == 0 || written == length) {
+            VANTRIC_LOG(LOG_LEVEL_TRACE, "%s[%d][%0x][%02d/%02d]: %s\n", label.c_str(), slot,
+                        static_cast<unsigned>(command), written, length, line.c_str());
+            line.clear();
+        }
+    }
+}
+
+} // namespace vantric
