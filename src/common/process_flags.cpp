@@ -7,8 +7,16 @@ std::mutex dbusReadyMutex;
 std::condition_variable dbusReadyCond;
 
 std::atomic<std::uint32_t> hostPowerState{HOST_POWER_UNKNOWN};
+std::uint64_t hostPowerChanges = 0;
 std::mutex hostPowerMutex;
 std::condition_variable hostPowerCond;
+
+void ReportHostPower(HostPower power) {
+    const std::scoped_lock lock(hostPowerMutex);
+    hostPowerState = power;
+    ++hostPowerChanges;
+    hostPowerCond.notify_all();
+}
 
 std::atomic<std::uint32_t> mctpDiscoveryState{MCTP_NO_TABLE_YET};
 std::atomic<bool> mctpDiscoveryRunning{false};

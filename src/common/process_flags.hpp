@@ -28,10 +28,15 @@ extern bool dbusReady;
 extern std::mutex dbusReadyMutex;
 extern std::condition_variable dbusReadyCond;
 
-/** Host power as last heard. Written under hostPowerMutex, with hostPowerCond notified. */
+/** Host power as last heard. Written by ReportHostPower only. */
 extern std::atomic<std::uint32_t> hostPowerState;
+/** Counts the reports of host power, so that a waiter misses none. Guarded by hostPowerMutex. */
+extern std::uint64_t hostPowerChanges;
 extern std::mutex hostPowerMutex;
 extern std::condition_variable hostPowerCond;
+
+/** Takes in what was heard of host power and wakes who waits on hostPowerCond. Any thread. */
+void ReportHostPower(HostPower power);
 
 /** Where the MCTP discovery stands. Written and read by the endpoint table callback. */
 extern std::atomic<std::uint32_t> mctpDiscoveryState;

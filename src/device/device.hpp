@@ -1,0 +1,129 @@
+/** One PCIe add-in device and its thread. */
+#pragma once
+
+#include "device/device_details.hpp"
+#include "modeling/modeling.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace vantric {
+
+/** Where a device's thread stands. docs/architecture.md has the picture. */
+enum DeviceState : std::int32_t {
+    DEVICE_CREATED = 1,       ///< until Initialize
+    DEVICE_INVENTORY = 2,     ///< the next step is an inventory
+    DEVICE_MONITORING = 3,    ///< the next step is a monitor cycle
+    DEVICE_SWITCH_TO_I2C = 4, ///< inventory has failed, or I2C has nothing to offer
+    DEVICE_WAITING = 5,       ///< I2C failed too: wait, then try monitoring again
+    DEVICE_STOPPED = 6,       ///< about to be removed
+};
+
+/** A device with its endpoints, its controllers and its monitor thread.
+ *
+ * Two threads work on it: its own, and the callback thread of the MCTP client library in
+ * Initialize, UpdateEIDTables and Stop. deviceMutex orders them: it is held for a monitor cycle,
+ * for the commands of an inventory, and while endpoints change. */
+class Device {
+public:
+    /** @param details what discovery learned
+     *  @param basePath inventory path of the device's class, ends in a slash */
+    Device(const DeviceDetails& details, std::string basePath);
+
+    /** Removes the device's objects from the bus. The device must have been stopped. */
+    virtual ~Device();
+
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    /** Orders the endpoints into controllers, makes what serves them and starts the monitor thread.
+     *  Called once, on the callback thread, right after construction. */
+    void Initialize();
+
+    /** Tells the monitor thread to end and waits for it. Nothing interrupts a running step, so this
+     *  can take as long as a monitor cycle or an inventory. */
+    void Stop();
+
+    /** Takes over the endpoints of a new table. Callback thread; waits for the monitor thread to
+     *  let go of the device, which useNewEndPoints hastens. */
+    void UpdateEIDTables(std::vector<EID_table> i2cEIDs, std::vector<EID_table> vdmEIDs);
+
+    /** Any thread. */
+    DeviceState State() const { return state; }
+    void SetState(DeviceState next) { state = next; }
+    bool UsesI2C() const { return useI2C; }
+    void SetFwUpdateInProgress(bool inProgress) { fwUpdateInProgress = inProgress; }
+
+protected:
+    /** One inventory pass; sets state. Monitor thread. */
+    virtual void InventoryTheDevice() = 0;
+
+    /** One monitor cycle. Monitor thread. Returns a VantricStatus value. */
+    virtual int MonitorTheDevice() = 0;
+
+    /** Runs the PLDM sequence on every endpoint. Returns 0, or 1 when a step failed that the
+     *  inventory can't do without. Monitor thread. */
+    int GatherInventory();
+
+    /** Decides what follows a failed inventory: another one at once if new endpoints are at hand
+     *  or on their way, else the change to I2C. Monitor thread.
+     *  @param generation value of Generation() before the inventory began */
+    void GiveUpInventory(std::uint32_t generation);
+
+    /** Posts the object of a controller; index counts from 1. */
+    void UpdateControllerInvData(std::uint8_t index);
+
+    /** Takes deviceMutex, after whoever asked for it before. Any thread. */
+    std::unique_lock<std::mutex> Acquire();
+
+    /** Counts the endpoint tables that this device took over. Any thread. */
+    std::uint32_t Generation() const { return generation; }
+
+    std::uint16_t slotNumber;
+    std::vector<EID_table> mI2C_EIDs;
+    std::vector<EID_table> mVDM_EIDs;
+    std::string inventoryBasePath;
+    PciIdentity identity;
+    std::uint16_t cpuAffinity;
+    std::atomic<DeviceState> state{DEVICE_CREATED};
+    std::string ldid;
+    std::atomic<bool> running{false};
+    std::map<std::uint8_t, std::uint16_t> controllerEIDMap; ///< index to EID; deviceMutex
+    std::vector<std::unique_ptr<PLDMCmds>> cmds; ///< one for each controller, in index order
+    std::unique_ptr<Modeling> modeling;
+    std::uint8_t monitorCycles = 0;     ///< cycles since the last firmware and PDR check
+    std::string firmwareVersion;
+    std::atomic<bool> useI2C{false};
+    std::atomic<bool> fwUpdateInProgress{false};
+    std::int64_t waitSeconds = 0; ///< what is left in DEVICE_WAITING; monitor thread
+
+private:
+    void InvMonThread();
+    void MonitorStep();
+    void WaitStep();
+    void StartWaiting();
+    void UseI2C_EIDs();
+    void Update_Controller_EID_Map();
+    void OrderVdmControllers();
+    void OrderI2cControllers();
+    void ResetControllerEIDs();
+    int GatherEndpoint(PLDMCmds& endpoint);
+    void FRUInventory();
+    bool IsEmbedded() const;
+
+    std::mutex deviceMutex;
+    /// Held only while waiting for deviceMutex: who waits there blocks those who come later, so that
+    /// a monitor thread that starts its next cycle at once can't overtake a waiting table.
+    std::mutex turnMutex;
+    std::atomic<std::uint32_t> generation{0};
+    std::thread monitorThread;
+};
+
+} // namespace vantric

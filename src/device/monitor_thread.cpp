@@ -1,0 +1,92 @@
+/** The state machine that a device's thread runs. */
+#include "device/device.hpp"
+
+#include "common/log.hpp"
+#include "common/pause.hpp"
+#include "common/status.hpp"
+
+#include <chrono>
+
+namespace vantric {
+
+namespace {
+
+constexpr std::chrono::seconds stepPause{5};
+constexpr std::chrono::seconds switchPause{10};
+constexpr std::int64_t waitAfterFailure = 120; // seconds
+
+} // namespace
+
+void Device::InvMonThread() {
+    while (running) {
+        switch (state) {
+        case DEVICE_INVENTORY:
+            InventoryTheDevice();
+            break;
+        case DEVICE_MONITORING:
+            MonitorStep();
+            break;
+        case DEVICE_SWITCH_TO_I2C:
+            if (useI2C) {
+                Pause(switchPause);
+            } else {
+                UseI2C_EIDs();
+            }
+            break;
+        case DEVICE_WAITING:
+            WaitStep();
+            break;
+        default:
+            Pause(stepPause);
+            break;
+        }
+    }
+}
+
+void Device::MonitorStep() {
+    const int status = MonitorTheDevice();
+    switch (static_cast<VantricStatus>(status)) {
+    case VantricStatus::SUCCESS:
+        break;
+    case VantricStatus::NEW_END_POINTS:
+        Pause(stepPause);
+        break;
+    case VantricStatus::INVALID_OR_CHANGED:
+        state = DEVICE_INVENTORY;
+        break;
+    case VantricStatus::COMMAND_FAILED:
+    case VantricStatus::DEVICE_NOT_READY:
+        VANTRIC_LOG(LOG_LEVEL_WARNING,
+                    "Device is either not ready or command failed status = %d\n", status);
+        break;
+    default:
+        if (status != ToInt(VantricStatus::DISCOVERY_RUNNING) && useI2C) {
+            StartWaiting();
+            break;
+        }
+        VANTRIC_LOG(LOG_LEVEL_TRACE,
+                    "Warm Reboot or VDM communication failed! Use I2C EP for Slot[%d]\n",
+                    slotNumber);
+        UseI2C_EIDs();
+        break;
+    }
+}
+
+void Device::WaitStep() {
+    if (waitSeconds > 0) {
+        waitSeconds -= stepPause.count();
+        VANTRIC_LOG(LOG_LEVEL_TRACE,
+                    "Device in Slot %d waiting %ld seconds before next monitor attempt\n",
+                    slotNumber, waitSeconds);
+    } else {
+        state = DEVICE_MONITORING;
+    }
+    Pause(stepPause);
+}
+
+void Device::StartWaiting() {
+    state = DEVICE_WAITING;
+    waitSeconds = waitAfterFailure;
+}
+
+} // namespace vantric

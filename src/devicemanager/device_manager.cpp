@@ -1,0 +1,128 @@
+#include "devicemanager/device_manager.hpp"
+
+#include "common/log.hpp"
+#include "common/process_flags.hpp"
+#include "dbus_handler/dbus_handler.hpp"
+#include "devicemanager/device_classes.hpp"
+#include "nicdevice/nic_device.hpp"
+
+#include <algorithm>
+
+namespace vantric {
+
+namespace {
+
+/** Results of createDevice. */
+constexpr int deviceStarted = 0;
+constexpr int deviceNotSupported = 2;
+constexpr int deviceExisted = 6;
+
+/** Makes commands that time out give way, for as long as it lives. */
+class NewEndPointsAtHand {
+public:
+    NewEndPointsAtHand() { useNewEndPoints = true; }
+    ~NewEndPointsAtHand() { useNewEndPoints = false; }
+    NewEndPointsAtHand(const NewEndPointsAtHand&) = delete;
+    NewEndPointsAtHand& operator=(const NewEndPointsAtHand&) = delete;
+};
+
+std::shared_ptr<Device> MakeDevice(const DeviceDetails& details) {
+    const std::string basePath(InventoryBasePath(details.deviceType));
+    switch (details.deviceType) {
+    case DEVICE_CLASS_NIC:
+    case DEVICE_CLASS_INFINIBAND:
+    case DEVICE_CLASS_FIBRE_CHANNEL:
+    case DEVICE_CLASS_EMBEDDED_NIC:
+        return std::make_shared<NicDevice>(details, basePath);
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+void DeviceManager::Update(EventKind kind, const std::any& payload) {
+    switch (kind) {
+    case FW_UPDATE_START:
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "FW_UPDATE_START\n");
+        SetFwUpdateInProgress(true);
+        break;
+    case FW_UPDATE_END:
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "FW_UPDATE_END\n");
+        SetFwUpdateInProgress(false);
+        break;
+    case END_POINT_TABLE_UPDATED:
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "END_POINT_TABLE_UPDATED\n");
+        createDevicesFromDiscoveredMap(filterPLDMSupportedDevices(payload));
+        RemoveUndiscoveredDevices();
+        break;
+    }
+}
+
+void DeviceManager::SetFwUpdateInProgress(bool inProgress) {
+    const std::scoped_lock lock(devicesMutex);
+    for (const auto& [ldid, device] : devices) {
+        device->SetFwUpdateInProgress(inProgress);
+    }
+}
+
+void DeviceManager::createDevicesFromDiscoveredMap(const DiscoveredMap& discovered) {
+    discoveredDevices.clear();
+    for (const auto& [ldid, details] : discovered) {
+        if (details->i2cEIDs.empty() && details->vdmEIDs.empty()) {
+            continue;
+        }
+        const int result = createDevice(ldid, *details);
+        if (result == deviceStarted || result == deviceExisted) {
+            discoveredDevices.push_back(ldid);
+        } else {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "createDevice() failed for device [%s]\n", ldid.c_str());
+        }
+    }
+}
+
+int DeviceManager::createDevice(const std::string& ldid, const DeviceDetails& details) {
+    if (UpdateExistingDevice(ldid, details)) {
+        return deviceExisted;
+    }
+    const auto device = MakeDevice(details);
+    if (!device) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Device type [%d] is not supported\n", details.deviceType);
+        return deviceNotSupported;
+    }
+    device->Initialize();
+    const std::scoped_lock lock(devicesMutex);
+    devices.emplace(ldid, device);
+    return deviceStarted;
+}
+
+bool DeviceManager::UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details) {
+    const NewEndPointsAtHand newEndPoints;
+    const std::scoped_lock lock(devicesMutex);
+    const auto device = devices.find(ldid);
+    if (device == devices.end()) {
+        return false;
+    }
+    if (device->second->UsesI2C() || device->second->State() != DEVICE_MONITORING) {
+        device->second->UpdateEIDTables(details.i2cEIDs, details.vdmEIDs);
+    }
+    return true;
+}
+
+void DeviceManager::RemoveUndiscoveredDevices() {
+    const std::scoped_lock lock(devicesMutex);
+    std::erase_if(devices, [this](const auto& entry) {
+        const auto& [ldid, device] = entry;
+        if (std::ranges::find(discoveredDevices, ldid) != discoveredDevices.end()) {
+            return false;
+        }
+        device->SetState(DEVICE_STOPPED);
+        device->Stop();
+        return true;
+    });
+    if (devices.empty()) {
+        DBusHandler::instance().ResetNumbering();
+    }
+}
+
+} // namespace vantric

@@ -1,0 +1,49 @@
+/** Which devices exist. */
+#pragma once
+
+#include "device/device.hpp"
+#include "event_handler/event_handler.hpp"
+#include "event_handler/mctp_client.hpp"
+
+#include <any>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace vantric {
+
+/** Owns every device: creates, updates and removes them as endpoint tables say, and removes all of
+ *  them when the host goes off. One object, which lives as long as the process. */
+class DeviceManager : public EventHandler {
+public:
+    /** What a table shows, by LDID. */
+    using DiscoveredMap = std::map<std::string, std::unique_ptr<DeviceDetails>>;
+
+    /** Body of the thread "PLDM_DevMgr": waits for the D-Bus side, attaches to MCTP, subscribes to
+     *  notifications and serves host power off. Never returns. */
+    void DevMgrThread();
+
+    /** Acts on an event, on the thread of the library that reported it. A table keeps that thread
+     *  until its devices are made and the gone ones removed: at least 2 s for each of those. */
+    void Update(EventKind kind, const std::any& payload) override;
+
+private:
+    DiscoveredMap filterPLDMSupportedDevices(const std::any& payload) const;
+    void createDevicesFromDiscoveredMap(const DiscoveredMap& discovered);
+    int createDevice(const std::string& ldid, const DeviceDetails& details);
+    bool UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details);
+    void RemoveUndiscoveredDevices();
+    void SetFwUpdateInProgress(bool inProgress);
+    [[noreturn]] void DeleteDevicesThread();
+    void DeleteAllDevices();
+
+    std::unique_ptr<MctpClient> mctpClient;
+    std::unordered_map<std::string, std::shared_ptr<Device>> devices; ///< by LDID; devicesMutex
+    std::mutex devicesMutex;                                          ///< before any deviceMutex
+    std::vector<std::string> discoveredDevices; ///< from the latest table; callback thread
+};
+
+} // namespace vantric

@@ -1,0 +1,106 @@
+#include "nicdevice/nic_device.hpp"
+
+#include "common/log.hpp"
+#include "common/pause.hpp"
+#include "common/status.hpp"
+
+#include <chrono>
+
+namespace vantric {
+
+namespace {
+
+constexpr std::chrono::seconds cyclePause{5};
+constexpr std::uint8_t cyclesBetweenChecks = 9;
+constexpr std::uint8_t toleratedFailures = 5;
+constexpr std::uint8_t unforcedRead = 0;
+
+/** How a network card's sensor of this unit is published. */
+SensorKind KindOf(std::uint8_t baseUnit) {
+    switch (baseUnit) {
+    case BASE_UNIT_DEGREES_C:
+        return SENSOR_KIND_THERMAL_PROBE;
+    case BASE_UNIT_WATTS:
+        return SENSOR_KIND_PROBE;
+    default:
+        return SENSOR_KIND_NONE;
+    }
+}
+
+} // namespace
+
+NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath)
+    : Device(details, basePath) {
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Constructed NicDevice at slot %d\n", slotNumber);
+}
+
+void NicDevice::InventoryTheDevice() {
+    const std::uint32_t generation = Generation();
+    if (GatherInventory() != 0) {
+        GiveUpInventory(generation);
+        return;
+    }
+    ModelControllers();
+    state = DEVICE_MONITORING;
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory successful for slot %d\n", slotNumber);
+    i2cMonitorFailures = 0;
+}
+
+void NicDevice::ModelControllers() {
+    std::uint8_t controller = 1;
+    for (auto& endpoint : cmds) {
+        for (const auto& sensor : endpoint->ExtractedData()->numericSensors) {
+            sensor->sensorNeededFor = KindOf(sensor->baseUnit);
+        }
+        const auto& extractedData = endpoint->GetExtractedData();
+        if (!endpoint->HasEntityAssociation()) {
+            modeling->ModelWithoutTree(extractedData, controller);
+        }
+        UpdateControllerInvData(controller);
+        ++controller;
+    }
+}
+
+int NicDevice::MonitorTheDevice() {
+    {
+        const auto lock = Acquire();
+        std::uint8_t controller = 1;
+        for (auto& endpoint : cmds) {
+            const int status = MonitorController(*endpoint, controller);
+            if (status != 0) {
+                VANTRIC_LOG(LOG_LEVEL_ERROR, "Monitor failed for slot %d and error status = %d\n",
+                            slotNumber, status);
+                return ToleratesMonitorFailure() ? ToInt(VantricStatus::SUCCESS) : status;
+            }
+            ++controller;
+        }
+    }
+    Pause(cyclePause);
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
+    if (monitorCycles > cyclesBetweenChecks) {
+        monitorCycles = 0;
+        if (endpoint.GetPDRRepositoryInfo(unforcedRead) ==
+            ToInt(VantricStatus::INVALID_OR_CHANGED)) {
+            ModelControllers();
+        }
+    }
+    ReadingMap readings;
+    const int status = endpoint.GetAllSensorReading(readings);
+    for (const auto& [sensorId, reading] : readings) {
+        const auto& [sensorKind, value] = reading;
+        modeling->UpdateSensorTempValue(sensorId, value, sensorKind, controller);
+    }
+    if (status == 0) {
+        ++monitorCycles;
+    }
+    return status;
+}
+
+bool NicDevice::ToleratesMonitorFailure() {
+    return useI2C && i2cMonitorFailures++ < toleratedFailures;
+}
+
+} // namespace vantric

@@ -1,0 +1,25 @@
+/** Network adapters, Fibre Channel and InfiniBand cards, and the embedded NIC. */
+#pragma once
+
+#include "device/device.hpp"
+
+namespace vantric {
+
+/** The full case of a device: several controllers, and patience with failures over I2C. */
+class NicDevice : public Device {
+public:
+    NicDevice(const DeviceDetails& details, const std::string& basePath);
+
+protected:
+    void InventoryTheDevice() override;
+    int MonitorTheDevice() override;
+
+private:
+    int MonitorController(PLDMCmds& endpoint, std::uint8_t controller);
+    void ModelControllers();
+    bool ToleratesMonitorFailure();
+
+    std::uint8_t i2cMonitorFailures = 0; ///< since the last successful inventory
+};
+
+} // namespace vantric
