@@ -21,7 +21,20 @@ bool message_t::is_method_error() const {
     return sd_bus_message_is_method_error(handle.get(), nullptr) > 0;
 }
 
+void message_t::signal_send() {
+    Check("sd_bus_send", sd_bus_send(nullptr, handle.get(), nullptr));
+}
+
 namespace message::details {
+
+namespace {
+
+/** Like Check(); zero is how sd-bus says that there is nothing more to read. */
+void CheckRead(const char* function, int result) {
+    Check(function, result == 0 ? -ENXIO : result);
+}
+
+} // namespace
 
 void AppendBasic(sd_bus_message* message, char type, const void* value) {
     Check("sd_bus_message_append_basic", sd_bus_message_append_basic(message, type, value));
@@ -37,15 +50,19 @@ void AppendContainer::close() {
 }
 
 void ReadBasic(sd_bus_message* message, char type, void* value) {
-    // Zero is how sd-bus says that there is nothing more.
-    const int result = sd_bus_message_read_basic(message, type, value);
-    Check("sd_bus_message_read_basic", result == 0 ? -ENXIO : result);
+    CheckRead("sd_bus_message_read_basic", sd_bus_message_read_basic(message, type, value));
+}
+
+const char* ReadText(sd_bus_message* message, char type) {
+    const char* text = nullptr;
+    CheckRead("sd_bus_message_read_basic string", sd_bus_message_read_basic(message, type, &text));
+    return text;
 }
 
 ReadContainer::ReadContainer(sd_bus_message* message, char type, const char* contents)
     : message(message) {
-    const int result = sd_bus_message_enter_container(message, type, contents);
-    Check("sd_bus_message_enter_container", result == 0 ? -ENXIO : result);
+    CheckRead("sd_bus_message_enter_container",
+              sd_bus_message_enter_container(message, type, contents));
 }
 
 bool ReadContainer::at_end() const {
@@ -62,8 +79,7 @@ bool IsVariantOf(sd_bus_message* message, const char* signature) {
 }
 
 void Skip(sd_bus_message* message, const char* signature) {
-    const int result = sd_bus_message_skip(message, signature);
-    Check("sd_bus_message_skip", result == 0 ? -ENXIO : result);
+    CheckRead("sd_bus_message_skip", sd_bus_message_skip(message, signature));
 }
 
 } // namespace message::details

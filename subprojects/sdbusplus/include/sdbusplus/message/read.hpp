@@ -8,10 +8,14 @@
 
 namespace sdbusplus::message::details {
 
-/** Reads one value of a basic type.
+/** Reads one value of a basic type that isn't text.
  *  @param value  as sd_bus_message_read_basic() fills it for the type
  *  @throws exception::SdBusError if the next value has another type, or if there is none. */
 void ReadBasic(sd_bus_message* message, char type, void* value);
+
+/** Reads a string or a path; valid as long as the message.
+ *  @throws exception::SdBusError "sd_bus_message_read_basic string" in the same cases. */
+const char* ReadText(sd_bus_message* message, char type);
 
 /** A container that is being read; close() goes on behind it. */
 class ReadContainer {
@@ -42,15 +46,11 @@ inline void Read(sd_bus_message* message, bool& value) {
 }
 
 inline void Read(sd_bus_message* message, std::string& value) {
-    const char* text = nullptr;
-    ReadBasic(message, 's', &text);
-    value = text;
+    value = ReadText(message, 's');
 }
 
 inline void Read(sd_bus_message* message, object_path& value) {
-    const char* text = nullptr;
-    ReadBasic(message, 'o', &text);
-    value.str = text;
+    value.str = ReadText(message, 'o');
 }
 
 template <typename T>
