@@ -1,0 +1,338 @@
+#include "platform/child_process.hpp"
+
+#include <oneway_channel.hpp>
+#include <sys/resource.h>
+#include <systemd/sd-event.h>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::CaptureWrites;
+using test::RunInChild;
+using testing::ElementsAre;
+using testing::MatchesRegex;
+
+/// A loop with the process's channel on it. Its test runs in a child, where the channel is new.
+class Loop {
+public:
+    Loop() : event(sdeventplus::Event::get_new()) {}
+
+    int Register() {
+        return OneWayChannel::GetInstance().RegisterEventLoop(
+            event, this, [](void* context) { ++static_cast<Loop*>(context)->wakeUps; });
+    }
+
+    /// One turn of the loop, without waiting. Returns whether anything ran.
+    bool RunOnce() { return sd_event_run(event.get(), 0) > 0; }
+
+    /// Turns the loop until done() holds; a time limit makes a hang a failure.
+    template <typename Condition>
+    void RunUntil(const Condition& done) {
+        const auto deadline = std::chrono::steady_clock::now() + 30s;
+        while (!done()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+            ASSERT_GE(sd_event_run(event.get(), 10'000), 0);
+        }
+    }
+
+    sdeventplus::Event event;
+    int wakeUps = 0;
+};
+
+int Post(std::function<void()> body) {
+    return OneWayChannel::GetInstance().Execute(
+        [body = std::move(body)](void*, void*, unsigned long) {
+            body();
+            return 0;
+        },
+        nullptr, 0, false);
+}
+
+TEST(OneWayChannel, HandsContextDataAndSizeToTheHandlerOnTheLoopsThread) {
+    EXPECT_EQ(0, RunInChild([] {
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  std::string record = "record";
+                  std::thread::id handlerThread;
+                  void* context = nullptr;
+                  std::thread poster([&] {
+                      const auto handler = [&](void* given, void* data, unsigned long size) {
+                          handlerThread = std::this_thread::get_id();
+                          context = given;
+                          EXPECT_EQ(data, &record);
+                          EXPECT_EQ(size, sizeof(record));
+                          return -1;
+                      };
+                      EXPECT_EQ(0, OneWayChannel::GetInstance().Execute(handler, &record,
+                                                                        sizeof(record), false));
+                  });
+                  poster.join();
+                  loop.RunUntil([&] { return context != nullptr; });
+                  EXPECT_EQ(context, &loop);
+                  EXPECT_EQ(handlerThread, std::this_thread::get_id());
+              }));
+}
+
+TEST(OneWayChannel, KeepsTheOrderOfEachThreadAndLosesNothing) {
+    EXPECT_EQ(0, RunInChild([] {
+                  constexpr int threadCount = 4;
+                  constexpr int requestCount = 2000;
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  std::map<int, std::vector<int>> seen;
+                  std::vector<std::thread> posters;
+                  for (int thread = 0; thread < threadCount; ++thread) {
+                      posters.emplace_back([&seen, thread] {
+                          for (int request = 0; request < requestCount; ++request) {
+                              EXPECT_EQ(0, Post([&seen, thread, request] {
+                                            seen[thread].push_back(request);
+                                        }));
+                          }
+                      });
+                  }
+                  const auto all = [&] {
+                      return seen.size() == threadCount &&
+                             std::ranges::all_of(seen, [](const auto& each) {
+                                 return each.second.size() == requestCount;
+                             });
+                  };
+                  loop.RunUntil(all);
+                  for (std::thread& poster : posters) {
+                      poster.join();
+                  }
+                  EXPECT_FALSE(loop.RunOnce());
+                  for (const auto& [thread, requests] : seen) {
+                      EXPECT_TRUE(std::ranges::is_sorted(requests)) << "thread " << thread;
+                  }
+              }));
+}
+
+TEST(OneWayChannel, IsOneForAllThreads) {
+    EXPECT_EQ(0, RunInChild([] {
+                  std::mutex mutex;
+                  std::set<OneWayChannel*> channels;
+                  std::vector<std::thread> threads;
+                  for (int thread = 0; thread < 8; ++thread) {
+                      threads.emplace_back([&] {
+                          OneWayChannel* channel = &OneWayChannel::GetInstance();
+                          const std::lock_guard lock(mutex);
+                          channels.insert(channel);
+                      });
+                  }
+                  for (std::thread& thread : threads) {
+                      thread.join();
+                  }
+                  EXPECT_EQ(channels.size(), 1U);
+              }));
+}
+
+TEST(OneWayChannel, WakesTheLoopOnceForABurst) {
+    EXPECT_EQ(0, RunInChild([] {
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  for (int burst = 1; burst <= 3; ++burst) {
+                      int handled = 0;
+                      for (int request = 0; request < 100'000; ++request) {
+                          ASSERT_EQ(0, Post([&] { ++handled; }));
+                      }
+                      EXPECT_TRUE(loop.RunOnce());
+                      EXPECT_EQ(handled, 100'000);
+                      EXPECT_EQ(loop.wakeUps, burst);
+                      EXPECT_FALSE(loop.RunOnce());
+                  }
+              }));
+}
+
+TEST(OneWayChannel, RunsRequestsFromBeforeTheRegistration) {
+    EXPECT_EQ(0, RunInChild([] {
+                  std::vector<int> seen;
+                  EXPECT_EQ(0, Post([&] { seen.push_back(1); }));
+                  EXPECT_EQ(0, Post([&] { seen.push_back(2); }));
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  EXPECT_EQ(0, Post([&] { seen.push_back(3); }));
+                  EXPECT_TRUE(loop.RunOnce());
+                  EXPECT_THAT(seen, ElementsAre(1, 2, 3));
+              }));
+}
+
+TEST(OneWayChannel, LeavesTheLoopItsTurnWhenHandlersPostAgain) {
+    EXPECT_EQ(0, RunInChild([] {
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  std::function<void()> again = [&] { Post(again); };
+                  Post(again);
+
+                  std::array<int, 2> other{};
+                  ASSERT_EQ(0, pipe(other.data()));
+                  ASSERT_EQ(1, write(other[1], "x", 1));
+                  bool otherRan = false;
+                  const auto readOther = [](sd_event_source*, int fd, uint32_t, void* ran) {
+                      char byte = 0;
+                      *static_cast<bool*>(ran) = true;
+                      return static_cast<int>(read(fd, &byte, 1)) - 1;
+                  };
+                  ASSERT_LE(0, sd_event_add_io(loop.event.get(), nullptr, other[0], EPOLLIN,
+                                               readOther, &otherRan));
+                  loop.RunUntil([&] { return otherRan && loop.wakeUps > 2; });
+              }));
+}
+
+TEST(OneWayChannel, SurvivesAHandlerThatThrows) {
+    const auto writes = CaptureWrites([] {
+        Loop loop;
+        ASSERT_EQ(0, loop.Register());
+        std::vector<int> seen;
+        Post([&] { seen.push_back(1); });
+        Post([] { throw std::runtime_error("card gone"); });
+        Post([] { throw 5; });
+        Post([&] { seen.push_back(2); });
+        EXPECT_TRUE(loop.RunOnce());
+        Post([&] { seen.push_back(3); });
+        EXPECT_TRUE(loop.RunOnce());
+        EXPECT_THAT(seen, ElementsAre(1, 2, 3));
+    });
+    EXPECT_THAT(writes,
+                ElementsAre(MatchesRegex("<3>oneway_channel\\.[0-9]+\\.[A-Za-z]+: Handler failed : "
+                                         "card gone\n"),
+                            MatchesRegex("<3>oneway_channel\\.[0-9]+\\.[A-Za-z]+: Handler failed"
+                                         "\n")));
+}
+
+TEST(OneWayChannel, LeavesARefusedRequestWithItsCaller) {
+    EXPECT_EQ(0, RunInChild([] {
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  EXPECT_NE(0, loop.Register());
+                  int record = 0;
+                  OneWayChannel& channel = OneWayChannel::GetInstance();
+                  const auto handler = [](void*, void* data, unsigned long) {
+                      return ++*static_cast<int*>(data);
+                  };
+                  EXPECT_NE(0, channel.Execute(nullptr, &record, sizeof(record), false));
+                  EXPECT_NE(0, channel.Execute(handler, &record, sizeof(record), true));
+                  EXPECT_FALSE(loop.RunOnce());
+                  EXPECT_EQ(record, 0);
+              }));
+}
+
+TEST(OneWayChannel, SaysThatItsPipeCouldNotBeMade) {
+    const auto withoutFiles = [] {
+        rlimit usual{};
+        ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &usual));
+        const rlimit none{.rlim_cur = 3, .rlim_max = usual.rlim_max};
+        ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
+        try {
+            OneWayChannel::GetInstance();
+            ADD_FAILURE() << "made without a pipe";
+        } catch (const std::runtime_error& error) {
+            ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &usual));
+            EXPECT_STREQ(error.what(), "Error in pipe creation OneWayChannel");
+        }
+    };
+    const auto writes = CaptureWrites([&] {
+        // A first channel that the child then loses: the sanitizer needs files of its own when it
+        // meets a type for the first time.
+        OneWayChannel::GetInstance();
+        EXPECT_EQ(0, RunInChild(withoutFiles));
+    });
+    EXPECT_THAT(writes, ElementsAre(MatchesRegex("<3>oneway_channel\\.[0-9]+\\.OneWayChannel: Pipe "
+                                                 "creation failed : 24\n")));
+}
+
+TEST(OneWayChannel, StaysWithTheParentOverAFork) {
+    EXPECT_EQ(0, RunInChild([] {
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  int handled = 0;
+                  Post([&] { ++handled; });
+                  const auto inChild = [&] {
+                      Loop own;
+                      EXPECT_EQ(
+                          0,
+                          own.Register()); // a second registration of one channel would be refused
+                      EXPECT_FALSE(own.RunOnce());
+                      EXPECT_EQ(handled, 0);
+                      Post([&] { handled += 10; });
+                      EXPECT_TRUE(own.RunOnce());
+                      EXPECT_EQ(handled, 10);
+                      EXPECT_EQ(0, RunInChild([] { EXPECT_EQ(0, Post([] {})); }));
+                  };
+                  EXPECT_EQ(0, RunInChild(inChild));
+                  EXPECT_TRUE(loop.RunOnce());
+                  EXPECT_EQ(handled, 1);
+              }));
+}
+
+TEST(OneWayChannel, SaysInTheChildThatAForkHappened) {
+    const auto writes = CaptureWrites([] {
+        setenv("TRACELOG_LEVEL", "4", 1);
+        OneWayChannel::GetInstance();
+        EXPECT_EQ(0, RunInChild([] {}));
+    });
+    EXPECT_THAT(writes,
+                ElementsAre(MatchesRegex(
+                    "<6>oneway_channel\\.[0-9]+\\.~OneWayChannel: Destructor\\. fork happened\\? "
+                    "\\(NOT Recommended to fork with multiple threads\\)\n")));
+}
+
+TEST(OneWayChannel, EndsInTheChildOfAHandlerThatForks) {
+    EXPECT_EQ(0, RunInChild([] {
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  pid_t child = -1;
+                  bool next = false;
+                  Post([&] { child = fork(); });
+                  Post([&] { next = true; });
+                  EXPECT_TRUE(loop.RunOnce());
+                  if (child == 0) {
+                      EXPECT_FALSE(next);
+                      EXPECT_EQ(loop.wakeUps, 0);
+                      std::exit(testing::Test::HasFailure() ? 1 : 0);
+                  }
+                  int status = 0;
+                  EXPECT_EQ(child, waitpid(child, &status, 0));
+                  EXPECT_EQ(0, status);
+                  EXPECT_TRUE(next);
+                  EXPECT_EQ(loop.wakeUps, 1);
+              }));
+}
+
+TEST(OneWayChannel, CanBeUsedInAChildForkedAmongBusyThreads) {
+    EXPECT_EQ(0, RunInChild([] {
+                  Loop loop;
+                  ASSERT_EQ(0, loop.Register());
+                  std::atomic<bool> stop{false};
+                  std::vector<std::thread> posters;
+                  for (int thread = 0; thread < 2; ++thread) {
+                      posters.emplace_back([&] {
+                          while (!stop) {
+                              Post([] {});
+                              std::this_thread::yield();
+                          }
+                      });
+                  }
+                  for (int round = 0; round < 20; ++round) {
+                      EXPECT_EQ(0, RunInChild([] {
+                                    EXPECT_EQ(0, Post([] {}));
+                                    _exit(testing::Test::HasFailure() ? 1 : 0);
+                                }));
+                      loop.RunOnce();
+                  }
+                  stop = true;
+                  for (std::thread& poster : posters) {
+                      poster.join();
+                  }
+              }));
+}
+
+} // namespace

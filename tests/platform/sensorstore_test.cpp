@@ -1,0 +1,98 @@
+#include <sensorstore_reader.hpp>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+const std::string path = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_3_1";
+
+SensorStoreValue Reading(int32_t value) {
+    return SensorStoreValue(std::in_place_type<int32_t>, value);
+}
+
+TEST(SensorStore, KeepsWhatAProbeObjectReportsForAsLongAsItLives) {
+    auto cluster = std::make_unique<SensorStoreCluster>();
+    cluster->PropertyChanged(path, "ProbeReading", Reading(41));
+    cluster->PropertyChanged(path, "ProbeReading", Reading(42));
+
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(42));
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeStatus"), std::nullopt);
+
+    cluster.reset();
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), std::nullopt);
+}
+
+TEST(SensorStore, TakesValuesOfACreatedObjectOnly) {
+    EXPECT_NE(sensorstore_probeobj_set_property(path, "ProbeReading", Reading(1)), 0);
+    ASSERT_EQ(sensorstore_probeobj_create(path, {{"ProbeReading", Reading(1)}}), 0);
+    EXPECT_NE(sensorstore_probeobj_create(path, {{"ProbeReading", Reading(9)}}), 0);
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(1));
+
+    EXPECT_EQ(sensorstore_probeobj_set_property(path, "ProbeReading", Reading(2)), 0);
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(2));
+
+    EXPECT_EQ(sensorstore_probeobj_remove(path), 0);
+    EXPECT_NE(sensorstore_probeobj_remove(path), 0);
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), std::nullopt);
+}
+
+TEST(SensorStore, RefusesAnotherTypeForAKnownProperty) {
+    ASSERT_EQ(sensorstore_probeobj_create(path, {{"ProbeReading", Reading(1)}}), 0);
+    EXPECT_NE(sensorstore_probeobj_set_property(path, "ProbeReading", std::string("1")), 0);
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(1));
+    EXPECT_EQ(sensorstore_probeobj_remove(path), 0);
+}
+
+TEST(SensorStore, KeepsACreatedObjectWhenItsReporterGoes) {
+    ASSERT_EQ(sensorstore_probeobj_create(path, {}), 0);
+    {
+        SensorStoreCluster cluster;
+        cluster.PropertyChanged(path, "ProbeReading", Reading(5));
+    }
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(5));
+    EXPECT_EQ(sensorstore_probeobj_remove(path), 0);
+}
+
+TEST(SensorStore, ResolvesAKeyToTheObjectLastSet) {
+    EXPECT_NE(SensorStoreKeys::set_key("", "ProbeObj", path, sensorstore_service()), 0);
+    EXPECT_NE(SensorStoreKeys::set_key("Key.1", "ProbeObj", "", sensorstore_service()), 0);
+    EXPECT_FALSE(sensorstore_find_object("Key.1"));
+
+    ASSERT_EQ(SensorStoreKeys::set_key("Key.1", "ProbeObj", "/old", sensorstore_service()), 0);
+    ASSERT_EQ(SensorStoreKeys::set_key("Key.1", "ProbeObj", path, sensorstore_service()), 0);
+    const auto object = sensorstore_find_object("Key.1");
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->type, "ProbeObj");
+    EXPECT_EQ(object->path, path);
+    EXPECT_EQ(object->service, "com.korv.zenth.vantricd");
+
+    EXPECT_EQ(SensorStoreKeys::remove("Key.1"), 0);
+    EXPECT_NE(SensorStoreKeys::remove("Key.1"), 0);
+    EXPECT_FALSE(sensorstore_find_object("Key.1"));
+}
+
+TEST(SensorStore, ServesSeveralThreads) {
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([thread] {
+            const std::string own = "/thread/" + std::to_string(thread);
+            SensorStoreCluster cluster;
+            for (int value = 0; value < 500; ++value) {
+                cluster.PropertyChanged(own, "ProbeReading", Reading(value));
+                cluster.PropertyChanged("/shared", "ProbeReading", Reading(value));
+                EXPECT_EQ(SensorStoreKeys::set_key(own, "ProbeObj", own, "service"), 0);
+                EXPECT_EQ(sensorstore_find_value(own, "ProbeReading"), Reading(value));
+                EXPECT_EQ(SensorStoreKeys::remove(own), 0);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+} // namespace
