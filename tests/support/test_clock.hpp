@@ -1,0 +1,16 @@
+/** A clock for tests: the daemon's pauses and deadlines shrink, and the test can look at them. */
+#pragma once
+
+#include <chrono>
+#include <vector>
+
+namespace vantric::test {
+
+/** Real seconds for each of the daemon's seconds; 0 lets no time pass at all. First value: 1, or
+ *  the environment's TEST_CLOCK_SCALE for a whole process under test. */
+void SetClockScale(double scale);
+
+/** The pauses that the daemon's threads made since the last call, in order. */
+std::vector<std::chrono::seconds> TakePauses();
+
+} // namespace vantric::test
