@@ -72,6 +72,36 @@ struct SensorValueRequest {
     std::uint8_t controller = 0;
 };
 
+/** What a device tells of itself besides its sensors. The strings are as the card gave them. */
+struct FruFields {
+    PciIdentity identity;
+    std::uint16_t cpuAffinity = 0;
+    std::string chassisType;
+    std::string model;
+    std::string partNumber;
+    std::string serialNumber;
+    std::string manufacturer;
+    std::string manufactureDate;
+    std::string vendor;
+    std::string name;
+    std::string sku;
+    std::string version;
+    std::string assetTag;
+    std::string description;
+    std::string ecLevel;
+    std::string other;
+    std::string iana; ///< decimal; anything else is published as 0
+    std::string firmwareVersion;
+};
+
+/** Creates the inventory object of a device with FRU data: dbusFruDataInsert. */
+struct FruInventoryRequest {
+    FruFields fields;
+    std::string deviceLdid; ///< key in the store
+    std::string objectPath; ///< not yet normalised
+    std::uint8_t slot = 0;
+};
+
 /** Creates the inventory object of a device without FRU data: dbusInvDataInsert. */
 struct PlainInventoryRequest {
     std::string firmwareVersion;
@@ -89,6 +119,36 @@ struct ControllerRequest {
     std::string deviceLdid;
     std::uint16_t slot = 0;
     std::uint8_t cpuAffinity = 0;
+};
+
+/** Writes the firmware version to a device's inventory objects: dbusFWDataUpdate. */
+struct FirmwareRequest {
+    std::string deviceLdid;
+    std::string version;
+};
+
+/** Creates the object of a state sensor (dbusStateSensorDataInsert) or writes its states
+ *  (dbusSetStateSensorValue). The three lists run in step, one entry for each member. */
+struct StateSensorRequest {
+    std::uint8_t slot = 0;
+    std::uint8_t controller = 0;
+    std::uint16_t entityType = 0;
+    std::uint16_t entityInstance = 0;
+    std::uint16_t sensorId = 0;
+    std::uint8_t memberCount = 0; ///< creation: how long the lists should be
+    std::vector<std::string> memberNames;
+    std::vector<std::string> stateSetNames; ///< empty: "Unavailable" for each member
+    std::vector<std::string> valueTexts;    ///< empty: "Unavailable" for each member
+    std::string statePath;                  ///< creation: full path, not yet normalised
+    std::string deviceLdid;                 ///< key in the store
+    std::string secondLdid;                 ///< creation: the LDID that the sensor stands for
+    std::string searchKey;                  ///< update: all or a tail of the object path
+};
+
+/** Writes a device's health to its inventory objects: dbusUpdateDeviceHealthStatus. */
+struct HealthStatusRequest {
+    std::string deviceLdid;
+    std::uint8_t severity = 0; ///< as healthSeverity of the vocabulary has it
 };
 
 /** Which objects of a device a ClearRequest removes. */
