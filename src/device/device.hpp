@@ -98,7 +98,7 @@ protected:
     std::map<std::uint8_t, std::uint16_t> controllerEIDMap; ///< index to EID; deviceMutex
     std::vector<std::unique_ptr<PLDMCmds>> cmds; ///< one for each controller, in index order
     std::unique_ptr<Modeling> modeling;
-    std::uint8_t monitorCycles = 0;     ///< cycles since the last firmware and PDR check
+    std::uint8_t monitorCycles = 0; ///< cycles since the last firmware and PDR check
     std::string firmwareVersion;
     std::atomic<bool> useI2C{false};
     std::atomic<bool> fwUpdateInProgress{false};
@@ -119,8 +119,8 @@ private:
     bool IsEmbedded() const;
 
     std::mutex deviceMutex;
-    /// Held only while waiting for deviceMutex: who waits there blocks those who come later, so that
-    /// a monitor thread that starts its next cycle at once can't overtake a waiting table.
+    /// Held only while waiting for deviceMutex: who waits there blocks those who come later, so
+    /// that a monitor thread that starts its next cycle at once can't overtake a waiting table.
     std::mutex turnMutex;
     std::atomic<std::uint32_t> generation{0};
     std::thread monitorThread;

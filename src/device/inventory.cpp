@@ -65,31 +65,30 @@ void Device::GiveUpInventory(std::uint32_t generationBefore) {
 }
 
 void Device::FRUInventory() {
-    const int result = PostRequest(
-        dbusInvDataInsert, PlainInventoryRequest{
-                               .firmwareVersion = firmwareVersion,
-                               .slot = slotNumber,
-                               .deviceLdid = ldid,
-                               .objectPath = inventoryBasePath + std::to_string(slotNumber),
-                               .identity = identity,
-                               .cpuAffinity = cpuAffinity,
-                               .resolvedLdid = {},
-                           });
+    const int result = PostRequest(dbusInvDataInsert,
+                                   PlainInventoryRequest{
+                                       .firmwareVersion = firmwareVersion,
+                                       .slot = slotNumber,
+                                       .deviceLdid = ldid,
+                                       .objectPath = inventoryBasePath + std::to_string(slotNumber),
+                                       .identity = identity,
+                                       .cpuAffinity = cpuAffinity,
+                                       .resolvedLdid = {},
+                                   });
     if (result != 0) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
     }
 }
 
 void Device::UpdateControllerInvData(std::uint8_t index) {
-    const int result =
-        PostRequest(dbusControllerData,
-                    ControllerRequest{
-                        .objectPath = inventoryBasePath + std::to_string(slotNumber) +
-                                      "/networkcontroller_" + std::to_string(index),
-                        .deviceLdid = ldid,
-                        .slot = slotNumber,
-                        .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
-                    });
+    const int result = PostRequest(
+        dbusControllerData, ControllerRequest{
+                                .objectPath = inventoryBasePath + std::to_string(slotNumber) +
+                                              "/networkcontroller_" + std::to_string(index),
+                                .deviceLdid = ldid,
+                                .slot = slotNumber,
+                                .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
+                            });
     if (result != 0) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
     }

@@ -30,8 +30,11 @@ public:
      *  until its devices are made and the gone ones removed: at least 2 s for each of those. */
     void Update(EventKind kind, const std::any& payload) override;
 
-private:
+    /** The devices that a table shows. Asks the PCIe table, changes nothing.
+     *  @param payload of END_POINT_TABLE_UPDATED; anything else shows no device */
     DiscoveredMap filterPLDMSupportedDevices(const std::any& payload) const;
+
+private:
     void createDevicesFromDiscoveredMap(const DiscoveredMap& discovered);
     int createDevice(const std::string& ldid, const DeviceDetails& details);
     bool UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details);

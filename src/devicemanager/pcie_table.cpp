@@ -77,8 +77,8 @@ std::optional<PcieDevice> Accept(const PcieRecord& record, std::uint16_t slot, s
 /** The first record of a group that leads to a device. */
 std::optional<PcieDevice> SearchGroup(std::span<const std::uint8_t> records, std::uint16_t slot,
                                       std::uint8_t epType, std::uint8_t slotType) {
-    const std::uint8_t locator = slotType == SLOT_TYPE_EMBEDDED ? SLOTCATALOG_LOCATOR_EMBEDDED
-                                                                : SLOTCATALOG_LOCATOR_SLOT;
+    const std::uint8_t locator =
+        slotType == SLOT_TYPE_EMBEDDED ? SLOTCATALOG_LOCATOR_EMBEDDED : SLOTCATALOG_LOCATOR_SLOT;
     for (; records.size() >= sizeof(SlotCatalogRecord);
          records = records.subspan(sizeof(SlotCatalogRecord))) {
         const PcieRecord record = ReadRecord(records.first(sizeof(SlotCatalogRecord)));
@@ -86,8 +86,8 @@ std::optional<PcieDevice> SearchGroup(std::span<const std::uint8_t> records, std
             continue;
         }
         VANTRIC_LOG(LOG_LEVEL_TRACE, "DID = 0x%04X, SVID = 0x%04X, VID = 0x%04X, SDID = 0x%04X\n",
-                    record.identity.deviceId, record.identity.subVendorId,
-                    record.identity.vendorId, record.identity.subDeviceId);
+                    record.identity.deviceId, record.identity.subVendorId, record.identity.vendorId,
+                    record.identity.subDeviceId);
         if (auto device = Accept(record, slot, epType, slotType)) {
             return device;
         }
