@@ -72,6 +72,11 @@ protected:
      *  inventory can't do without. Monitor thread. */
     int GatherInventory();
 
+    /** Ends a successful inventory: on to monitoring, or to another inventory if a table has
+     *  rearranged several controllers meanwhile. Monitor thread.
+     *  @param generation value of Generation() before the inventory began */
+    void FinishInventory(std::uint32_t generation);
+
     /** Decides what follows a failed inventory: another one at once if new endpoints are at hand
      *  or on their way, else the change to I2C. Monitor thread.
      *  @param generation value of Generation() before the inventory began */
@@ -107,8 +112,11 @@ protected:
 private:
     void InvMonThread();
     void MonitorStep();
+    void SwitchStep();
     void WaitStep();
     void StartWaiting();
+    void LeaveFailedEndpoints(int status, std::uint32_t generationBefore);
+    // These five are called with deviceMutex held, or before the monitor thread exists.
     void UseI2C_EIDs();
     void Update_Controller_EID_Map();
     void OrderVdmControllers();

@@ -25,7 +25,6 @@ void Device::UseI2C_EIDs() {
     } else {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Use I2C EIDs for slot %d\n", slotNumber);
         useI2C = true;
-        const auto lock = Acquire();
         if (!mI2C_EIDs.empty()) {
             Update_Controller_EID_Map();
             ResetControllerEIDs();

@@ -48,6 +48,16 @@ int Device::GatherEndpoint(PLDMCmds& endpoint) {
     return endpoint.SetNumericeSensorEnable();
 }
 
+void Device::FinishInventory(std::uint32_t generationBefore) {
+    {
+        const auto lock = Acquire();
+        if (generation == generationBefore || controllerEIDMap.size() < 2) {
+            state = DEVICE_MONITORING;
+        }
+    }
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory successful for slot %d\n", slotNumber);
+}
+
 void Device::GiveUpInventory(std::uint32_t generationBefore) {
     bool newEndPoints = false;
     {

@@ -27,11 +27,7 @@ void Device::InvMonThread() {
             MonitorStep();
             break;
         case DEVICE_SWITCH_TO_I2C:
-            if (useI2C) {
-                Pause(switchPause);
-            } else {
-                UseI2C_EIDs();
-            }
+            SwitchStep();
             break;
         case DEVICE_WAITING:
             WaitStep();
@@ -44,6 +40,7 @@ void Device::InvMonThread() {
 }
 
 void Device::MonitorStep() {
+    const std::uint32_t generationBefore = generation;
     const int status = MonitorTheDevice();
     switch (static_cast<VantricStatus>(status)) {
     case VantricStatus::SUCCESS:
@@ -56,20 +53,41 @@ void Device::MonitorStep() {
         break;
     case VantricStatus::COMMAND_FAILED:
     case VantricStatus::DEVICE_NOT_READY:
-        VANTRIC_LOG(LOG_LEVEL_WARNING, "Device is either not ready or command failed status = %d\n",
-                    status);
+        VANTRIC_LOG(LOG_LEVEL_WARNING,
+                    "Device is either not ready or command failed status = %d\n", status);
         break;
     default:
-        if (status != ToInt(VantricStatus::DISCOVERY_RUNNING) && useI2C) {
-            StartWaiting();
-            break;
-        }
-        VANTRIC_LOG(LOG_LEVEL_TRACE,
-                    "Warm Reboot or VDM communication failed! Use I2C EP for Slot[%d]\n",
-                    slotNumber);
-        UseI2C_EIDs();
+        LeaveFailedEndpoints(status, generationBefore);
         break;
     }
+}
+
+void Device::LeaveFailedEndpoints(int status, std::uint32_t generationBefore) {
+    const auto lock = Acquire();
+    if (generation != generationBefore) {
+        return; // what failed has been replaced meanwhile
+    }
+    if (status != ToInt(VantricStatus::DISCOVERY_RUNNING) && useI2C) {
+        StartWaiting();
+        return;
+    }
+    VANTRIC_LOG(LOG_LEVEL_TRACE,
+                "Warm Reboot or VDM communication failed! Use I2C EP for Slot[%d]\n", slotNumber);
+    UseI2C_EIDs();
+}
+
+void Device::SwitchStep() {
+    {
+        const auto lock = Acquire();
+        if (state != DEVICE_SWITCH_TO_I2C) {
+            return; // a table came first
+        }
+        if (!useI2C) {
+            UseI2C_EIDs();
+            return;
+        }
+    }
+    Pause(switchPause);
 }
 
 void Device::WaitStep() {
@@ -79,7 +97,9 @@ void Device::WaitStep() {
                     "Device in Slot %d waiting %ld seconds before next monitor attempt\n",
                     slotNumber, waitSeconds);
     } else {
-        state = DEVICE_MONITORING;
+        // Only if no table has ended the wait in another way meanwhile.
+        DeviceState expected = DEVICE_WAITING;
+        state.compare_exchange_strong(expected, DEVICE_MONITORING);
     }
     Pause(stepPause);
 }

@@ -9,9 +9,9 @@ namespace vantric {
 
 /** One request and its response. Made by the command layer on its stack for one SendPacket. */
 struct TransportPacket {
-    std::uint32_t command = 0;     ///< PLDM command code
-    std::uint8_t requestFlagA = 0; ///< passed to the transport as it stands
-    std::uint8_t requestFlagB = 0; ///< passed to the transport as it stands
+    std::uint32_t command = 0;               ///< PLDM command code
+    std::uint8_t requestFlagA = 0;           ///< passed to the transport as it stands
+    std::uint8_t requestFlagB = 0;           ///< passed to the transport as it stands
     std::vector<std::uint8_t> requestBytes;  ///< the whole PLDM message, header included
     std::vector<std::uint8_t> responseBytes; ///< buffer, sized by the caller
     /// In: bytes that the caller expects. Out: bytes received, never more than responseBytes holds.
@@ -32,7 +32,8 @@ public:
      *  device's mutex held. Returns a VantricStatus value, 0 when the response was received. */
     virtual int SendPacket(TransportPacket& packet) = 0;
 
-    /** Writes length bytes in hexadecimal to the log, 16 in a line. Nothing for length 0 or less. */
+    /** Writes length bytes in hexadecimal to the log, 16 in a line. Nothing for length 0 or less.
+     */
     void Packet(const std::string& label, std::uint8_t slot, std::uint8_t command,
                 const std::uint8_t* data, int length) const;
 

@@ -98,8 +98,8 @@ MCTPTransport::Attempt MCTPTransport::WaitForResponse(TransportPacket& packet,
 }
 
 void MCTPTransport::TakeResponse(TransportPacket& packet, const MctpLinkRequest& record) const {
-    packet.responseLength = std::min(record.responseLength,
-                                     static_cast<std::uint32_t>(packet.responseBytes.size()));
+    packet.responseLength =
+        std::min(record.responseLength, static_cast<std::uint32_t>(packet.responseBytes.size()));
     Packet("RSP", slot, static_cast<std::uint8_t>(packet.command & 0xFF),
            packet.responseBytes.data(), static_cast<int>(packet.responseLength));
 }

@@ -41,8 +41,7 @@ void NicDevice::InventoryTheDevice() {
         return;
     }
     ModelControllers();
-    state = DEVICE_MONITORING;
-    VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory successful for slot %d\n", slotNumber);
+    FinishInventory(generation);
     i2cMonitorFailures = 0;
 }
 
