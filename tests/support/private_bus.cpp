@@ -1,0 +1,143 @@
+#include "support/private_bus.hpp"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vantric::test {
+
+namespace {
+
+constexpr auto addressVariable = "DBUS_SYSTEM_BUS_ADDRESS";
+
+[[noreturn]] void ThrowErrno(const char* what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+std::string MakeFolder() {
+    std::string name = std::filesystem::temp_directory_path() / "private_bus.XXXXXX";
+    if (mkdtemp(name.data()) == nullptr) {
+        ThrowErrno("mkdtemp");
+    }
+    return name;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+void WriteConfig(const std::string& path, const std::string& folder) {
+    std::ofstream(path) << "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus "
+                           "Configuration 1.0//EN\" \"http://www.freedesktop.org/standards/dbus/"
+                           "1.0/busconfig.dtd\">\n"
+                           "<busconfig>\n"
+                           "  <type>session</type>\n"
+                           "  <listen>unix:path="
+                        << folder
+                        << "/socket</listen>\n"
+                           "  <auth>EXTERNAL</auth>\n"
+                           "  <policy context=\"default\">\n"
+                           "    <allow send_destination=\"*\" eavesdrop=\"true\"/>\n"
+                           "    <allow eavesdrop=\"true\"/>\n"
+                           "    <allow own=\"*\"/>\n"
+                           "  </policy>\n"
+                           "</busconfig>\n";
+}
+
+/** Becomes the daemon. Runs between fork and exec, so it only makes system calls. */
+[[noreturn]] void BecomeDaemon(char* const* arguments, int addressFd, const char* log,
+                               pid_t parent) {
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() != parent) {
+        _exit(1); // The parent was gone before the line above.
+    }
+    const int output = open(log, O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    if (output < 0 || dup2(output, STDERR_FILENO) < 0 || dup2(addressFd, STDOUT_FILENO) < 0) {
+        _exit(1);
+    }
+    execvp(arguments[0], arguments);
+    _exit(127);
+}
+
+/** Reads up to the end of the line or of the stream. */
+std::string ReadLine(int fd) {
+    std::string line;
+    char character = 0;
+    while (read(fd, &character, 1) == 1 && character != '\n') {
+        line.push_back(character);
+    }
+    return line;
+}
+
+} // namespace
+
+PrivateBus::PrivateBus() : folder(MakeFolder()) {
+    const std::string config = folder + "/config";
+    const std::string log = folder + "/log";
+    WriteConfig(config, folder);
+    try {
+        Start(config, log);
+    } catch (...) {
+        Stop();
+        throw;
+    }
+    // The daemon has both open or read; so a killed test leaves less behind.
+    std::filesystem::remove(config);
+    std::filesystem::remove(log);
+    setenv(addressVariable, address.c_str(), 1);
+}
+
+PrivateBus::~PrivateBus() {
+    unsetenv(addressVariable);
+    Stop();
+}
+
+void PrivateBus::Start(const std::string& config, const std::string& log) {
+    std::string program = "dbus-daemon";
+    std::string option = "--config-file=" + config;
+    std::string nofork = "--nofork";
+    std::string printAddress = "--print-address=1";
+    const std::array<char*, 5> arguments{program.data(), nofork.data(), printAddress.data(),
+                                         option.data(), nullptr};
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+        ThrowErrno("pipe2");
+    }
+    const pid_t parent = getpid();
+    process = fork();
+    if (process == 0) {
+        BecomeDaemon(arguments.data(), ends[1], log.c_str(), parent);
+    }
+    close(ends[1]);
+    address = ReadLine(ends[0]);
+    close(ends[0]);
+    if (address.empty()) {
+        throw std::runtime_error("dbus-daemon didn't start: " + ReadFile(log));
+    }
+}
+
+void PrivateBus::Stop() {
+    if (process > 0) {
+        kill(process, SIGTERM);
+        while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        process = -1;
+    }
+    std::error_code ignored; // A folder that stays disturbs nobody, an exception here would.
+    std::filesystem::remove_all(folder, ignored);
+}
+
+} // namespace vantric::test
