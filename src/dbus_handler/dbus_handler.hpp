@@ -1,0 +1,138 @@
+/** The process's presence on the system bus. */
+#pragma once
+
+#include "dbus_handler/compositions.hpp"
+#include "dbus_handler/find_object.hpp"
+#include "dbus_handler/loop_exit.hpp"
+#include "dbus_handler/requests.hpp"
+#include "dbus_handler/sensor_numbering.hpp"
+#include "dbus_handler/thermal_properties.hpp"
+
+#include <sdbusplus/bus.hpp>
+#include <sdbusplus/bus/match.hpp>
+#include <sdbusplus/server/manager.hpp>
+#include <sdeventplus/event.hpp>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace vantric {
+
+/** Owns the connection, the service name, the object managers and every published object.
+ *
+ * Objects are created, written and removed on the main thread alone, by the functions of
+ * handlers.hpp; the operations below are their work. What any thread may call says so. */
+class DBusHandler {
+public:
+    /** Returns the one instance. The first call, on the main thread before others exist, connects
+     *  to the bus, takes the name and makes the channel's requests run on the thread's event loop.
+     *  What fails of that is logged, and the instance does without. */
+    static DBusHandler& instance();
+
+    DBusHandler(const DBusHandler&) = delete;
+    DBusHandler& operator=(const DBusHandler&) = delete;
+
+    /** Starts the thread that listens to the platform's signals and runs the main event loop.
+     *  Returns when the loop ends, which it does when either of the two connections to the bus is
+     *  lost: with a status for exit() that isn't 0. */
+    int Run();
+
+    /** Body of the thread "dbusEventHandler": sets dbusReady once both signal matches stand, and
+     *  serves them on a connection of its own. Returns only if that fails. */
+    void RegisterForDBUSEvents();
+
+    /** Makes all numbering of sensors begin anew, behind the requests that are posted already. Any
+     *  thread. */
+    void ResetNumbering();
+
+    /** Turns the sensors of an OCP card, which were typed before the card's FRU was known, into
+     *  OCP sensors. Blocks while it asks for the card's model; any thread. */
+    void UpdateSensorType(std::uint8_t slot);
+
+    /** Asks the entity manager for a property of the card in the slot. Returns an empty string if
+     *  it isn't to be had. Blocks for as long as the bus's time-out at worst; any thread. */
+    static std::string getFRUPropertyVal(std::uint8_t slot, const std::string& name);
+
+    /** Tells whether the model of the card in the slot says OCP; blocks, like getFRUPropertyVal. */
+    static bool IsOcpCard(std::uint8_t slot);
+
+    /** Asks the address service for the UDID of the I2C endpoint with the bus address. Returns an
+     *  empty string if it isn't to be had. Blocks for as long as the bus's time-out at worst; any
+     *  thread. */
+    static std::string getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busAddress);
+
+    // What follows is the work of the request handlers, on the main thread.
+
+    /** Creates the object of a numeric sensor, unless it exists. */
+    void InsertSensor(const SensorInsertRequest& request);
+    /** Writes a reading and what follows from it. */
+    void SetSensorValue(const SensorValueRequest& request);
+    /** Creates the object of a state sensor, unless it exists. */
+    void InsertStateSensor(const StateSensorRequest& request);
+    /** Replaces the details of a state sensor. */
+    void SetStateSensorValue(const StateSensorRequest& request);
+    /** Creates the inventory object of a device with FRU data, unless it exists. */
+    void InsertFruInventory(const FruInventoryRequest& request);
+    /** Creates the inventory object of a device without FRU data, unless it exists. */
+    void InsertPlainInventory(const PlainInventoryRequest& request);
+    /** Creates the object of a controller. */
+    void UpdateControllerInventory(const ControllerRequest& request);
+    /** Writes the firmware version to all inventory objects of the device. */
+    void updateFWVersion(const std::string& ldid, const std::string& version);
+    /** Writes the severity to all inventory objects of the device. */
+    void UpdateDeviceHealthStatus(const std::string& ldid, std::uint8_t severity);
+    /** Removes the objects of the device: those of sensors only, or the inventory as well. */
+    void Clear(const std::string& ldid, bool sensorsOnly);
+    /** Turns the sensors of the OCP card in the slot into OCP sensors. */
+    void RetypeSensors(std::uint8_t slot);
+    /** Puts the numbering back to its first values. */
+    void ForgetNumbering();
+
+private:
+    DBusHandler();
+    ~DBusHandler() = default;
+
+    template <typename Composition, typename Construct>
+    void createDbusObj(ObjectStore<Composition>& store, const std::string& ldid, std::string path,
+                       Construct construct);
+    template <typename Composition>
+    void CreateSensor(ObjectStore<Composition>& store, const SensorInsertRequest& request);
+    PropertyBags BuildSensorProperties(const SensorInsertRequest& request, const std::string& path);
+    PropertyBag<bindings::ThermalSensor> BuildThermalProperties(const SensorInsertRequest& request,
+                                                                const std::string& path,
+                                                                DeviceClass deviceClass);
+    template <typename Write>
+    void WriteInventories(const std::string& ldid, Write write);
+
+    sd_bus* connection = nullptr; ///< what bus holds, for libsystemd's own calls; may be null
+    std::shared_ptr<sdbusplus::bus_t> bus;
+    sdeventplus::Event event;
+    sdbusplus::server::manager_t inventoryManager;
+    sdbusplus::server::manager_t sensorsManager;
+
+    /** Guards the stores and sensorCategories. They change on the main thread only, under the lock;
+     *  so the main thread looks things up without it. */
+    std::mutex objectsMutex;
+    ObjectStore<Thermal_Probe_Interfaces> thermalProbeObjects;
+    ObjectStore<ProbeObjInterface> probeObjects;
+    ObjectStore<ThermalInterface> thermalObjects;
+    ObjectStore<StateSensorDbusInterface> stateSensorObjects;
+    ObjectStore<InventoryDbusInterface> inventoryObjects;
+    ObjectStore<InventoryWithFRUDbusInterface> fruInventoryObjects;
+    ObjectStore<ControllerDbusInterface> controllerObjects;
+    ObjectStore<AccInvDbusInterface> acceleratorObjects;
+    /** Object path to SensorCategory. */
+    std::map<std::string, std::uint32_t> sensorCategories;
+
+    /** Belongs to "dbusEventHandler". */
+    std::vector<std::unique_ptr<sdbusplus::bus::match_t>> signalMatches;
+
+    SensorNumbering numbering;
+    LoopExit loopExit;
+};
+
+} // namespace vantric

@@ -1,0 +1,98 @@
+/** Creation of the objects of devices and controllers. */
+#include "dbus_handler/create_object.hpp"
+#include "dbus_handler/handlers.hpp"
+#include "dbus_handler/inventory_properties.hpp"
+#include "dbus_handler/request_shape.hpp"
+
+namespace vantric {
+
+namespace {
+
+constexpr auto slotRoot = "/xyz/openbmc_project/inventory/system/board/pcieslots";
+
+PropertyBags InventoryBags(const std::string& ldid, const FruFields& fields) {
+    PropertyBags bags;
+    Bag<BAG_FRU>(bags) = BuildFruProperties(fields);
+    Bag<BAG_INVENTORY>(bags) = BuildInventoryProperties(ldid, fields);
+    return bags;
+}
+
+} // namespace
+
+int dbusFruDataInsert(void* /*context*/, void* requestData, unsigned long requestSize) {
+    return HandleRequest<FruInventoryRequest>(
+        __func__, requestData, requestSize, [](const FruInventoryRequest& request) {
+            DBusHandler::instance().InsertFruInventory(request);
+            return 0;
+        });
+}
+
+int dbusInvDataInsert(void* /*context*/, void* requestData, unsigned long requestSize) {
+    return HandleRequest<PlainInventoryRequest>(
+        __func__, requestData, requestSize, [](const PlainInventoryRequest& request) {
+            DBusHandler::instance().InsertPlainInventory(request);
+            return 0;
+        });
+}
+
+int dbusControllerData(void* /*context*/, void* requestData, unsigned long requestSize) {
+    return HandleRequest<ControllerRequest>(
+        __func__, requestData, requestSize, [](const ControllerRequest& request) {
+            DBusHandler::instance().UpdateControllerInventory(request);
+            return 0;
+        });
+}
+
+void DBusHandler::InsertFruInventory(const FruInventoryRequest& request) {
+    createDbusObj(fruInventoryObjects, request.deviceLdid, request.objectPath,
+                  [&](const std::string& path) {
+                      return std::make_shared<InventoryWithFRUDbusInterface>(
+                          *bus, path, InventoryBags(request.deviceLdid, request.fields));
+                  });
+}
+
+void DBusHandler::InsertPlainInventory(const PlainInventoryRequest& request) {
+    FruFields fields;
+    fields.identity = request.identity;
+    fields.cpuAffinity = request.cpuAffinity;
+    fields.firmwareVersion = request.firmwareVersion;
+    if (request.deviceLdid.find(acceleratorLdid) == std::string::npos) {
+        createDbusObj(inventoryObjects, request.deviceLdid, request.objectPath,
+                      [&](const std::string& path) {
+                          return std::make_shared<InventoryDbusInterface>(
+                              *bus, path, InventoryBags(request.deviceLdid, fields));
+                      });
+        return;
+    }
+    const std::string& ldid =
+        request.resolvedLdid.empty() ? request.deviceLdid : request.resolvedLdid;
+    createDbusObj(acceleratorObjects, request.deviceLdid, request.objectPath,
+                  [&](const std::string& path) {
+                      PropertyBags bags = InventoryBags(ldid, fields);
+                      PutInventoryAssociation(
+                          Bag<BAG_DEFINITIONS>(bags), AcceleratorAssociationName(path),
+                          slotRoot + std::to_string(static_cast<std::uint8_t>(request.slot)));
+                      PropertyBag<bindings::Accelerator> accelerator;
+                      Put(accelerator, "Type", bindings::Accelerator::AcceleratorType::GPU);
+                      return std::make_shared<AccInvDbusInterface>(*bus, path, bags, accelerator);
+                  });
+}
+
+void DBusHandler::UpdateControllerInventory(const ControllerRequest& request) {
+    if (connection == nullptr || request.objectPath.empty()) {
+        return;
+    }
+    try {
+        PropertyBag<bindings::ControllerInventory> bag;
+        Put(bag, "CPUAffinity", std::uint16_t{request.cpuAffinity});
+        const auto object =
+            std::make_shared<ControllerDbusInterface>(*bus, request.objectPath, bag);
+        const std::lock_guard lock(objectsMutex);
+        controllerObjects[request.deviceLdid].try_emplace(request.objectPath, object);
+        ControllerDbusInterface::Announced::EmitAdded(*object);
+    } catch (const std::exception& error) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "%s\n", error.what());
+    }
+}
+
+} // namespace vantric
