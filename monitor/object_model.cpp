@@ -1,0 +1,54 @@
+#include "object_model.hpp"
+
+namespace monitor {
+
+const Properties* Object::Find(const std::string& interface) const {
+    const auto found = interfaces.find(interface);
+    return found == interfaces.end() ? nullptr : &found->second;
+}
+
+std::string Object::Text(const std::string& interface, const std::string& property) const {
+    const auto* text = Get<std::string>(interface, property);
+    return text == nullptr ? std::string() : *text;
+}
+
+void ObjectModel::AddInterfaces(const std::string& path, const Interfaces& interfaces) {
+    if (interfaces.empty()) {
+        return; // a bare node of the tree
+    }
+    everPublished = true;
+    Object& object = objects[path];
+    for (const auto& [name, properties] : interfaces) {
+        object.interfaces.insert_or_assign(name, properties);
+    }
+}
+
+void ObjectModel::RemoveInterfaces(const std::string& path, const std::vector<std::string>& names) {
+    const auto found = objects.find(path);
+    if (found == objects.end()) {
+        return;
+    }
+    for (const std::string& name : names) {
+        found->second.interfaces.erase(name);
+    }
+    if (found->second.interfaces.empty()) {
+        objects.erase(found);
+    }
+}
+
+void ObjectModel::ChangeProperties(const std::string& path, const std::string& interface,
+                                   const Properties& changed) {
+    const auto object = objects.find(path);
+    if (object == objects.end()) {
+        return;
+    }
+    const auto known = object->second.interfaces.find(interface);
+    if (known == object->second.interfaces.end()) {
+        return;
+    }
+    for (const auto& [name, value] : changed) {
+        known->second.insert_or_assign(name, value);
+    }
+}
+
+} // namespace monitor
