@@ -1,0 +1,65 @@
+/** A whole played server: private bus, bench with a scenario, and the daemon as it ships. */
+#pragma once
+
+#include "support/bus_client.hpp"
+#include "support/private_bus.hpp"
+#include "system/process.hpp"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vantric::test {
+
+/** What the daemon publishes: object path to interface to property to text. */
+using PublishedObjects = std::map<std::string, Interfaces>;
+
+/** Starts the three in this order and ends them in the other. The daemon's clock runs 50 times as
+ *  fast as the wall's, so that a cycle takes 0.1 s and a dead endpoint 1 s. */
+class PlayedServer {
+public:
+    static constexpr auto serviceName = "com.korv.zenth.vantricd";
+
+    /** @param scenario text of a scenario, as docs/bench.md tells
+     *  @param logLevel what of the daemon's log is kept */
+    explicit PlayedServer(const std::string& scenario, int logLevel = 4);
+
+    /** Runs benchctl with the words of a command. */
+    std::string Benchctl(const std::vector<std::string>& words) const;
+
+    /** What stands on the bus now; empty while the daemon has no name. */
+    PublishedObjects Objects();
+
+    /** Waits until done() of the published objects holds, with a look after each signal. A failure
+     *  of the test if it doesn't within 30 s. */
+    bool WaitForObjects(const std::function<bool(const PublishedObjects&)>& done);
+
+    /** Waits until the property of the object has the text. */
+    bool WaitForProperty(const std::string& path, const std::string& interface,
+                         const std::string& property, const std::string& text);
+
+    /** Waits until the daemon has logged the text at least so many times. */
+    bool WaitForLog(const std::string& text, int times = 1);
+
+    BusClient& Client() { return *client; }
+    Process& Daemon() { return *daemon; }
+    PrivateBus& Bus() { return *bus; }
+    Process& Bench() { return *bench; }
+
+private:
+    std::map<std::string, std::string> BenchEnvironment() const;
+    void StartBench(const std::string& scenario);
+    void StartDaemon(int logLevel);
+
+    std::unique_ptr<PrivateBus> bus;
+    std::unique_ptr<Process> bench;
+    std::unique_ptr<Process> daemon;
+    std::unique_ptr<BusClient> client;
+};
+
+/** The paths of objects, sorted. */
+std::vector<std::string> Paths(const PublishedObjects& objects);
+
+} // namespace vantric::test

@@ -1,0 +1,104 @@
+#include "system/process.hpp"
+
+#include "support/eventually.hpp"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vantric::test {
+
+namespace {
+
+[[noreturn]] void BecomeProgram(const std::vector<std::string>& command,
+                                const std::map<std::string, std::string>& environment,
+                                const std::filesystem::path& log) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const int output = open(log.c_str(), O_CREAT | O_WRONLY | O_APPEND, 0600);
+    dup2(output, STDOUT_FILENO);
+    dup2(output, STDERR_FILENO);
+    for (const auto& [name, value] : environment) {
+        setenv(name.c_str(), value.c_str(), 1);
+    }
+    std::vector<char*> arguments;
+    for (const std::string& argument : command) {
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    }
+    arguments.push_back(nullptr);
+    execv(arguments.front(), arguments.data());
+    _exit(127);
+}
+
+std::string ReadFile(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+Process::Process(const std::vector<std::string>& command,
+                 const std::map<std::string, std::string>& environment, std::filesystem::path log)
+    : log(std::move(log)) {
+    process = fork();
+    if (process == 0) {
+        BecomeProgram(command, environment, this->log);
+    }
+}
+
+Process::~Process() {
+    if (Runs()) {
+        Signal(SIGKILL);
+        Reap(0);
+    }
+}
+
+void Process::Signal(int number) const {
+    kill(process, number);
+}
+
+bool Process::Reap(int options) {
+    int raw = 0;
+    if (!status && waitpid(process, &raw, options) == process) {
+        status = WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
+    }
+    return status.has_value();
+}
+
+bool Process::Runs() {
+    return !Reap(WNOHANG);
+}
+
+std::optional<int> Process::WaitForEnd() {
+    Eventually([this] { return !Runs(); });
+    return status;
+}
+
+std::string Process::Log() const {
+    return ReadFile(log);
+}
+
+std::string Run(const std::vector<std::string>& command,
+                const std::map<std::string, std::string>& environment) {
+    const auto output =
+        std::filesystem::temp_directory_path() / ("run." + std::to_string(getpid()));
+    std::filesystem::remove(output);
+    Process program(command, environment, output);
+    const auto status = program.WaitForEnd();
+    const std::string text = program.Log();
+    std::filesystem::remove(output);
+    EXPECT_EQ(status, 0) << command.front() << ": " << text;
+    return text;
+}
+
+} // namespace vantric::test

@@ -1,0 +1,54 @@
+/** A child process of a test. */
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace vantric::test {
+
+/** Starts a program, with standard output and error in a file. It ends with this object, and also
+ *  when the test's thread dies. */
+class Process {
+public:
+    /** @param command program and arguments
+     *  @param environment added to the test's own
+     *  @param log receives what the program writes */
+    Process(const std::vector<std::string>& command,
+            const std::map<std::string, std::string>& environment, std::filesystem::path log);
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    void Signal(int number) const;
+
+    /** Waits up to 30 s for the end. Returns the exit status, or 128 and the signal's number;
+     *  nothing if the program still runs then. */
+    std::optional<int> WaitForEnd();
+
+    /** True until the end has been seen. */
+    bool Runs();
+
+    pid_t Id() const { return process; }
+
+    /** What the program has written so far. */
+    std::string Log() const;
+
+private:
+    bool Reap(int options);
+
+    pid_t process = -1;
+    std::optional<int> status;
+    std::filesystem::path log;
+};
+
+/** Runs a program to its end and returns its standard output. A status other than 0 is a failure
+ *  of the test. */
+std::string Run(const std::vector<std::string>& command,
+                const std::map<std::string, std::string>& environment);
+
+} // namespace vantric::test
