@@ -1,0 +1,37 @@
+/** The words for the numbers that devices send: they stand in D-Bus paths, names and values.
+ *
+ * Constants that are there before main and are read from every thread without a lock. Numbers are
+ * the entity type and state set codes of DSP0249; the words are this daemon's own and are compared
+ * letter for letter. */
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace vantric {
+
+/** PLDM entity type to word. A type without a word isn't supported. */
+extern const std::map<std::uint16_t, std::string> entityWords;
+
+/** PLDM state set id to the set's name. */
+extern const std::map<std::uint16_t, std::string> stateSetNames;
+
+/** Name of a state set to the texts of its states. */
+extern const std::map<std::string, std::map<std::uint8_t, std::string>> stateValueNames;
+
+/** State of the "Health State" set to the severity of a device's DeviceStatus, 2 (good) to 5. */
+extern const std::map<std::string, std::uint8_t> healthSeverity;
+
+/** For a board of accelerators: part of a sensor's name to the LDID that the sensor stands for. In
+ *  the order in which a name is searched for them; a name should hold one of them only. */
+extern const std::vector<std::pair<std::string, std::string>> virtualSensorLdids;
+
+/** For a board of accelerators: instance of a logical accelerator to the number of its slot. The
+ *  GPU numbers of virtualSensorLdids count from 0 over the same slots. */
+extern const std::unordered_map<std::uint8_t, std::string> virtualInstanceSlots;
+
+} // namespace vantric
