@@ -18,9 +18,9 @@ enum class FrameKind : std::uint8_t {
     Request = 2,
     /** u32 selector. Reply: result, u32 group count, u32 record capacity, u32 reserved. */
     CatalogInfo = 3,
-    /** u32 selector, u32 group. Reply: result, records. */
+    /** u32 selector, u32 group. Reply: result, records of 98 bytes. */
     CatalogData = 4,
-    /** Empty. Reply: result, u16 entry count, entries. */
+    /** Empty. Reply: result, entries of 232 bytes. */
     CatalogAll = 5,
     /** Notification name. Reply: result. Notifications of that name come from then on. */
     Subscribe = 6,
