@@ -1,0 +1,178 @@
+/** The PLDM requester for one endpoint. */
+#pragma once
+
+#include "device_transport/device_transport.hpp"
+#include "pldm_cmds/readings.hpp"
+#include "pldm_cmds/records.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace vantric {
+
+class ByteReader;
+struct PldmRequest;
+class PldmResponse;
+
+/** Asks one endpoint, that is one EID of one slot, what it is and what it measures, and gathers
+ *  the answers in its __extractedData.
+ *
+ * Belongs to the monitor thread of its device, which calls with the device's mutex held; there is
+ * no lock here. Each operation blocks until its exchanges are over and never retries: the
+ * transport does that. Unless told otherwise an operation returns 0, or 1 on failure, and keeps
+ * what it had stored when it failed. Messages follow DSP0240, DSP0248, DSP0257 and DSP0267. */
+class PLDMCmds {
+public:
+    /** Talks through an MCTPTransport of its own. */
+    PLDMCmds(std::uint8_t slot, std::uint8_t eid);
+
+    /** Talks through the given transport, until ResetEID replaces it. */
+    PLDMCmds(std::uint8_t slot, std::uint8_t eid, std::unique_ptr<DeviceTransport> transport);
+
+    /** Goes on with another EID, through a new MCTPTransport. What was read stays. */
+    void ResetEID(std::uint8_t newEid);
+
+    // --- What was read ---
+
+    /** Logs everything that was read, at level 4, and returns it. The reference stays valid as
+     *  long as this object; the device may replace records and lists behind it. */
+    std::shared_ptr<__extractedData>& GetExtractedData();
+
+    /** Starts from nothing: an inventory does this first. */
+    void ResetExtractedData();
+
+    /** IDs of all numeric sensors, in list order. */
+    std::vector<std::uint16_t> GetAllSensorIDs() const;
+
+    /** True once the endpoint has sent any Entity Association PDR, even one that was dropped. */
+    bool HasEntityAssociation() const { return hasEntityAssociation; }
+
+    // --- Base (PLDM type 0) ---
+
+    /** Reads which PLDM types the endpoint supports. */
+    int GetPLDMTypes();
+
+    /** Reads the versions of one type; 1 also for a type that the endpoint doesn't support. */
+    int GetPLDMVersionForType(std::uint8_t type);
+
+    /** Reads the versions of one type, or with 255 those of all types in use; then always 0. */
+    int GetPLDMVersions(std::uint32_t type);
+
+    /** Reads the commands of one version of a type. */
+    int GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version);
+
+    /** Reads the commands of every version of a type; 0 for a type that isn't supported. */
+    int GetSupportedCmdsForType(std::uint8_t type);
+
+    /** The same for one type, or with 255 for all types in use. */
+    int GetSupportedCmds(std::uint32_t type);
+
+    /** Tells the endpoint which version of a type is going to be used. */
+    int SelectPLDMVersion(std::uint8_t type, std::uint32_t version);
+
+    /** Selects every version that is recent enough. Failures don't count: always 0. */
+    int SelectPLDMVersions();
+
+    /** Reads the terminus id. */
+    int GetTID();
+
+    /** Maps the completion code of a sensor command to a status: 0, 1, 5 or 10.
+     *  @throw VantricStatus COMMAND_FAILED or DEVICE_NOT_READY */
+    int GetPLDMCommandsStatus(std::uint32_t completionCode, std::uint16_t sensorID) const;
+
+    // --- PDR repository (PLDM type 2) ---
+
+    /** Reads the repository's state, and its records where its update time has moved or forceRead
+     *  is 1. Returns 0, 1 on failure, or 10 where forceRead is 0 and the records were replaced. */
+    int GetPDRRepositoryInfo(std::uint8_t forceRead);
+
+    /** Reads every record of the repository. A walk that doesn't end within the limits of
+     *  src/pldm_cmds/limits.hpp fails. */
+    int GetPDR();
+
+    /** True if the update time differs from that of the last read. */
+    bool IsPDRChanged(const Timestamp104& updateTime) const;
+
+    // --- Sensors (PLDM type 2) ---
+
+    /** Enables the numeric sensors that ask for it; the first failure ends it. */
+    int SetNumericeSensorEnable();
+
+    /** Reads one sensor and adds it to readings if its value has changed. Returns a VantricStatus
+     *  value. A failure is reported as readingUnavailable, once; statuses 8 and 12 change nothing.
+     *  A null sensor does nothing and returns 0. */
+    int GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor, ReadingMap& readings);
+
+    /** The same by ID; 0 where no record has it. */
+    int GetSensorReading(std::uint16_t sensorID, ReadingMap& readings);
+
+    /** Reads every numeric sensor. Returns 0 or the last failure; 8, 9 and 10 end the poll. What
+     *  stands in readings is good in either case. */
+    int GetAllSensorReading(ReadingMap& readings);
+
+    /** Reads every state sensor. Returns 0 or the status of the last one that failed. */
+    int GetStateSensorReading(StateChangeMap& changes);
+
+    // --- FRU (PLDM type 4) and firmware (PLDM type 5) ---
+
+    /** Reads the size of the FRU table; 5 where the endpoint has no FRU data. */
+    int GetFRUMetaData();
+
+    /** Reads the FRU table and takes the fields of its first record. Call it only after
+     *  GetFRUMetaData has returned 0. */
+    int GetFRUContents();
+
+    /** Reads the version of the active firmware. Bytes as the endpoint sends them, in whatever
+     *  encoding; empty where there is none or the exchange failed. */
+    std::string GetFWParameters();
+
+    /** Text of a timestamp104, such as "2021-03-12 - 07:05:09"; empty where the value is short or
+     *  says that it isn't to be relied on. */
+    static std::string convertToTimestamp104(std::span<const std::uint8_t> value);
+
+    // --- Parsers ---
+    // One for each kind of PDR, with a complete record, common header included. GetPDR calls them.
+    // A record whose fields run past its end is dropped whole.
+
+    /** Hands a record to the parser of its type. */
+    void HandlePDR(std::span<const std::uint8_t> record);
+    void HandleTerminusLocatorPDR(std::span<const std::uint8_t> record);
+    void HandleNumericSensorPDR(std::span<const std::uint8_t> record);
+    void HandleCompactNumericSensorPDR(std::span<const std::uint8_t> record);
+    void HandleStateSensorPDR(std::span<const std::uint8_t> record);
+    void HandleSensorAuxNamesPDR(std::span<const std::uint8_t> record);
+    void HandleNumericEffectorPDR(std::span<const std::uint8_t> record);
+    void HandleNumericEffectorInitPDR(std::span<const std::uint8_t> record);
+    void HandleStateEffectorPDR(std::span<const std::uint8_t> record);
+    void HandleStateEffectorInitPDR(std::span<const std::uint8_t> record);
+    void HandleEntityAssociationPDR(std::span<const std::uint8_t> record);
+
+    /** Takes the fields of the first record of a FRU table. */
+    void CheckFRURecordTypeAndParse(std::span<const std::uint8_t> table);
+
+private:
+    /** Sends a request and returns what came back; every exchange goes through here. */
+    PldmResponse Exchange(const PldmRequest& request);
+
+    /** Bytes that a GetPDR response can hold. */
+    std::size_t PdrCapacity() const;
+
+    /** False, with a log line, where a parser has read past the end of its record. */
+    bool IsWhole(const ByteReader& body, std::uint8_t pdrType) const;
+
+    void HandleGeneralFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount);
+    void HandleOEMFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount);
+
+    std::uint8_t slot;
+    std::uint8_t eid;
+    std::uint8_t instanceId = 0;       ///< of the last request
+    bool hasEntityAssociation = false; ///< never cleared
+    std::unique_ptr<DeviceTransport> mTransportPtr;
+    std::shared_ptr<__extractedData> extractedData;
+};
+
+} // namespace vantric

@@ -1,0 +1,31 @@
+/** What a completion code of a sensor command means to the poll. */
+#include "common/log.hpp"
+#include "common/status.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+
+namespace vantric {
+
+int PLDMCmds::GetPLDMCommandsStatus(std::uint32_t completionCode, std::uint16_t sensorID) const {
+    switch (completionCode) {
+    case PLDM_SUCCESS:
+        return ToInt(VantricStatus::SUCCESS);
+    case PLDM_ERROR:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "CMD failed for EID = %d\n", eid);
+        throw VantricStatus::COMMAND_FAILED;
+    case PLDM_NOT_READY:
+    case PLDM_SENSOR_NOT_READY:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Device is not ready for EID = %d\n", eid);
+        throw VantricStatus::DEVICE_NOT_READY;
+    case PLDM_UNSUPPORTED_COMMAND:
+        return ToInt(VantricStatus::NOT_SUPPORTED);
+    case PLDM_INVALID_SENSOR_ID:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Invalid Sensor ID = %d\n", sensorID);
+        return ToInt(VantricStatus::INVALID_OR_CHANGED);
+    default:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error = %d\n", eid, completionCode);
+        return ToInt(VantricStatus::FAILURE);
+    }
+}
+
+} // namespace vantric

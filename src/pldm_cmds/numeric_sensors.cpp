@@ -1,0 +1,192 @@
+/** SetNumericSensorEnable and GetSensorReading: the numeric poll (DSP0248). */
+#include "common/byte_writer.hpp"
+#include "common/log.hpp"
+#include "common/reading.hpp"
+#include "pldm_cmds/exchange.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/sensor_conversion.hpp"
+
+#include <algorithm>
+
+namespace vantric {
+
+namespace {
+
+constexpr std::uint8_t initEnable = 2;
+constexpr std::size_t enableCapacity = 13;
+constexpr std::uint8_t operationalEnabled = 0;
+constexpr std::uint8_t noEvents = 0;
+
+constexpr std::size_t readingCapacity = 23;
+constexpr std::uint8_t noRearm = 0;
+constexpr std::size_t dataSizeOffset = 4;
+constexpr std::size_t operationalStateOffset = 5;
+constexpr std::size_t presentStateOffset = 7;
+constexpr std::size_t previousStateOffset = 8;
+constexpr std::size_t eventStateOffset = 9;
+constexpr std::size_t readingOffset = 10;
+
+constexpr std::uint8_t stateEnabled = 0;
+constexpr std::uint8_t stateFailed = 4;
+constexpr std::uint8_t presentStateUnknown = 0;
+
+/** The raw reading in the width of sensorDataSize; a size without meaning keeps the old one. */
+std::int64_t ReadRawReading(const PldmResponse& response, std::int64_t old) {
+    switch (response.At<std::uint8_t>(dataSizeOffset)) {
+    case 0:
+        return response.At<std::uint8_t>(readingOffset);
+    case 1:
+        return response.At<std::int8_t>(readingOffset);
+    case 2:
+        return response.At<std::uint16_t>(readingOffset);
+    case 3:
+        return response.At<std::int16_t>(readingOffset);
+    case 4:
+        return response.At<std::uint32_t>(readingOffset);
+    case 5:
+        return response.At<std::int32_t>(readingOffset);
+    case 6:
+    case 7:
+        return response.At<std::int64_t>(readingOffset);
+    default:
+        return old;
+    }
+}
+
+/** Takes the states of a response, and its reading where the sensor has one; returns the value
+ *  that follows from them, not yet scaled. */
+double TakeReading(const PldmResponse& response, __Temp_sensors& sensor) {
+    sensor.sensorOpernlState = response.At<std::uint8_t>(operationalStateOffset);
+    sensor.presentState = response.At<std::uint8_t>(presentStateOffset);
+    sensor.previousState = response.At<std::uint8_t>(previousStateOffset);
+    sensor.eventState = response.At<std::uint8_t>(eventStateOffset);
+    if (sensor.sensorOpernlState == stateFailed) {
+        return readingUnavailable;
+    }
+    if (sensor.sensorOpernlState != stateEnabled || sensor.presentState == presentStateUnknown) {
+        return 0.0;
+    }
+    sensor.presentReading = ReadRawReading(response, sensor.presentReading);
+    return ConvertReading(sensor);
+}
+
+} // namespace
+
+int PLDMCmds::SetNumericeSensorEnable() {
+    for (const auto& sensor : extractedData->numericSensors) {
+        if (sensor->sensorInit != initEnable) {
+            continue;
+        }
+        const auto response = Exchange({.type = PLDM_PLATFORM,
+                                        .command = CMD_SET_NUMERIC_SENSOR_ENABLE,
+                                        .data = ByteWriter()
+                                                    .Write(sensor->sensorID)
+                                                    .Write(operationalEnabled)
+                                                    .Write(noEvents)
+                                                    .Finish(),
+                                        .capacity = enableCapacity});
+        if (response.Failed()) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+            return ToInt(VantricStatus::FAILURE);
+        }
+        if (response.CompletionCode() != PLDM_SUCCESS) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+                        response.CompletionCode());
+            return ToInt(VantricStatus::FAILURE);
+        }
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "Sensor %d Enabled for EID = %d\n", sensor->sensorID, eid);
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int PLDMCmds::GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor,
+                               ReadingMap& readings) {
+    if (!sensor) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "sensor is nullptr\n");
+        return ToInt(VantricStatus::SUCCESS);
+    }
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Sensor ID = %d\n", sensor->sensorID);
+
+    VantricStatus failure = VantricStatus::SUCCESS;
+    std::int32_t value = readingUnavailable;
+    try {
+        if (!mTransportPtr) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "mTransportPtr is nullptr\n");
+            throw VantricStatus::FAILURE;
+        }
+        const auto response =
+            Exchange({.type = PLDM_PLATFORM,
+                      .command = CMD_GET_SENSOR_READING,
+                      .data = ByteWriter().Write(sensor->sensorID).Write(noRearm).Finish(),
+                      .capacity = readingCapacity});
+        if (response.Failed()) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", eid,
+                        response.Status());
+            throw static_cast<VantricStatus>(response.Status());
+        }
+        const int status = GetPLDMCommandsStatus(response.CompletionCode(), sensor->sensorID);
+        if (status != ToInt(VantricStatus::SUCCESS)) {
+            return status;
+        }
+        value = ScaleValue(TakeReading(response, *sensor), sensor->unitModifier);
+    } catch (const VantricStatus& status) {
+        failure = status;
+    } catch (...) {
+        failure = VantricStatus::FAILURE;
+    }
+
+    // These two pass by themselves: the last value stands meanwhile.
+    const bool passing =
+        failure == VantricStatus::DISCOVERY_RUNNING || failure == VantricStatus::DEVICE_NOT_READY;
+    if (!passing && sensor->temperature != value) {
+        sensor->temperature = value;
+        readings[sensor->sensorID] = {sensor->sensorNeededFor, value};
+        VANTRIC_LOG(LOG_LEVEL_TRACE,
+                    "Slot[%d]::SensorID[%d]::OperationalState[%d]::PresentState[%d]::Reading[%d]\n",
+                    slot, sensor->sensorID, sensor->sensorOpernlState, sensor->presentState,
+                    sensor->temperature);
+    }
+    return ToInt(failure);
+}
+
+int PLDMCmds::GetSensorReading(std::uint16_t sensorID, ReadingMap& readings) {
+    const auto& sensors = extractedData->numericSensors;
+    const auto found = std::ranges::find_if(
+        sensors, [sensorID](const auto& sensor) { return sensor->sensorID == sensorID; });
+    if (found == sensors.end()) {
+        return ToInt(VantricStatus::SUCCESS);
+    }
+    const auto sensor = *found;
+    const int status = GetSensorReading(sensor, readings);
+    if (status != ToInt(VantricStatus::SUCCESS) &&
+        status != ToInt(VantricStatus::DISCOVERY_RUNNING) &&
+        status != ToInt(VantricStatus::NEW_END_POINTS)) {
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for Slot:[%d] and SensorID=[%d]\n", slot, sensorID);
+    }
+    return status;
+}
+
+int PLDMCmds::GetAllSensorReading(ReadingMap& readings) {
+    // The copy keeps the records alive for the whole poll.
+    const auto sensors = extractedData->numericSensors;
+    int result = ToInt(VantricStatus::SUCCESS);
+    for (const auto& sensor : sensors) {
+        const int status = GetSensorReading(sensor, readings);
+        switch (static_cast<VantricStatus>(status)) {
+        case VantricStatus::SUCCESS:
+            break;
+        case VantricStatus::DISCOVERY_RUNNING:
+        case VantricStatus::NEW_END_POINTS:
+        case VantricStatus::INVALID_OR_CHANGED:
+            return status;
+        default:
+            VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for Slot:[%d] and SensorID=[%d]\n", slot,
+                        sensor->sensorID);
+            result = status;
+        }
+    }
+    return result;
+}
+
+} // namespace vantric

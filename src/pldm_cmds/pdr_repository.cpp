@@ -1,0 +1,73 @@
+/** GetPDRRepositoryInfo: whether the endpoint's records must be read again (DSP0248). */
+#include "common/byte_reader.hpp"
+#include "common/log.hpp"
+#include "pldm_cmds/exchange.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/timestamp104.hpp"
+
+namespace vantric {
+
+namespace {
+
+constexpr std::size_t repositoryInfoCapacity = 53;
+constexpr std::size_t repositoryStateOffset = 4;
+constexpr std::size_t updateTimeOffset = 5;
+constexpr std::size_t recordCountOffset = 31;
+constexpr std::size_t repositorySizeOffset = 35;
+constexpr std::size_t largestRecordSizeOffset = 39;
+constexpr std::size_t handleTimeoutOffset = 43;
+
+constexpr std::uint8_t repositoryAvailable = 0;
+
+} // namespace
+
+bool PLDMCmds::IsPDRChanged(const Timestamp104& updateTime) const {
+    return updateTime != extractedData->PDRUpdatetime;
+}
+
+int PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
+    const bool forced = forceRead != 0;
+    const auto response = Exchange({.type = PLDM_PLATFORM,
+                                    .command = CMD_GET_PDR_REPOSITORY_INFO,
+                                    .data = {},
+                                    .capacity = repositoryInfoCapacity});
+    if (response.Failed()) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", eid);
+        return ToInt(VantricStatus::FAILURE);
+    }
+    if (response.CompletionCode() != PLDM_SUCCESS) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code is %d\n", eid,
+                    response.CompletionCode());
+        return ToInt(VantricStatus::FAILURE);
+    }
+    if (response.At<std::uint8_t>(repositoryStateOffset) != repositoryAvailable) {
+        // The endpoint is still at work on it. The update time stays, so a later call sees it.
+        return ToInt(VantricStatus::SUCCESS);
+    }
+
+    auto& data = *extractedData;
+    data.iRecordCount = response.At<std::uint32_t>(recordCountOffset);
+    data.iRepositorySize = response.At<std::uint32_t>(repositorySizeOffset);
+    data.iLargestRecordSize = response.At<std::uint32_t>(largestRecordSizeOffset);
+    data.iDataTransferHandleTimeout = response.At<std::uint8_t>(handleTimeoutOffset);
+
+    ByteReader reader(response.From(updateTimeOffset));
+    const auto updateTime = ReadTimestamp104(reader);
+    if (!IsPDRChanged(updateTime) && !forced) {
+        return ToInt(VantricStatus::SUCCESS);
+    }
+    data.PDRUpdatetime = updateTime;
+    data.numericSensors.clear();
+    data.effectors.clear();
+    data.stateSensors.clear();
+    data.entityAssociations.clear();
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "PDR Changed!!!\n");
+
+    if (GetPDR() != ToInt(VantricStatus::SUCCESS)) {
+        return ToInt(VantricStatus::FAILURE);
+    }
+    return ToInt(forced ? VantricStatus::SUCCESS : VantricStatus::INVALID_OR_CHANGED);
+}
+
+} // namespace vantric

@@ -1,0 +1,74 @@
+/** GetPLDMCommands: which commands the endpoint supports (DSP0240). */
+#include "common/byte_writer.hpp"
+#include "common/log.hpp"
+#include "pldm_cmds/exchange.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/types_in_use.hpp"
+
+namespace vantric {
+
+namespace {
+
+constexpr std::size_t commandsCapacity = 45;
+constexpr std::size_t commandsOffset = 4;
+constexpr std::size_t bitsInByte = 8;
+
+} // namespace
+
+int PLDMCmds::GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version) {
+    const auto typeByte = static_cast<std::uint8_t>(type);
+    const auto response = Exchange({.type = PLDM_BASE,
+                                    .command = CMD_GET_PLDM_COMMANDS,
+                                    .data = ByteWriter().Write(typeByte).Write(version).Finish(),
+                                    .capacity = commandsCapacity});
+    if (response.Failed()) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+        return ToInt(VantricStatus::FAILURE);
+    }
+    if (response.CompletionCode() != PLDM_SUCCESS) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+                    response.CompletionCode());
+        return ToInt(VantricStatus::FAILURE);
+    }
+
+    const auto field = response.From(commandsOffset);
+    const auto supported = extractedData->supportedTypes.find(typeByte);
+    if (field.empty() || supported == extractedData->supportedTypes.end()) {
+        return ToInt(VantricStatus::SUCCESS);
+    }
+    CommandSet& commands = supported->second[version];
+    for (std::size_t bit = 0; bit < field.size() * bitsInByte; ++bit) {
+        if ((field[bit / bitsInByte] >> bit % bitsInByte & 1) != 0) {
+            commands[bit % commands.size()] = 1;
+        }
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int PLDMCmds::GetSupportedCmdsForType(std::uint8_t type) {
+    const auto supported = extractedData->supportedTypes.find(type);
+    if (supported == extractedData->supportedTypes.end()) {
+        return ToInt(VantricStatus::SUCCESS);
+    }
+    for (const auto& [version, commands] : supported->second) {
+        if (GetSupportedPLDMCmds(type, version) != ToInt(VantricStatus::SUCCESS)) {
+            return ToInt(VantricStatus::FAILURE);
+        }
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int PLDMCmds::GetSupportedCmds(std::uint32_t type) {
+    if (type != allPldmTypes) {
+        return GetSupportedCmdsForType(static_cast<std::uint8_t>(type));
+    }
+    for (const std::uint8_t inUse : typesInUse) {
+        if (GetSupportedCmdsForType(inUse) != ToInt(VantricStatus::SUCCESS)) {
+            return ToInt(VantricStatus::FAILURE);
+        }
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+} // namespace vantric

@@ -1,0 +1,122 @@
+/** GetPLDMVersion and SelectPLDMVersion: versions of the PLDM types (DSP0240). */
+#include "common/byte_reader.hpp"
+#include "common/byte_writer.hpp"
+#include "common/log.hpp"
+#include "pldm_cmds/exchange.hpp"
+#include "pldm_cmds/limits.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/transfer_bounds.hpp"
+#include "pldm_cmds/types_in_use.hpp"
+
+namespace vantric {
+
+namespace {
+
+constexpr std::size_t versionCapacity = 242;
+constexpr std::size_t nextHandleOffset = 4;
+constexpr std::size_t transferFlagOffset = 8;
+constexpr std::size_t versionDataOffset = 9;
+constexpr std::size_t selectCapacity = 13;
+
+constexpr std::size_t wordSize = 4;
+
+/** Adds the versions of one part to the map. Returns false where they are too many to be true. */
+bool TakeVersions(std::span<const std::uint8_t> data, VersionMap& versions) {
+    // The last word is the checksum of the list.
+    const std::size_t words = data.size() / wordSize;
+    ByteReader reader(data);
+    for (std::size_t i = 1; i < words; ++i) {
+        const auto version = reader.Read<std::uint32_t>();
+        if (version == 0 || versions.contains(version)) {
+            continue;
+        }
+        if (versions.size() == limits::versionsOfType) {
+            return false;
+        }
+        versions.try_emplace(version);
+    }
+    return true;
+}
+
+} // namespace
+
+int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
+    const auto supported = extractedData->supportedTypes.find(type);
+    if (supported == extractedData->supportedTypes.end()) {
+        return ToInt(VantricStatus::FAILURE);
+    }
+
+    TransferBounds bounds(limits::recordSize);
+    std::uint32_t handle = 0;
+    std::uint8_t operation = GET_FIRST_PART;
+    bool more = true;
+    while (more) {
+        const auto response =
+            Exchange({.type = PLDM_BASE,
+                      .command = CMD_GET_PLDM_VERSION,
+                      .data = ByteWriter().Write(handle).Write(operation).Write(type).Finish(),
+                      .capacity = versionCapacity});
+        if (response.Failed()) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+            return ToInt(VantricStatus::FAILURE);
+        }
+        if (response.CompletionCode() != PLDM_SUCCESS) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+                        response.CompletionCode());
+            return ToInt(VantricStatus::FAILURE);
+        }
+        const auto data = response.From(versionDataOffset);
+        if (!TakeVersions(data, supported->second) || !bounds.AllowsPart(data.size())) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Too many versions of type %d for EID = %d\n", type, eid);
+            return ToInt(VantricStatus::FAILURE);
+        }
+        const auto flag = response.At<std::uint8_t>(transferFlagOffset);
+        handle = response.At<std::uint32_t>(nextHandleOffset);
+        operation = GET_NEXT_PART;
+        more = (flag == TRANSFER_START || flag == TRANSFER_LAST) && handle != 0;
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int PLDMCmds::GetPLDMVersions(std::uint32_t type) {
+    if (type != allPldmTypes) {
+        return GetPLDMVersionForType(static_cast<std::uint8_t>(type));
+    }
+    for (const std::uint8_t inUse : typesInUse) {
+        // An endpoint that refuses this for a type goes on without versions of it.
+        GetPLDMVersionForType(inUse);
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int PLDMCmds::SelectPLDMVersion(std::uint8_t type, std::uint32_t version) {
+    const auto response = Exchange({.type = PLDM_BASE,
+                                    .command = CMD_SELECT_PLDM_VERSION,
+                                    .data = ByteWriter().Write(type).Write(version).Finish(),
+                                    .capacity = selectCapacity});
+    if (response.Failed()) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", eid);
+        return ToInt(VantricStatus::FAILURE);
+    }
+    if (response.CompletionCode() != PLDM_SUCCESS) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+                    response.CompletionCode());
+        return ToInt(VantricStatus::FAILURE);
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int PLDMCmds::SelectPLDMVersions() {
+    for (const auto& [type, versions] : extractedData->supportedTypes) {
+        const auto minimum = MinimumVersion(type);
+        for (const auto& [version, commands] : versions) {
+            if (minimum && version >= *minimum) {
+                SelectPLDMVersion(type, version);
+            }
+        }
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+} // namespace vantric
