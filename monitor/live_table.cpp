@@ -59,14 +59,11 @@ int LiveTable::Run(const Options& options) {
     } else if (options.once) {
         end = start + patience;
     }
-    auto next = start;
+    auto next = screen.IsTerminal() ? start : start + period;
     while (!Finished(options, end)) {
         if (!options.once && Clock::now() >= next) {
             next += period;
-            // An empty table before the service's first answer says nothing.
-            if (watcher.Complete() && !screen.Draw(Frame())) {
-                stop = true;
-            }
+            stop = stop || !screen.Draw(Frame());
         }
         Wait(std::min(options.once ? end : next, end));
     }

@@ -37,7 +37,7 @@ monitor::BusHandle OpenSystemBus(sd_event* event) {
 int Run(const monitor::Options& options) {
     const monitor::EventHandle event = NewEvent();
     const monitor::BusHandle bus = OpenSystemBus(event.get());
-    const monitor::BusWatcher watcher(bus.get());
+    monitor::BusWatcher watcher(bus.get());
     monitor::Screen screen(STDOUT_FILENO);
     return monitor::LiveTable(event.get(), watcher, screen).Run(options);
 }

@@ -21,7 +21,7 @@ enum class Kind { INVENTORY, CONTROLLER, NUMERIC_SENSOR, STATE_SENSOR };
 /// Text that NaturalOrder puts where the object belongs among those of its card.
 std::string OrderOf(Kind kind, const std::string& path) {
     const std::string leaf = path.substr(path.rfind('/') + 1);
-    return std::to_string(static_cast<int>(kind)) + leaf + '\n' + path;
+    return std::to_string(static_cast<int>(kind)) + '/' + leaf + '\n' + path;
 }
 
 std::string OrNothing(const std::string& text) {
