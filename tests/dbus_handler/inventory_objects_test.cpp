@@ -1,0 +1,288 @@
+/** Devices, controllers and state sensors as clients see them, and the removal of all of them. */
+#include "dbus_handler/published_bus.hpp"
+
+namespace vantric::test {
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+constexpr auto accelerator = "ProcAccelerator.Slot.5-1";
+const std::string cardPath = "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/3";
+const std::string gpuPath =
+    "/xyz/openbmc_project/inventory/system/accelerator/ProcAccelerator/Slot/5";
+const std::string statePath = cardPath + "/networkcontroller_1/ethernet_1/sensor/state/sensorid_9";
+
+class InventoryObjects : public PublishedBus {
+protected:
+    static FruInventoryRequest Fru() {
+        FruInventoryRequest request;
+        request.fields.model = "M1";
+        request.fields.serialNumber = "SN\x80";
+        request.fields.ecLevel = "E";
+        request.fields.iana = "674";
+        request.fields.firmwareVersion = "1.0";
+        request.fields.cpuAffinity = 2;
+        request.deviceLdid = card;
+        request.objectPath = cardPath;
+        return request;
+    }
+
+    static PlainInventoryRequest Plain(const std::string& ldid, const std::string& path,
+                                       std::uint16_t slot) {
+        return {.firmwareVersion = "1.0",
+                .slot = slot,
+                .deviceLdid = ldid,
+                .objectPath = path,
+                .identity = {},
+                .cpuAffinity = 1,
+                .resolvedLdid = {}};
+    }
+
+    static StateSensorRequest State() {
+        StateSensorRequest request;
+        request.entityInstance = 1;
+        request.sensorId = 9;
+        request.memberCount = 2;
+        request.memberNames = {"Link", "Health"};
+        request.statePath = statePath;
+        request.deviceLdid = card;
+        request.secondLdid = card;
+        request.searchKey = "/sensor/state/sensorid_9";
+        return request;
+    }
+};
+
+TEST_F(InventoryObjects, ShowTheFruOfACard) {
+    EXPECT_EQ(0, Do(dbusFruDataInsert, Fru()));
+    EXPECT_EQ((Texts{"FRU", "Inventory"}), Told(Sent(), "InterfacesAdded", cardPath));
+    const auto object = Object(inventoryRoot, cardPath);
+    const auto& fru = object.at("FRU");
+    EXPECT_EQ("\"M1\"", fru.at("Model"));
+    EXPECT_EQ("\"SN\xEF\xBF\xBD\"", fru.at("SN"));
+    EXPECT_EQ("\"E\"", fru.at("ECLevel"));
+    EXPECT_EQ("674", fru.at("IANA"));
+    using Properties = std::map<std::string, std::string>;
+    EXPECT_EQ((Properties{{"LDID", "\"NIC.Slot.3\""},
+                          {"FriendlyLDID", "\"NIC in Slot 3\""},
+                          {"MacBaseAddress", "\"\""},
+                          {"FirmwareVersion", "\"1.0\""},
+                          {"DeviceType", "9"},
+                          {"CPUAffinity", "2"},
+                          {"DeviceStatus", "2"},
+                          {"DeviceState", "0"},
+                          {"AcceleratorAssociation", "10"}}),
+              object.at("Inventory"));
+
+    auto other = Fru();
+    other.fields.model = "M2";
+    EXPECT_EQ(0, Do(dbusFruDataInsert, other));
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
+TEST_F(InventoryObjects, ShowEachTextOfTheFruUnderItsName) {
+    auto request = Fru();
+    auto& fields = request.fields;
+    const std::pair<std::string*, const char*> texts[] = {
+        {&fields.chassisType, "ChassisType"},
+        {&fields.model, "Model"},
+        {&fields.partNumber, "PN"},
+        {&fields.serialNumber, "SN"},
+        {&fields.manufacturer, "Manufacturer"},
+        {&fields.manufactureDate, "ManufacturerDate"},
+        {&fields.vendor, "Vendor"},
+        {&fields.name, "Name"},
+        {&fields.sku, "SKU"},
+        {&fields.version, "Version"},
+        {&fields.assetTag, "AssetTag"},
+        {&fields.description, "Description"},
+        {&fields.ecLevel, "ECLevel"},
+        {&fields.other, "Other"}};
+    for (const auto& [text, name] : texts) {
+        *text = std::string("the ") + name;
+    }
+    Do(dbusFruDataInsert, request);
+    const auto fru = Object(inventoryRoot, cardPath).at("FRU");
+    for (const auto& [text, name] : texts) {
+        EXPECT_EQ("\"" + *text + "\"", fru.at(name));
+    }
+}
+
+TEST_F(InventoryObjects, ReadTheIanaAsANumber) {
+    const std::pair<const char*, const char*> rows[] = {{"674", "674"},
+                                                        {"", "0"},
+                                                        {"letters", "0"},
+                                                        {" 12abc", "12"},
+                                                        {"0x10", "0"},
+                                                        {"99999999999", "0"},
+                                                        {"4294967295", "4294967295"}};
+    for (const auto& [text, number] : rows) {
+        auto request = Fru();
+        request.fields.iana = text;
+        Do(dbusFruDataInsert, request);
+        EXPECT_EQ(number, Object(inventoryRoot, cardPath).at("FRU").at("IANA")) << text;
+        handler.Clear(card, false);
+    }
+}
+
+TEST_F(InventoryObjects, DoWithoutFru) {
+    auto request = Plain(card, cardPath, 3);
+    request.resolvedLdid = "NIC.Embedded.9"; // counts for accelerators only
+    EXPECT_EQ(0, Do(dbusInvDataInsert, request));
+    EXPECT_EQ(Texts{"Inventory"}, Told(Sent(), "InterfacesAdded", cardPath));
+    const auto inventory = Object(inventoryRoot, cardPath).at("Inventory");
+    EXPECT_EQ("\"NIC.Slot.3\"", inventory.at("LDID"));
+    EXPECT_EQ("\"1.0\"", inventory.at("FirmwareVersion"));
+    EXPECT_EQ("1", inventory.at("CPUAffinity"));
+}
+
+TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
+    EXPECT_EQ(0, Do(dbusInvDataInsert, Plain(accelerator, gpuPath, 0x105)));
+    EXPECT_EQ((Texts{"Accelerator", "Inventory", "Definitions"}),
+              Told(Sent(), "InterfacesAdded", gpuPath));
+    auto object = Object(inventoryRoot, gpuPath);
+    EXPECT_EQ("\"xyz.openbmc_project.Inventory.Item.Accelerator.AcceleratorType.GPU\"",
+              object.at("Accelerator").at("Type"));
+    EXPECT_EQ("[(\"inventory\", \"ProcAccelerator\", "
+              "\"/xyz/openbmc_project/inventory/system/board/pcieslots5\")]",
+              object.at("Definitions").at("Associations"));
+    EXPECT_EQ("2", object.at("Inventory").at("DeviceType"));
+    EXPECT_EQ("\"Proc Accelerator Controller in Slot 5 of Instance 1\"",
+              object.at("Inventory").at("FriendlyLDID"));
+
+    handler.Clear(accelerator, false);
+    auto board = Plain(accelerator, std::string(inventoryRoot) + "/board/UBB/1-1", 5);
+    board.resolvedLdid = "UBB.Integrated.1-1";
+    Do(dbusInvDataInsert, board);
+    object = Object(inventoryRoot, std::string(inventoryRoot) + "/board/UBB/1_1");
+    EXPECT_EQ("\"UBB.Integrated.1-1\"", object.at("Inventory").at("LDID"));
+    EXPECT_EQ("9", object.at("Inventory").at("DeviceType"));
+    EXPECT_TRUE(object.at("Definitions").at("Associations").starts_with("[(\"inventory\", \"\","));
+}
+
+TEST_F(InventoryObjects, ShowControllersAtTheirUnchangedPath) {
+    const std::string path = cardPath + "/networkcontroller_1";
+    EXPECT_EQ(0, Do(dbusControllerData, ControllerRequest{path, card, 3, 200}));
+    EXPECT_EQ(Texts{"ControllerInventory"}, Told(Sent(), "InterfacesAdded", path));
+    EXPECT_EQ("200", Object(inventoryRoot, path).at("ControllerInventory").at("CPUAffinity"));
+    EXPECT_EQ(0, Do(dbusControllerData, ControllerRequest{"", card, 3, 1}));
+    EXPECT_EQ(Texts{}, TakeLog());
+
+    EXPECT_EQ(0, Do(dbusControllerData, ControllerRequest{path, card, 3, 1}));
+    const auto log = TakeLog();
+    ASSERT_EQ(1U, log.size());
+    EXPECT_TRUE(log[0].starts_with("1 UpdateControllerInventory: sd_bus_add_object_vtable"));
+    EXPECT_EQ("200", Object(inventoryRoot, path).at("ControllerInventory").at("CPUAffinity"));
+}
+
+TEST_F(InventoryObjects, FollowFirmwareAndHealth) {
+    Do(dbusFruDataInsert, Fru());
+    Do(dbusInvDataInsert, Plain(card, cardPath + "/second", 3));
+    Do(dbusInvDataInsert, Plain(accelerator, gpuPath, 5));
+    Sent();
+    for (int i = 0; i < 2; ++i) {
+        Do(dbusFWDataUpdate, FirmwareRequest{card, "2.0\xFF"});
+        Do(dbusUpdateDeviceHealthStatus, HealthStatusRequest{card, 4});
+        Do(dbusFWDataUpdate, FirmwareRequest{"NIC.Slot.30", "3.0"});
+        Do(dbusUpdateDeviceHealthStatus, HealthStatusRequest{"NIC.Slot.", 5});
+    }
+    const auto signals = Sent();
+    EXPECT_EQ(4U, signals.size()) << "one for each object and property";
+    for (const auto& path : {cardPath, cardPath + "/second"}) {
+        const auto inventory = Object(inventoryRoot, path).at("Inventory");
+        EXPECT_EQ("\"2.0\xEF\xBF\xBD\"", inventory.at("FirmwareVersion"));
+        EXPECT_EQ("4", inventory.at("DeviceStatus"));
+    }
+    Do(dbusUpdateDeviceHealthStatus, HealthStatusRequest{accelerator, 3});
+    EXPECT_EQ(Texts{"DeviceStatus=3"}, Changes(gpuPath));
+    EXPECT_EQ(Texts{}, TakeLog());
+}
+
+TEST_F(InventoryObjects, ShowStateSensorsAndTheirStates) {
+    EXPECT_EQ(0, Do(dbusStateSensorDataInsert, State()));
+    EXPECT_EQ(Texts{"StateSensor"}, Told(Sent(), "InterfacesAdded", statePath));
+    const auto details = [this] {
+        return Object(inventoryRoot, statePath).at("StateSensor").at("StateSensorDetails");
+    };
+    EXPECT_EQ("{\"Health\": (\"Unavailable\", \"Unavailable\"), "
+              "\"Link\": (\"Unavailable\", \"Unavailable\")}",
+              details());
+    auto update = State();
+    update.memberNames = {"Link"};
+    update.stateSetNames = {"Link State"};
+    update.valueTexts = {"Connected"};
+    for (int i = 0; i < 2; ++i) {
+        Do(dbusSetStateSensorValue, update);
+    }
+    EXPECT_EQ(Texts{"StateSensorDetails={\"Link\": (\"Link State\", \"Connected\")}"},
+              Changes(statePath));
+    update.searchKey = "/sensor/state/sensorid_";
+    update.memberNames = {};
+    Do(dbusSetStateSensorValue, update); // a digit follows: no object
+    update.searchKey = "/sensor/state/sensorid_91";
+    Do(dbusSetStateSensorValue, update);
+    EXPECT_EQ(Texts{}, Changes(statePath));
+    update.searchKey = "/sensor/state/sensorid_9";
+    Do(dbusSetStateSensorValue, update);
+    EXPECT_EQ("{}", details());
+
+    EXPECT_EQ(0, Do(dbusStateSensorDataInsert, State()));
+    EXPECT_EQ("{}", details()) << "an object that exists stays as it is";
+    auto nowhere = State();
+    nowhere.statePath.clear();
+    EXPECT_EQ(-1, Do(dbusStateSensorDataInsert, nowhere));
+    EXPECT_EQ(Texts{"1 dbusStateSensorDataInsert: Dbus path emtpy!"}, TakeLog());
+}
+
+TEST_F(InventoryObjects, GoInOrderAndOnlyAsFarAsAsked) {
+    Do(dbusDataInsert, CardSensor());
+    Do(dbusStateSensorDataInsert, State());
+    Do(dbusFruDataInsert, Fru());
+    Do(dbusControllerData, ControllerRequest{cardPath + "/networkcontroller_1", card, 3, 1});
+    Do(dbusInvDataInsert, Plain(accelerator, gpuPath, 5));
+    Sent();
+    Do(dbusClear, ClearRequest{card, 3, CLEAR_SENSORS});
+    auto signals = Sent();
+    EXPECT_EQ(Texts{"StateSensor"}, Told(signals, "InterfacesRemoved", statePath));
+    EXPECT_EQ(9U, signals.size());
+    EXPECT_FALSE(Object(inventoryRoot, cardPath).empty());
+
+    Do(dbusClear, ClearRequest{card, 3, CLEAR_ALL});
+    signals = Sent();
+    EXPECT_EQ((Texts{"Inventory", "FRU"}), Told(signals, "InterfacesRemoved", cardPath));
+    EXPECT_EQ(3U, signals.size());
+    EXPECT_FALSE(Object(inventoryRoot, gpuPath).empty());
+    Do(dbusClear, ClearRequest{accelerator, 5, 0}); // anything but sensors only is everything
+    EXPECT_EQ((Texts{"Accelerator", "Inventory", "Definitions"}),
+              Told(Sent(), "InterfacesRemoved", gpuPath));
+    TakeLog();
+    Do(dbusClear, ClearRequest{card, 3, CLEAR_ALL}); // nothing is left
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+    EXPECT_EQ(Texts{}, TakeLog());
+}
+
+TEST_F(InventoryObjects, NeedARequest) {
+    const std::pair<RequestHandler, std::string> handlers[] = {
+        {dbusDataInsert, "dbusDataInsert: Required data is null"},
+        {dbusSetSensorValue, "dbusSetSensorValue: requestData or requestSize is null"},
+        {dbusStateSensorDataInsert,
+         "dbusStateSensorDataInsert: requestData or requestSize is null"},
+        {dbusSetStateSensorValue, "dbusSetStateSensorValue: requestData or requestSize is null"},
+        {dbusUpdateDeviceHealthStatus,
+         "dbusUpdateDeviceHealthStatus: requestData or requestSize is null"},
+        {dbusInvDataInsert, "dbusInvDataInsert: requestData or requestSize is null"},
+        {dbusFruDataInsert, "dbusFruDataInsert: requestData or requestSize is null"},
+        {dbusControllerData, "dbusControllerData: requestData or requestSize is null"},
+        {dbusFWDataUpdate, "dbusFWDataUpdate: requestData or requestSize is null"},
+        {dbusClear, "dbusClear: requestData or requestSize is null"}};
+    for (const auto& [handle, line] : handlers) {
+        int untouched = 0;
+        EXPECT_EQ(-1, handle(nullptr, nullptr, 8)) << line;
+        EXPECT_EQ(-1, handle(nullptr, &untouched, 0)) << line;
+        EXPECT_EQ((Texts{"1 " + line, "1 " + line}), TakeLog());
+    }
+}
+
+} // namespace
+
+} // namespace vantric::test

@@ -1,0 +1,296 @@
+/** Numeric sensors as clients see them. */
+#include "dbus_handler/published_bus.hpp"
+
+#include <cmath>
+#include <ctime>
+
+namespace vantric::test {
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const std::map<std::uint8_t, Texts> interfacesOfKind{
+    {SENSOR_KIND_THERMAL_PROBE,
+     {"Value", "Warning", "Critical", "Availability", "OperationalStatus", "Definitions",
+      "ThermalSensor", "ProbeObj"}},
+    {SENSOR_KIND_THERMAL,
+     {"Value", "Warning", "Critical", "Availability", "OperationalStatus", "Definitions",
+      "ThermalSensor"}},
+    {SENSOR_KIND_PROBE, {"Definitions", "ProbeObj"}}};
+
+using SensorObjects = PublishedBus;
+
+TEST_F(SensorObjects, AreAnnouncedInterfaceByInterfaceBehindTheirValues) {
+    for (const auto& [kind, interfaces] : interfacesOfKind) {
+        EXPECT_EQ(0, Do(dbusDataInsert, CardSensor(kind)));
+        const auto signals = Sent();
+        EXPECT_EQ(interfaces, Told(signals, "InterfacesAdded", CardSensorPath()));
+        const auto isAdded = [](const Signal& signal) {
+            return signal.member == "InterfacesAdded";
+        };
+        const auto added = std::ranges::find_if(signals, isAdded);
+        EXPECT_NE(signals.begin(), added) << "a value that isn't the default is told first";
+        EXPECT_TRUE(std::all_of(added, signals.end(), isAdded));
+        Do(dbusClear, ClearRequest{card, 3, CLEAR_SENSORS});
+        EXPECT_EQ(interfaces, Told(Sent(), "InterfacesRemoved", CardSensorPath()));
+        EXPECT_TRUE(Object(sensorsRoot, CardSensorPath()).empty());
+    }
+}
+
+TEST_F(SensorObjects, ShowWhatTheRequestSays) {
+    auto request = CardSensor();
+    request.sensor.upperWarning = 90;
+    request.sensor.upperFatal = 110;
+    request.sensor.lowerCritical = 30;
+    Do(dbusDataInsert, request);
+    const auto object = Object(sensorsRoot, CardSensorPath());
+    using Properties = std::map<std::string, std::string>;
+    EXPECT_EQ((Properties{{"Value", "0"},
+                          {"MaxValue", "100"},
+                          {"MinValue", "-5"},
+                          {"Unit", "\"xyz.openbmc_project.Sensor.Value.Unit.DegreesC\""}}),
+              object.at("Value"));
+    EXPECT_EQ((Properties{{"WarningHigh", "90"},
+                          {"WarningLow", "nan"},
+                          {"WarningAlarmHigh", "false"},
+                          {"WarningAlarmLow", "false"}}),
+              object.at("Warning"));
+    EXPECT_EQ((Properties{{"CriticalHigh", "nan"},
+                          {"CriticalLow", "30"},
+                          {"CriticalAlarmHigh", "false"},
+                          {"CriticalAlarmLow", "true"}}),
+              object.at("Critical"));
+    EXPECT_EQ("false", object.at("Availability").at("Available"));
+    EXPECT_EQ("false", object.at("OperationalStatus").at("Functional"));
+    EXPECT_EQ("[(\"inventory\", \"ethernet_1\", \"" + request.inventoryPath + "\")]",
+              object.at("Definitions").at("Associations"));
+    const std::string type = "\"com.korv.bmc.Thermal.ThermalSensor.dev_types.NIC_ASIC\"";
+    EXPECT_EQ((Properties{{"SensorType", type},
+                          {"LocatorType", "6"},
+                          {"Location", "3"},
+                          {"LocationExt", "255"},
+                          {"DeviceType", "\"\""},
+                          {"Instance", "151"},
+                          {"TargetTemperature", "255"},
+                          {"FailedTimestamp", "0"},
+                          {"Presence", "false"}}),
+              object.at("ThermalSensor"));
+    EXPECT_EQ((Properties{{"Key", "\"NIC.Slot.3-1#sensorid_5\""},
+                          {"SubType", "5"},
+                          {"ProbeReading", "2147483647"},
+                          {"ProbeThresholds", "(110, 0, 90, 0, 30, 0)"},
+                          {"ProbeStatus", "0"},
+                          {"UnitModifier", "0"},
+                          {"ProbeCapabilities", "0"},
+                          {"ProbeLocation", "\"Temperature Sensor 5\""},
+                          {"ReAliasedName", "\"\""},
+                          {"TargetDevKey", "\"NIC.Slot.3-1\""},
+                          {"FriendlyLDID", "\"NIC in Slot 3 Port 1\""},
+                          {"SensorNumber", "5"},
+                          {"EntityID", "42"},
+                          {"Type1MinReadingRange", "0"},
+                          {"Type1MaxReadingRange", "0"},
+                          {"InitupdateInProgress", "0"},
+                          {"ObjectStatus", "6"}}),
+              object.at("ProbeObj"));
+}
+
+TEST_F(SensorObjects, StandForTheResolvedLdid) {
+    auto request = CardSensor(SENSOR_KIND_THERMAL_PROBE);
+    request.resolvedLdid = "NIC.Embedded.1";
+    Do(dbusDataInsert, request);
+    const auto object = Object(sensorsRoot, CardSensorPath());
+    EXPECT_EQ("\"NIC.Embedded.1-1#sensorid_5\"", object.at("ProbeObj").at("Key"));
+    EXPECT_EQ("2", object.at("ThermalSensor").at("LocatorType"));
+    EXPECT_EQ("\"EmbeddedLOM\"", object.at("ThermalSensor").at("DeviceType"));
+    Do(dbusSetSensorValue, Reading(5)); // still kept under the device's LDID
+    EXPECT_EQ("5", Property(CardSensorPath(), "xyz.openbmc_project.Sensor.Value", "Value"));
+}
+
+struct AlarmRow {
+    std::int64_t upper, lower;
+    std::int32_t temperature;
+    const char *high, *low;
+};
+
+TEST_F(SensorObjects, RaiseAlarmsByTheReadingAtCreation) {
+    const AlarmRow rows[] = {
+        {30, 0, 30, "true", "false"}, {30, 0, 29, "false", "false"},
+        {0, 30, 30, "false", "true"}, {0, 30, 31, "false", "false"},
+        {0, 0, 0, "false", "false"},  {0x1'0000'0000, -0x1'0000'0000, 0, "false", "false"}};
+    for (const auto& row : rows) {
+        auto request = CardSensor(SENSOR_KIND_THERMAL);
+        request.sensor.upperWarning = request.sensor.upperCritical = row.upper;
+        request.sensor.lowerWarning = request.sensor.lowerCritical = row.lower;
+        request.sensor.temperature = row.temperature;
+        Do(dbusDataInsert, request);
+        const auto object = Object(sensorsRoot, CardSensorPath());
+        EXPECT_EQ(row.high, object.at("Warning").at("WarningAlarmHigh")) << row.temperature;
+        EXPECT_EQ(row.low, object.at("Warning").at("WarningAlarmLow")) << row.temperature;
+        EXPECT_EQ(row.high, object.at("Critical").at("CriticalAlarmHigh")) << row.temperature;
+        EXPECT_EQ(row.low, object.at("Critical").at("CriticalAlarmLow")) << row.temperature;
+        handler.Clear(card, true);
+    }
+}
+
+TEST_F(SensorObjects, StayAsTheyAreWhenPostedAgain) {
+    Do(dbusDataInsert, CardSensor());
+    Sent();
+    auto other = CardSensor();
+    other.sensor.upperWarning = 1;
+    other.sensor.name = "Other";
+    EXPECT_EQ(0, Do(dbusDataInsert, other));
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
+TEST_F(SensorObjects, KeepTheirInstanceUntilTheReset) {
+    const auto instance = [this](std::uint16_t id) {
+        Do(dbusDataInsert, CardSensor(SENSOR_KIND_THERMAL, id));
+        return Property(CardSensorPath(id), "com.korv.bmc.Thermal.ThermalSensor", "Instance");
+    };
+    EXPECT_EQ("151", instance(5));
+    EXPECT_EQ("152", instance(6));
+    handler.Clear(card, true);
+    EXPECT_EQ("152", instance(6));
+    EXPECT_EQ("153", instance(7));
+    handler.Clear(card, true);
+    handler.ResetNumbering();
+    Sent();
+    EXPECT_EQ("151", instance(7));
+}
+
+TEST_F(SensorObjects, TakeAnyTextFromACard) {
+    auto request = CardSensor();
+    request.sensor.name = std::string("A\xFF\xC3(\xEF\xBF\xBF\0hidden", 15);
+    Do(dbusDataInsert, request);
+    EXPECT_EQ("\"A\xEF\xBF\xBD\xEF\xBF\xBD(\xEF\xBF\xBD\"",
+              Object(sensorsRoot, CardSensorPath()).at("ProbeObj").at("ProbeLocation"));
+}
+
+TEST_F(SensorObjects, ArentMadeFromWhatIsNoSensor) {
+    EXPECT_EQ(0, Do(dbusDataInsert, CardSensor(SENSOR_KIND_NONE)));
+    EXPECT_EQ(0, Do(dbusDataInsert, CardSensor(4)));
+    auto nowhere = CardSensor();
+    nowhere.objectPath.clear();
+    EXPECT_EQ(-1, Do(dbusDataInsert, nowhere));
+    EXPECT_EQ(Texts{"1 dbusDataInsert: Path is NULL!"}, TakeLog());
+    auto malformed = CardSensor(SENSOR_KIND_PROBE);
+    malformed.objectPath = "no path";
+    EXPECT_EQ(0, Do(dbusDataInsert, malformed));
+    const auto log = TakeLog();
+    ASSERT_EQ(1U, log.size());
+    EXPECT_TRUE(log[0].starts_with("1 createDbusObj: sd_bus_add_object_vtable")) << log[0];
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
+struct ValueRow {
+    double value;
+    const char *probeStatus, *objectStatus, *probeReading;
+    bool failed;
+    const char* available;
+};
+
+TEST_F(SensorObjects, ShowWhatFollowsFromAReading) {
+    const ValueRow rows[] = {{41.9, "2", "2", "41", false, "true"},
+                             {0, "0", "6", "2147483647", false, "false"},
+                             {-3.9, "0", "6", "-3", false, "false"},
+                             {0.5, "2", "2", "0", false, "true"},
+                             {2147483647.0, "0", "6", "2147483647", true, "true"},
+                             {2147483646.0, "2", "2", "2147483646", false, "true"},
+                             {1e300, "2", "2", "2147483647", false, "true"},
+                             {-1e300, "0", "6", "-2147483648", false, "false"},
+                             {std::nan(""), "0", "6", "2147483647", false, "false"}};
+    Do(dbusDataInsert, CardSensor());
+    for (const auto& row : rows) {
+        Do(dbusSetSensorValue, Reading(row.value));
+        const auto object = Object(sensorsRoot, CardSensorPath());
+        EXPECT_EQ(row.probeStatus, object.at("ProbeObj").at("ProbeStatus")) << row.value;
+        EXPECT_EQ(row.objectStatus, object.at("ProbeObj").at("ObjectStatus")) << row.value;
+        EXPECT_EQ(row.probeReading, object.at("ProbeObj").at("ProbeReading")) << row.value;
+        const auto failedAt = std::stoll(object.at("ThermalSensor").at("FailedTimestamp"));
+        EXPECT_NEAR(row.failed ? static_cast<double>(std::time(nullptr)) : 0,
+                    static_cast<double>(failedAt), 60)
+            << row.value;
+        EXPECT_EQ(row.available, object.at("Availability").at("Available")) << row.value;
+        EXPECT_EQ(row.available, object.at("OperationalStatus").at("Functional")) << row.value;
+    }
+}
+
+TEST_F(SensorObjects, SignalEachChangeOnceAndInOrder) {
+    Do(dbusDataInsert, CardSensor());
+    Sent();
+    Do(dbusSetSensorValue, Reading(41));
+    EXPECT_EQ((Texts{"ProbeStatus=2", "ObjectStatus=2", "ProbeReading=41", "Value=41",
+                     "Available=true", "Functional=true"}),
+              Changes(CardSensorPath()));
+    Do(dbusSetSensorValue, Reading(41));
+    EXPECT_EQ(Texts{}, Changes(CardSensorPath()));
+    Do(dbusSetSensorValue, Reading(41.5));
+    EXPECT_EQ(Texts{"Value=41.5"}, Changes(CardSensorPath()));
+}
+
+TEST_F(SensorObjects, WriteOnlyTheInterfacesOfTheirKind) {
+    Do(dbusDataInsert, CardSensor(SENSOR_KIND_THERMAL, 1));
+    Do(dbusDataInsert, CardSensor(SENSOR_KIND_PROBE, 2));
+    Sent();
+    Do(dbusSetSensorValue, Reading(7, SENSOR_KIND_THERMAL, 1));
+    EXPECT_EQ((Texts{"Value=7", "Available=true", "Functional=true"}), Changes(CardSensorPath(1)));
+    Do(dbusSetSensorValue, Reading(7, SENSOR_KIND_PROBE, 2));
+    EXPECT_EQ((Texts{"ProbeStatus=2", "ObjectStatus=2", "ProbeReading=7"}),
+              Changes(CardSensorPath(2)));
+    // The kind names the store, and nobody is in another.
+    Do(dbusSetSensorValue, Reading(8, SENSOR_KIND_PROBE, 1));
+    Do(dbusSetSensorValue, Reading(8, SENSOR_KIND_THERMAL_PROBE, 2));
+    Do(dbusSetSensorValue, Reading(8, SENSOR_KIND_NONE, 1));
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
+TEST_F(SensorObjects, EndHighAlarmsWithAReadingButNeverRaiseThem) {
+    auto request = CardSensor();
+    request.sensor.temperature = 95;
+    request.sensor.upperWarning = 90;
+    request.sensor.upperCritical = 95;
+    request.sensor.lowerWarning = 95;
+    Do(dbusDataInsert, request);
+    const auto alarms = [this] {
+        const auto object = Object(sensorsRoot, CardSensorPath());
+        return object.at("Warning").at("WarningAlarmHigh") + " " +
+               object.at("Critical").at("CriticalAlarmHigh") + " " +
+               object.at("Warning").at("WarningAlarmLow");
+    };
+    EXPECT_EQ("true true true", alarms());
+    Do(dbusSetSensorValue, Reading(96));
+    EXPECT_EQ("true true true", alarms());
+    Do(dbusSetSensorValue, Reading(95)); // at the threshold is below the alarm now
+    EXPECT_EQ("true false true", alarms());
+    Do(dbusSetSensorValue, Reading(20));
+    EXPECT_EQ("false false true", alarms());
+    Do(dbusSetSensorValue, Reading(99));
+    EXPECT_EQ("false false true", alarms());
+}
+
+TEST_F(SensorObjects, AreToldApartByTheirWholeNumber) {
+    Do(dbusDataInsert, CardSensor(SENSOR_KIND_PROBE, 12));
+    Do(dbusDataInsert, CardSensor(SENSOR_KIND_PROBE, 1));
+    Sent();
+    Do(dbusSetSensorValue, Reading(8, SENSOR_KIND_PROBE, 1));
+    EXPECT_EQ(Texts{}, Changes(CardSensorPath(12)));
+    Do(dbusSetSensorValue, Reading(9, SENSOR_KIND_PROBE, 12));
+    EXPECT_EQ(Texts{"ProbeReading=9"}, [this] {
+        auto changes = Changes(CardSensorPath(12));
+        std::erase_if(changes, [](const auto& text) { return !text.starts_with("ProbeR"); });
+        return changes;
+    }());
+}
+
+TEST_F(SensorObjects, ComeThroughTheChannelInOrder) {
+    EXPECT_EQ(0, PostRequest(dbusDataInsert, CardSensor()));
+    EXPECT_EQ(0, PostRequest(dbusSetSensorValue, Reading(12)));
+    Sent();
+    EXPECT_EQ("12", Property(CardSensorPath(), "xyz.openbmc_project.Sensor.Value", "Value"));
+}
+
+} // namespace
+
+} // namespace vantric::test
