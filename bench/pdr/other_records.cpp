@@ -15,7 +15,7 @@ void WriteEntity(PayloadWriter& writer, const EntityId& entity) {
 
 void WriteStates(PayloadWriter& writer, const std::vector<std::uint8_t>& states) {
     const auto highest = std::ranges::max_element(states);
-    Bytes field(highest == states.end() ? 1 : *highest / 8 + 1);
+    Bytes field(highest == states.end() ? 0 : *highest / 8 + 1);
     for (const auto state : states) {
         field[state / 8] |= static_cast<std::uint8_t>(1U << (state % 8));
     }

@@ -46,8 +46,7 @@ std::vector<Pdr> EncodeDescribed(const TerminusDescription& terminus);
 /** Appends type, instance and container. */
 void WriteEntity(benchlink::PayloadWriter& writer, const EntityId& entity);
 
-/** Appends a bit field of states, as many bytes as the highest state needs, at least one, behind
- *  its length. */
+/** Appends a bit field of states, as many bytes as the highest state needs, behind its length. */
 void WriteStates(benchlink::PayloadWriter& writer, const std::vector<std::uint8_t>& states);
 
 /** The handle of the terminus that owns the records. */

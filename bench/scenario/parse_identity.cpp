@@ -149,16 +149,19 @@ std::uint32_t ParseVersion(const Value& value) {
     std::array<std::string_view, 3> parts;
     std::string_view rest(text);
     for (auto& part : parts) {
-        const auto dot = rest.find('.');
-        part = rest.substr(0, dot);
-        rest = dot == std::string_view::npos ? "" : rest.substr(dot + 1);
+        if (rest.data() != nullptr) {
+            const auto dot = rest.find('.');
+            part = rest.substr(0, dot);
+            rest = dot == std::string_view::npos ? std::string_view() : rest.substr(dot + 1);
+        }
     }
-    if (!rest.empty()) {
+    if (rest.data() != nullptr || parts[1].data() == nullptr) {
         value.Fail("\"" + text + "\" is not a version such as 1.2.0");
     }
     std::uint32_t word = 0;
     for (const auto part : parts) {
-        word = word << 8 | VersionByte(value, part);
+        // The update may be missing.
+        word = word << 8 | (part.data() == nullptr ? 0xFF : VersionByte(value, part));
     }
     return word << 8;
 }
