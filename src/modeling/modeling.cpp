@@ -1,61 +1,72 @@
 #include "modeling/modeling.hpp"
 
 #include "common/log.hpp"
+#include "modeling/tree_builder.hpp"
 
 #include <utility>
 
 namespace vantric {
 
-namespace {
-
-/** The part of a sensor's record that modeling carries. */
-__Sensor Reduce(const __Temp_sensors& record) {
-    __Sensor sensor;
-    sensor.sensorKind = record.sensorNeededFor;
-    sensor.baseUnit = record.baseUnit;
-    sensor.sensorId = record.sensorID;
-    sensor.entityInstance = record.entityInstanceNumber;
-    sensor.entityType = record.entityType;
-    sensor.temperature = record.temperature;
-    sensor.thresholdReadError = record.thresholdReadingError;
-    sensor.upperFatal = record.upperThresholdFatal;
-    sensor.upperCritical = record.upperThresholdCritical;
-    sensor.upperWarning = record.upperThresholdWarning;
-    sensor.normalMax = record.normalMax;
-    sensor.normalMin = record.normalMin;
-    sensor.lowerFatal = record.lowerThresholdFatal;
-    sensor.lowerCritical = record.lowerThresholdCritical;
-    sensor.lowerWarning = record.lowerThresholdWarning;
-    sensor.name = record.auxSensorName;
-    return sensor;
-}
-
-} // namespace
-
 Modeling::Modeling(ModelingParameters parameters) : device(std::move(parameters)) {}
 
 Modeling::~Modeling() {
     try {
+        tree.FreeTree();
         DeleteDBUSPaths(CLEAR_ALL);
     } catch (...) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Unknown error in Modeling destructor\n");
     }
 }
 
-void Modeling::ModelWithoutTree(const std::shared_ptr<__extractedData>& extractedData,
-                                std::uint8_t controller) {
-    AttachNumericSensors(extractedData->numericSensors, true, controller);
+void Modeling::CreatePDRTree(const std::shared_ptr<__extractedData>& extractedData,
+                             std::uint8_t controller) {
+    if (!extractedData) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Extracted data is null\n");
+        return;
+    }
+    if (controller == 2) {
+        ModelSecondController(*extractedData);
+        return;
+    }
+    DeleteDBUSPaths(CLEAR_SENSORS);
+    tree.FreeTree();
+    portCount = 0;
+    if (!BuildTree(tree, extractedData->entityAssociations)) {
+        return;
+    }
+    AttachNumericSensors(extractedData->numericSensors, false, 1);
+    AttachStateSensors(extractedData->stateSensors, false, 1);
+    WalkTree();
 }
 
-void Modeling::AttachNumericSensors(const NumericSensors& sensors, bool flat,
-                                    std::uint8_t controller) {
-    for (const auto& record : sensors) {
-        __Sensor sensor = Reduce(*record);
-        if (flat) {
-            sensor.entityInstance = 0;
-        }
-        UpdateDbus(sensor, flat, controller);
+void Modeling::ModelWithoutTree(const std::shared_ptr<__extractedData>& extractedData,
+                                std::uint8_t controller) {
+    if (!extractedData) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Extracted data is null\n");
+        return;
     }
+    AttachNumericSensors(extractedData->numericSensors, true, controller);
+    AttachStateSensors(extractedData->stateSensors, true, controller);
+}
+
+void Modeling::ModelSecondController(const __extractedData& extractedData) {
+    AttachNumericSensors(extractedData.numericSensors, false, 2);
+    AttachStateSensors(extractedData.stateSensors, false, 2);
+}
+
+std::string Modeling::InventoryRoot() const {
+    return device.inventoryBase + std::to_string(device.slot);
+}
+
+std::string Modeling::SensorTag(std::uint8_t controller) const {
+    if (!device.multipleControllers) {
+        return "sensorid_";
+    }
+    return controller == 2 ? "sensorid_ctrl2_" : "sensorid_ctrl1_";
+}
+
+std::string Modeling::StateTail(std::uint8_t controller) const {
+    return "/sensor/state/" + SensorTag(controller);
 }
 
 } // namespace vantric

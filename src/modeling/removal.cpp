@@ -1,0 +1,32 @@
+/** Takes a device's objects off the bus. */
+#include "modeling/modeling.hpp"
+
+#include "common/log.hpp"
+#include "common/pause.hpp"
+#include "common/post_request.hpp"
+#include "dbus_handler/handlers.hpp"
+
+#include <chrono>
+
+namespace vantric {
+
+namespace {
+
+/** Time for the bus's clients to see that objects have gone, before new ones come. */
+constexpr std::chrono::seconds removalPause{2};
+
+} // namespace
+
+void Modeling::DeleteDBUSPaths(ClearMode mode) {
+    const int result = PostRequest(dbusClear, ClearRequest{device.ldid, device.slot, mode});
+    if (result != 0) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "DeleteDBUSPaths ERROR for slot = %d, execRet = %d\n",
+                    device.slot, result);
+    } else {
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "DeleteDBUSPaths SUCCESS for slot = %d, execRet = %d\n",
+                    device.slot, result);
+    }
+    Pause(removalPause);
+}
+
+} // namespace vantric

@@ -1,0 +1,110 @@
+/** Readings on their way to the objects. */
+#include "modeling/modeling.hpp"
+
+#include "common/log.hpp"
+#include "common/post_request.hpp"
+#include "dbus_handler/handlers.hpp"
+#include "modeling/virtual_board.hpp"
+#include "modeling/vocabulary/vocabulary.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace vantric {
+
+namespace {
+
+constexpr auto healthState = "Health State";
+constexpr std::uint8_t unknownSeverity = 1;
+
+/** What a table has for a key; fallback without a row. */
+template <typename Table>
+typename Table::mapped_type Look(const Table& table, const typename Table::key_type& key,
+                                 typename Table::mapped_type fallback = {}) {
+    const auto row = table.find(key);
+    return row != table.end() ? row->second : fallback;
+}
+
+std::string StateText(const std::string& setName, std::uint8_t state) {
+    const auto states = stateValueNames.find(setName);
+    return states != stateValueNames.end() ? Look(states->second, state) : "";
+}
+
+} // namespace
+
+void Modeling::UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value,
+                                     std::uint8_t sensorKind, std::uint8_t controller) {
+    if (IsVirtualBoard(device.identity) && sensorKind == SENSOR_KIND_THERMAL) {
+        UpdateThermalSensorForAllLDIDs(sensorId, value, controller);
+        return;
+    }
+    const std::string tag = controller == 2 ? "sensorid_ctrl2_" : "_" + SensorTag(controller);
+    SensorValueRequest request;
+    request.value = value;
+    request.deviceLdid = device.ldid;
+    request.pathText = tag + std::to_string(sensorId);
+    request.slot = device.slot;
+    request.sensorKind = sensorKind;
+    request.controller = controller;
+    const int result = PostRequest(dbusSetSensorValue, std::move(request));
+    if (result != 0) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR,
+                    "OneWayChannel_Execute dbusSetSensorValue ERROR, execRet = %d\n", result);
+    }
+}
+
+void Modeling::UpdateThermalSensorForAllLDIDs(std::uint16_t /*sensorId*/, std::int32_t value,
+                                              std::uint8_t controller) {
+    // All thermal readings of the board are readings of the one shared sensor.
+    for (int slot = firstAcceleratorSlot; slot <= lastAcceleratorSlot; ++slot) {
+        SensorValueRequest request;
+        request.value = value;
+        request.deviceLdid = device.ldid;
+        request.pathText = std::to_string(slot) + "_1_sensorid_1";
+        request.slot = device.slot;
+        request.sensorKind = SENSOR_KIND_THERMAL;
+        request.controller = controller;
+        const int result = PostRequest(dbusSetSensorValue, std::move(request));
+        if (result != 0) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for virtual slot = %d, execRet = %d\n", slot,
+                        result);
+        }
+    }
+}
+
+void Modeling::UpdateStateSensorValue(const StateChangeMap& readings, std::uint8_t controller) {
+    for (const auto& [sensorId, change] : readings) {
+        StateSensorRequest request;
+        request.slot = device.slot;
+        request.controller = controller;
+        request.memberNames = change.memberNames;
+        const std::size_t count = std::min(change.presentStates.size(), change.stateSetIds.size());
+        for (std::size_t member = 0; member < count; ++member) {
+            std::string setName = Look(stateSetNames, change.stateSetIds[member]);
+            std::string text = StateText(setName, change.presentStates[member]);
+            if (setName == healthState) {
+                UpdateDeviceHealthStatus(text);
+            }
+            request.stateSetNames.push_back(std::move(setName));
+            request.valueTexts.push_back(std::move(text));
+        }
+        request.deviceLdid = device.ldid;
+        request.searchKey = StateTail(controller) + std::to_string(sensorId);
+        const int result = PostRequest(dbusSetStateSensorValue, std::move(request));
+        if (result != 0) {
+            VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
+        }
+    }
+}
+
+void Modeling::UpdateDeviceHealthStatus(const std::string& text) {
+    const int result =
+        PostRequest(dbusUpdateDeviceHealthStatus,
+                    HealthStatusRequest{device.ldid, Look(healthSeverity, text, unknownSeverity)});
+    if (result != 0) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR,
+                    "OneWayChannel_Execute dbusSetHealthState ERROR, execRet = %d\n", result);
+    }
+}
+
+} // namespace vantric

@@ -1,0 +1,89 @@
+#include "modeling/virtual_board.hpp"
+
+#include "modeling/entity_types.hpp"
+#include "modeling/vocabulary/vocabulary.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+namespace vantric {
+
+namespace {
+
+constexpr auto acceleratorRoot =
+    "/xyz/openbmc_project/inventory/system/accelerator/ProcAccelerator/Slot/";
+constexpr auto boardPath = "/xyz/openbmc_project/inventory/system/UBB";
+constexpr auto boardLdid = "UBB.Integrated.1-1";
+constexpr auto acceleratorLdid = "ProcAccelerator.Slot.";
+constexpr auto sharedSensorRoot = "/xyz/openbmc_project/sensors/temperature/ProcAccelerator.Slot.";
+
+/** The number between "Slot." and "-". */
+std::optional<std::uint8_t> SlotOf(std::string_view path) {
+    constexpr std::string_view mark = "Slot.";
+    const auto found = path.find(mark);
+    if (found == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto digits = path.substr(found + mark.size());
+    std::uint8_t slot = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), slot);
+    const bool complete = end != digits.data() + digits.size() && *end == '-';
+    return error == std::errc{} && complete ? std::optional(slot) : std::nullopt;
+}
+
+} // namespace
+
+bool IsVirtualBoard(const PciIdentity& identity) {
+    constexpr std::uint16_t vendor = 0x1002;
+    return identity.vendorId == vendor && identity.subVendorId == vendor &&
+           (identity.deviceId == 0x75A0 || identity.deviceId == 0x75A3);
+}
+
+SensorPlace SharedSensorPlace(std::uint8_t slot) {
+    const std::string number = std::to_string(slot);
+    return {.slot = slot,
+            .sensorPath = sharedSensorRoot + number + "_1_sensorid_1",
+            .resolvedLdid = acceleratorLdid + number + "-1",
+            .inventoryPath = acceleratorRoot + number,
+            .name = {}};
+}
+
+bool ResolveVirtualSensor(const __Sensor& sensor, SensorPlace& place) {
+    const auto row = std::ranges::find_if(virtualSensorLdids, [&sensor](const auto& candidate) {
+        return sensor.name.find(candidate.first) != std::string::npos;
+    });
+    if (row == virtualSensorLdids.end()) {
+        return false;
+    }
+    place.resolvedLdid = row->second;
+    place.sensorPath.erase(place.sensorPath.rfind('/') + 1);
+    place.sensorPath += row->second + "_sensorid_" + std::to_string(sensor.sensorId);
+    if (const auto slot = SlotOf(place.sensorPath)) {
+        place.slot = *slot;
+        place.inventoryPath = acceleratorRoot + std::to_string(*slot);
+    }
+    if (place.sensorPath.find("UBB") != std::string::npos) {
+        place.inventoryPath = boardPath;
+    }
+    return true;
+}
+
+void VirtualStateSensorPath(StateSensorRequest& request) {
+    const std::string tail = "/sensor/state/sensorid_" + std::to_string(request.sensorId);
+    if (request.entityType == ENTITY_ADD_IN_CARD) {
+        request.statePath = boardPath + tail;
+        request.secondLdid = boardLdid;
+    } else if (request.entityType == ENTITY_LOGICAL_ACCELERATOR) {
+        const auto row =
+            virtualInstanceSlots.find(static_cast<std::uint8_t>(request.entityInstance));
+        if (row != virtualInstanceSlots.end()) {
+            request.statePath = acceleratorRoot + row->second + tail;
+            request.secondLdid = acceleratorLdid + row->second + "-1";
+            request.entityInstance = 0;
+        }
+    }
+}
+
+} // namespace vantric
