@@ -1,0 +1,356 @@
+/** The MCTP client library against a running bench. */
+
+#include "bench/bench_process.hpp"
+#include "bench/bytes.hpp"
+#include "mctplink.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdlib>
+#include <cstring>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+using test::Bytes;
+
+constexpr const char* scenario = "cards:\n"
+                                 "  - slot: 3\n"
+                                 "    kind: nic\n"
+                                 "    tid: 7\n"
+                                 "    endpoints:\n"
+                                 "      - {eid: 9, bdf: 0x3b01}\n"
+                                 "      - {eid: 10, medium: i2c, bus-address: 0x1d, "
+                                 "ldid: \" NIC.\\u0001x\", ldid-length: 600}\n";
+
+/** Nothing here takes longer, unless it never ends. */
+constexpr std::chrono::seconds patience{30};
+
+/** What the callbacks of the process's attachment have brought. */
+struct Heard {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<std::vector<std::uint8_t>> tables; // attached flag and the table
+    int discoveries = 0;
+    std::function<void()> duringTable;
+
+    bool Wait(const std::function<bool()>& condition) {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, patience, condition);
+    }
+};
+
+Heard* heard = nullptr;
+
+std::size_t TableSize(const MctpLinkCallbackInfo& info) {
+    return sizeof(info.table) + info.table.entryCount * sizeof(MctpLinkEndPoint);
+}
+
+void OnCallback(MctpLinkCallbackInfo* info) {
+    std::function<void()> duringTable;
+    {
+        const std::lock_guard lock(heard->mutex);
+        if (info->callbackType == MCTPLINK_DISCOVERY_STARTED) {
+            ++heard->discoveries;
+        } else {
+            const auto* const bytes = reinterpret_cast<const std::uint8_t*>(info);
+            heard->tables.emplace_back(bytes + 4, bytes + 8 + TableSize(*info));
+            duringTable = heard->duringTable;
+            std::free(info);
+        }
+    }
+    heard->changed.notify_all();
+    if (duringTable) {
+        duringTable();
+    }
+}
+
+/** A request with room for its response. */
+struct Exchange {
+    Exchange(std::uint8_t eid, std::string_view bytes, std::uint32_t capacity = 64)
+        : request(Bytes(bytes)), response(capacity) {
+        record.eid = eid;
+        record.messageType = 1;
+        record.requestBytes = request.data();
+        record.requestLength = static_cast<std::uint32_t>(request.size());
+        record.responseBytes = response.data();
+        record.responseLength = capacity;
+        record.context = this;
+        record.completion = [](MctpLinkRequest* done) {
+            static_cast<Exchange*>(done->context)->completed.set_value();
+        };
+    }
+
+    bool Send() { return MctpLinkSendRequest(&record, 0) == 0; }
+
+    bool Completes() {
+        return completed.get_future().wait_for(patience) == std::future_status::ready;
+    }
+
+    std::string Response() const {
+        return test::Text(std::span(response).first(record.responseLength));
+    }
+
+    std::vector<std::uint8_t> request;
+    std::vector<std::uint8_t> response;
+    MctpLinkRequest record{};
+    std::promise<void> completed;
+};
+
+class MctpLink : public testing::Test {
+protected:
+    void SetUp() override {
+        heard = &events;
+        bench = std::make_unique<test::BenchProcess>(scenario);
+        ASSERT_EQ(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0));
+        ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 1; }));
+    }
+
+    void TearDown() override { MctpLinkDetach(); }
+
+    void Control(const std::vector<std::string>& words) {
+        const auto outcome = bench->Control(words);
+        ASSERT_EQ(0, outcome.status) << outcome.errors;
+    }
+
+    Heard events;
+    std::unique_ptr<test::BenchProcess> bench;
+};
+
+TEST_F(MctpLink, TheFirstTableComesByItself) {
+    const auto& bytes = events.tables.front();
+    ASSERT_EQ(4 + 16 + 2 * sizeof(MctpLinkEndPoint), bytes.size());
+    EXPECT_EQ("01 00 00 00 01 00 00 00 00 00 00 00 02 00 00 00 02 00 00 00",
+              test::Text(std::span(bytes).first(20)));
+    MctpLinkEndPoint entries[2];
+    std::memcpy(entries, bytes.data() + 20, sizeof(entries));
+    EXPECT_EQ(2, entries[0].endPointType);
+    EXPECT_EQ(0, entries[0].i2c);
+    EXPECT_EQ(1, entries[0].vdm);
+    EXPECT_EQ(9, entries[0].eid);
+    EXPECT_EQ(1, entries[0].pldm);
+    EXPECT_EQ("NIC.Slot.3-1-1", std::string(entries[0].ldid, entries[0].ldidLength));
+    EXPECT_EQ(0, entries[0].slotType);
+    EXPECT_EQ(3, entries[0].slotNumber);
+    EXPECT_EQ(0x3b01, entries[0].bdf);
+    EXPECT_EQ(1, entries[1].i2c);
+    EXPECT_EQ(0, entries[1].vdm);
+    EXPECT_EQ(10, entries[1].eid);
+    EXPECT_EQ(0x1d, entries[1].busAddress);
+    EXPECT_EQ(600, entries[1].ldidLength);
+    EXPECT_EQ(std::string(" NIC.\x01x"), std::string(entries[1].ldid, 7));
+}
+
+TEST_F(MctpLink, ARequestIsAnswered) {
+    Exchange exchange(9, "81 00 02");
+    exchange.record.responseErrorType = 99;
+    ASSERT_TRUE(exchange.Send());
+    ASSERT_TRUE(exchange.Completes());
+    EXPECT_EQ("01 00 02 00 07", exchange.Response());
+    EXPECT_EQ(0U, exchange.record.responseErrorType);
+}
+
+TEST_F(MctpLink, ALongResponseIsCutToItsBuffer) {
+    Exchange exchange(9, "81 00 04", 5);
+    ASSERT_TRUE(exchange.Send());
+    ASSERT_TRUE(exchange.Completes());
+    EXPECT_EQ("01 00 04 00 35", exchange.Response());
+}
+
+TEST_F(MctpLink, AnErrorTypeIsHandedOn) {
+    Control({"error-type", "9", "4"});
+    Exchange exchange(9, "81 00 02");
+    ASSERT_TRUE(exchange.Send());
+    ASSERT_TRUE(exchange.Completes());
+    EXPECT_EQ(4U, exchange.record.responseErrorType);
+}
+
+TEST_F(MctpLink, WhatTheServiceDoesNotTakeIsRefusedAtOnce) {
+    Control({"refuse", "9"});
+    EXPECT_FALSE(Exchange(9, "81 00 02").Send());
+    EXPECT_FALSE(Exchange(200, "81 00 02").Send());
+    Exchange vendorMessage(10, "81 00 02");
+    vendorMessage.record.messageType = 0x7E;
+    EXPECT_FALSE(vendorMessage.Send());
+    EXPECT_NE(0, MctpLinkSendRequest(nullptr, 0));
+}
+
+TEST_F(MctpLink, AClearedRequestIsNotTouchedAndNotCompleted) {
+    Control({"slow", "9", "300"});
+    auto cleared = std::make_unique<Exchange>(9, "81 00 02");
+    ASSERT_TRUE(cleared->Send());
+    MctpLinkClearRequest(9, 0);
+    cleared.reset(); // a late touch would be a use after free
+    Exchange next(9, "82 00 02");
+    ASSERT_TRUE(next.Send());
+    ASSERT_TRUE(next.Completes());
+    EXPECT_EQ("02 00 02 00 07", next.Response());
+}
+
+TEST_F(MctpLink, ClearingOneEndpointLeavesTheOthers) {
+    Control({"slow", "10", "100"});
+    Exchange exchange(10, "81 00 02");
+    ASSERT_TRUE(exchange.Send());
+    MctpLinkClearRequest(9, 0);
+    EXPECT_TRUE(exchange.Completes());
+}
+
+TEST_F(MctpLink, ClearWaitsForACompletionThatRuns) {
+    Exchange exchange(9, "81 00 02");
+    static std::promise<void> entered;
+    static std::promise<void> leave;
+    static std::atomic<bool> left = false;
+    exchange.record.completion = [](MctpLinkRequest*) {
+        entered.set_value();
+        leave.get_future().wait();
+        left = true;
+    };
+    ASSERT_TRUE(exchange.Send());
+    ASSERT_EQ(std::future_status::ready, entered.get_future().wait_for(patience));
+    std::thread clearing([] {
+        MctpLinkClearRequest(9, 0);
+        EXPECT_TRUE(left);
+    });
+    leave.set_value();
+    clearing.join();
+}
+
+TEST_F(MctpLink, ACompletionMayClearAndSendAgain) {
+    static Exchange* second = nullptr;
+    Exchange exchange(9, "81 00 02");
+    Exchange following(9, "82 00 02");
+    second = &following;
+    exchange.record.completion = [](MctpLinkRequest* done) {
+        MctpLinkClearRequest(done->eid, 0);
+        EXPECT_TRUE(second->Send());
+    };
+    ASSERT_TRUE(exchange.Send());
+    EXPECT_TRUE(following.Completes());
+}
+
+TEST_F(MctpLink, RequestsCompleteWhileATableIsTakenIn) {
+    std::promise<bool> completed;
+    {
+        const std::lock_guard lock(events.mutex);
+        events.duringTable = [&] {
+            Exchange exchange(9, "81 00 02");
+            completed.set_value(exchange.Send() && exchange.Completes());
+        };
+    }
+    Control({"table"});
+    auto result = completed.get_future();
+    ASSERT_EQ(std::future_status::ready, result.wait_for(patience));
+    EXPECT_TRUE(result.get());
+}
+
+TEST_F(MctpLink, ADiscoveryComesBeforeItsTable) {
+    Control({"pull", "3"});
+    ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 2; }));
+    EXPECT_EQ(1, events.discoveries);
+    EXPECT_EQ("01 00 00 00 01 00 00 00 00 00 00 00 02 00 00 00 00 00 00 00",
+              test::Text(events.tables.back()));
+}
+
+TEST_F(MctpLink, ABadTableIsHandedOnAsItIs) {
+    Control({"table", "bad-state"});
+    Control({"table", "not-attached"});
+    Control({"table", "bad-source"});
+    ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 4; }));
+    EXPECT_EQ(1, events.tables[1][12]);
+    EXPECT_EQ(0, events.tables[2][0]);
+    EXPECT_EQ(0, events.tables[3][4]);
+}
+
+TEST_F(MctpLink, AMovedEndpointAnswersUnderItsNewEid) {
+    Control({"move", "9", "19", "quietly"});
+    EXPECT_FALSE(Exchange(9, "81 00 02").Send());
+    Exchange exchange(19, "81 00 02");
+    ASSERT_TRUE(exchange.Send());
+    EXPECT_TRUE(exchange.Completes());
+}
+
+TEST_F(MctpLink, WithoutItsBenchItFailsAndComesBackWithIt) {
+    Control({"silence", "9"});
+    Exchange pending(9, "81 00 02");
+    ASSERT_TRUE(pending.Send());
+    bench->Kill();
+    EXPECT_FALSE(Exchange(9, "81 00 02").Send());
+    bench->Start();
+    ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 2; }));
+    Exchange exchange(9, "82 00 02");
+    ASSERT_TRUE(exchange.Send());
+    EXPECT_TRUE(exchange.Completes());
+    EXPECT_EQ(std::future_status::timeout,
+              pending.completed.get_future().wait_for(std::chrono::seconds(0)));
+    MctpLinkClearRequest(9, 0);
+}
+
+TEST_F(MctpLink, NothingIsCalledAfterADetachment) {
+    Control({"slow", "9", "100"});
+    Exchange exchange(9, "81 00 02");
+    ASSERT_TRUE(exchange.Send());
+    EXPECT_EQ(0, MctpLinkDetach());
+    Control({"table"});
+    EXPECT_EQ(1U, events.tables.size());
+    EXPECT_FALSE(Exchange(10, "81 00 02").Send());
+    EXPECT_EQ(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0));
+    EXPECT_TRUE(events.Wait([&] { return events.tables.size() == 2; }));
+}
+
+TEST_F(MctpLink, ACallbackMayDetach) {
+    std::promise<void> detached;
+    {
+        const std::lock_guard lock(events.mutex);
+        events.duringTable = [&] {
+            MctpLinkDetach();
+            detached.set_value();
+        };
+    }
+    Control({"table"});
+    EXPECT_EQ(std::future_status::ready, detached.get_future().wait_for(patience));
+}
+
+TEST_F(MctpLink, OnlyOneAttachmentAtATime) {
+    EXPECT_NE(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0));
+    MctpLinkDetach();
+    EXPECT_NE(0, MctpLinkAttach(4, 0xFFFFFFFF, OnCallback, 0));
+    EXPECT_NE(0, MctpLinkAttach(3, 0xFFFFFFFF, nullptr, 0));
+}
+
+/** Sends, and takes the request back at times that have nothing to do with its completion. */
+void SendAndClear(std::uint8_t eid, int rounds) {
+    for (int round = 0; round < rounds; ++round) {
+        auto exchange = std::make_unique<Exchange>(eid, "81 00 02");
+        ASSERT_TRUE(exchange->Send());
+        if (round % 3 == 0) {
+            ASSERT_TRUE(exchange->Completes());
+        } else if (round % 3 == 1) {
+            std::this_thread::yield();
+        }
+        MctpLinkClearRequest(eid, 0);
+    }
+}
+
+TEST_F(MctpLink, ManyThreadsSendAndClear) {
+    std::thread first([] { SendAndClear(9, 300); });
+    std::thread second([] { SendAndClear(10, 300); });
+    first.join();
+    second.join();
+}
+
+TEST(MctpLinkAlone, FailsWithoutABench) {
+    unsetenv("BENCH_SOCKET");
+    EXPECT_NE(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0));
+    setenv("BENCH_SOCKET", "/nowhere/socket", 1);
+    EXPECT_NE(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0));
+    EXPECT_FALSE(Exchange(9, "81 00 02").Send());
+    EXPECT_EQ(0, MctpLinkClearRequest(9, 0));
+    EXPECT_EQ(0, MctpLinkDetach());
+}
+
+} // namespace
