@@ -2,8 +2,8 @@
 """Writes the C++ server binding of one D-Bus interface from its description in YAML.
 
 The description follows the schema of the OpenBMC interface repositories, with these limits: an
-enumeration belongs to the interface that uses it, and methods and errors aren't there. The result is
-server.hpp and server.cpp in the output folder. Needs PyYAML and Mako.
+enumeration belongs to the interface that uses it, and methods and errors aren't there. The result
+is server.hpp and server.cpp in the output folder. Needs PyYAML and Mako.
 """
 
 import argparse
@@ -16,14 +16,15 @@ from mako.lookup import TemplateLookup
 from bindings.cpp_types import DescriptionError
 from bindings.interface import comment, load_interface
 
-TEMPLATES = pathlib.Path(__file__).parent / "bindings"
+TEMPLATES = TemplateLookup(
+    directories=[str(pathlib.Path(__file__).parent / "bindings")], strict_undefined=True
+)
 
 
 def render(template, interface):
     """Returns the text that a template makes of the interface."""
-    lookup = TemplateLookup(directories=[str(TEMPLATES)], strict_undefined=True)
     try:
-        return lookup.get_template(template).render(interface=interface, comment=comment)
+        return TEMPLATES.get_template(template).render(interface=interface, comment=comment)
     except Exception:
         # Mako's own trace names the line of the template.
         sys.stderr.write(exceptions.text_error_template().render())

@@ -52,6 +52,14 @@ class Signal:
         """The D-Bus types of the arguments."""
         return "".join(type_.signature for _, type_, _ in self.arguments)
 
+    @property
+    def parameters(self):
+        """The parameters of the member function that emits the signal."""
+        return ", ".join(
+            f"{type_.cpp} {name}" if type_.by_value else f"const {type_.cpp}& {name}"
+            for name, type_, _ in self.arguments
+        )
+
 
 @dataclass(frozen=True)
 class Interface:

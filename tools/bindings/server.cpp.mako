@@ -55,7 +55,8 @@ struct ${p.name}_access {
 const sdbusplus::vtable_t table[] = {
     sdbusplus::vtable::start(),
 % for p in interface.properties:
-    sdbusplus::vtable::property("${p.name}", "${p.type.signature}", &::bindings::Get<${p.name}_access>,
+    sdbusplus::vtable::property("${p.name}", "${p.type.signature}",
+        &::bindings::Get<${p.name}_access>,
 % if not p.readonly:
         &::bindings::Set<${p.name}_access>,
 % endif
@@ -100,7 +101,7 @@ ${cls}::${cls}(sdbusplus::bus_t& bus, const char* path,
 %>
 ${type_} ${cls}::${p.method}() const { return ${p.method}_; }
 
-${type_} ${cls}::${p.method}(${p.type.cpp} newValue, ${"bool /*skipSignal*/" if p.const else "bool skipSignal"}) {
+${type_} ${cls}::${p.method}(${p.type.cpp} newValue, bool${"" if p.const else " skipSignal"}) {
     if (!::bindings::Same(${p.method}_, newValue)) {
         ${p.method}_ = std::move(newValue);
 % if not p.const:
@@ -118,7 +119,7 @@ ${type_} ${cls}::${p.method}(${p.type.cpp} newValue) {
 % endfor
 % for s in interface.signals:
 
-void ${cls}::${s.method}(${", ".join(f"{t.cpp} {name}" if t.by_value else f"const {t.cpp}& {name}" for name, t, _ in s.arguments)}) {
+void ${cls}::${s.method}(${s.parameters}) {
     auto message = interface_.new_signal("${s.name}");
 % if s.arguments:
     message.append(${", ".join(name for name, _, _ in s.arguments)});
@@ -127,7 +128,8 @@ void ${cls}::${s.method}(${", ".join(f"{t.cpp} {name}" if t.by_value else f"cons
 }
 % endfor
 
-void ${cls}::setPropertyByName(const std::string& propertyName, const PropertiesVariant& val, bool skipSignal) {
+void ${cls}::setPropertyByName(const std::string& propertyName, const PropertiesVariant& val,
+    bool skipSignal) {
 % for p in interface.properties:
     if (propertyName == "${p.name}") {
         ${p.method}(std::get<${p.type.cpp}>(val), skipSignal);

@@ -77,7 +77,7 @@ ${comment(p.description, 4)}
 % for s in interface.signals:
 
 ${comment(s.description, 4)}
-    void ${s.method}(${", ".join(f"{t.cpp} {name}" if t.by_value else f"const {t.cpp}& {name}" for name, t, _ in s.arguments)});
+    void ${s.method}(${s.parameters});
 % endfor
 
     /** Writes a property, by its name on the bus, through its virtual operation. A name that the

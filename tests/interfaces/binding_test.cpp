@@ -1,0 +1,250 @@
+/** How a property behaves under writes from inside and from clients, and how an interface is
+ *  announced. One class stands for all: they come from the same template. */
+#include "interfaces/served_bus.hpp"
+
+#include <com/korv/zenth/PLDM/StateSensor/server.hpp>
+#include <com/korv/zenth/Sensor/ProbeObj/server.hpp>
+#include <xyz/openbmc_project/Association/Definitions/server.hpp>
+#include <xyz/openbmc_project/Sensor/Threshold/Warning/server.hpp>
+#include <xyz/openbmc_project/Sensor/Value/server.hpp>
+
+#include <sdbusplus/exception.hpp>
+#include <sdbusplus/server/manager.hpp>
+
+#include <cmath>
+#include <limits>
+
+namespace vantric::test {
+
+namespace {
+
+using sdbusplus::server::com::korv::zenth::pldm::StateSensor;
+using sdbusplus::server::com::korv::zenth::sensor::ProbeObj;
+using sdbusplus::server::xyz::openbmc_project::association::Definitions;
+using sdbusplus::server::xyz::openbmc_project::sensor::Value;
+using sdbusplus::server::xyz::openbmc_project::sensor::threshold::Warning;
+
+constexpr auto path = "/sensors/one";
+
+/** PropertiesChanged for one property of the object. */
+Signal Changed(const std::string& interface, const std::string& property,
+               const std::string& value) {
+    return {path, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+            '"' + interface + "\", {\"" + property + "\": " + value + "}, []"};
+}
+
+class Binding : public ServedBus {
+protected:
+    /** The signals that the service sent since the last call. */
+    std::vector<Signal> Sent() {
+        client.Settle(service);
+        return client.TakeSignals();
+    }
+};
+
+TEST_F(Binding, SignalsAChangeOnceAndOnlyAChange) {
+    Value sensor(bus, path);
+    EXPECT_EQ(21.5, sensor.value(21.5));
+    EXPECT_EQ(21.5, sensor.value(21.5));
+    EXPECT_EQ(std::vector{Changed(Value::interface, "Value", "21.5")}, Sent());
+    EXPECT_EQ(22, sensor.value(22, true));
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+    EXPECT_EQ("22", client.GetProperty(service, path, Value::interface, "Value"));
+    sensor.value(22);
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
+TEST_F(Binding, TakesOneNaNForAnother) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    Warning thresholds(bus, path);
+    thresholds.warningHigh(-nan);
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+    thresholds.warningHigh(90);
+    thresholds.warningHigh(nan);
+    EXPECT_EQ((std::vector{Changed(Warning::interface, "WarningHigh", "90"),
+                           Changed(Warning::interface, "WarningHigh", "nan")}),
+              Sent());
+}
+
+TEST_F(Binding, SignalsNoChangeOfAConstProperty) {
+    ProbeObj probe(bus, path);
+    EXPECT_EQ("NIC.Slot.3#sensorid_5", probe.key("NIC.Slot.3#sensorid_5"));
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+    EXPECT_EQ("\"NIC.Slot.3#sensorid_5\"",
+              client.GetProperty(service, path, ProbeObj::interface, "Key"));
+}
+
+TEST_F(Binding, WritesTheMapInItsOrder) {
+    const std::map<std::string, ProbeObj::PropertiesVariant> values{
+        {"ProbeReading", std::int32_t{0x7FFFFFFF}},
+        {"Key", std::string("k")},
+        {"meta-NonCached", std::string("passed over")},
+        {"ObjectStatus", std::uint8_t{6}},
+        {"ProbeStatus", std::uint8_t{0}}};
+    ProbeObj probe(bus, path, values);
+    EXPECT_EQ((std::vector{Changed(ProbeObj::interface, "ObjectStatus", "6"),
+                           Changed(ProbeObj::interface, "ProbeReading", "2147483647")}),
+              Sent());
+    ProbeObj silent(bus, "/sensors/two", values, true);
+    EXPECT_EQ("k", silent.key());
+    EXPECT_EQ(6, silent.objectStatus());
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
+TEST_F(Binding, FindsPropertiesByName) {
+    Value sensor(bus, path);
+    sensor.setPropertyByName("Unit", Value::Unit::Watts);
+    sensor.setPropertyByName("Other", 1.0);
+    EXPECT_EQ(Value::PropertiesVariant(Value::Unit::Watts), sensor.getPropertyByName("Unit"));
+    EXPECT_THROW(sensor.setPropertyByName("Value", Value::Unit::Watts), std::bad_variant_access);
+    EXPECT_THROW(sensor.getPropertyByName("Other"), std::out_of_range);
+    EXPECT_EQ(std::vector{Changed(Value::interface, "Unit",
+                                  "\"xyz.openbmc_project.Sensor.Value.Unit.Watts\"")},
+              Sent());
+}
+
+TEST_F(Binding, LetsAClientWrite) {
+    Value sensor(bus, path);
+    ProbeObj probe(bus, path);
+    Definitions definitions(bus, path);
+    EXPECT_EQ("", client.SetProperty(service, path, Value::interface, "Value", 5.0).error);
+    EXPECT_EQ(5, sensor.value());
+    EXPECT_EQ("", client
+                      .SetProperty(service, path, Value::interface, "Unit",
+                                   std::string("xyz.openbmc_project.Sensor.Value.Unit.Volts"))
+                      .error);
+    EXPECT_EQ(Value::Unit::Volts, sensor.unit());
+    const std::tuple<int, int, int, int, int, int> thresholds{1, -2, 3, 4, 5, 6};
+    EXPECT_EQ("",
+              client.SetProperty(service, path, ProbeObj::interface, "ProbeThresholds", thresholds)
+                  .error);
+    EXPECT_EQ(thresholds, probe.probeThresholds());
+    const std::vector<std::tuple<std::string, std::string, std::string>> links{{"a", "b", "/c"}};
+    EXPECT_EQ(
+        "", client.SetProperty(service, path, Definitions::interface, "Associations", links).error);
+    EXPECT_EQ(links, definitions.associations());
+    EXPECT_EQ(
+        (std::vector{
+            Changed(Value::interface, "Value", "5"),
+            Changed(Value::interface, "Unit", "\"xyz.openbmc_project.Sensor.Value.Unit.Volts\""),
+            Changed(ProbeObj::interface, "ProbeThresholds", "(1, -2, 3, 4, 5, 6)"),
+            Changed(Definitions::interface, "Associations", "[(\"a\", \"b\", \"/c\")]")}),
+        Sent());
+}
+
+TEST_F(Binding, RefusesWhatAClientCantWrite) {
+    Value sensor(bus, path);
+    ProbeObj probe(bus, path);
+    const auto refused = [&](const char* interface, const char* property, const auto& value) {
+        return client.SetProperty(service, path, interface, property, value).error;
+    };
+    EXPECT_EQ("org.freedesktop.DBus.Error.InvalidArgs",
+              refused(Value::interface, "Unit", std::string("Volts")));
+    EXPECT_EQ("org.freedesktop.DBus.Error.InvalidArgs",
+              refused(Value::interface, "Value", std::string("5")));
+    EXPECT_EQ("org.freedesktop.DBus.Error.PropertyReadOnly",
+              refused(ProbeObj::interface, "ProbeReading", 5));
+    EXPECT_EQ("org.freedesktop.DBus.Error.PropertyReadOnly",
+              refused(ProbeObj::interface, "Key", std::string("k")));
+    EXPECT_EQ("org.freedesktop.DBus.Error.UnknownProperty",
+              refused(Value::interface, "Other", 5.0));
+    EXPECT_EQ(Value::Unit::Amperes, sensor.unit());
+    EXPECT_EQ(0, sensor.value());
+    EXPECT_EQ(0, probe.probeReading());
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
+/** A class that sees every write of a status, and doesn't like all of them. */
+class Guarded : public ProbeObj {
+public:
+    using ProbeObj::ProbeObj;
+    using ProbeObj::probeStatus;
+
+    std::uint8_t probeStatus(std::uint8_t newValue, bool skipSignal) override {
+        if (newValue > 9) {
+            throw std::runtime_error("too much");
+        }
+        seen.push_back(newValue);
+        return ProbeObj::probeStatus(newValue, skipSignal);
+    }
+
+    std::vector<int> seen;
+};
+
+TEST_F(Binding, GivesADerivedClassEveryWrite) {
+    Guarded probe(bus, path);
+    probe.probeStatus(1);
+    probe.setPropertyByName("ProbeStatus", std::uint8_t{2});
+    client.SetProperty(service, path, ProbeObj::interface, "ProbeStatus", std::uint8_t{3});
+    EXPECT_EQ((std::vector{1, 2, 3}), probe.seen);
+}
+
+TEST_F(Binding, TurnsAnExceptionIntoAnErrorForTheClient) {
+    Guarded probe(bus, path);
+    const auto answer =
+        client.SetProperty(service, path, ProbeObj::interface, "ProbeStatus", std::uint8_t{10});
+    EXPECT_EQ("org.freedesktop.DBus.Error.Failed", answer.error);
+    EXPECT_EQ("too much", answer.text);
+    Value sensor(bus, path);
+    sensor.unit(static_cast<Value::Unit>(99), true);
+    EXPECT_THROW(client.GetProperty(service, path, Value::interface, "Unit"), std::runtime_error);
+    EXPECT_EQ("0", client.GetProperty(service, path, Value::interface, "Value"));
+}
+
+TEST_F(Binding, AnnouncesAndWithdrawsOnce) {
+    sdbusplus::server::manager_t manager(bus, "/sensors");
+    {
+        StateSensor sensor(bus, path);
+        sensor.stateSensorDetails({{"a", {"Health State", "Normal"}}, {"b", {"c", "d"}}}, true);
+        EXPECT_EQ(std::vector<Signal>{}, Sent());
+        sensor.emit_removed();
+        sensor.emit_added();
+        sensor.emit_added();
+        const auto sent = Sent();
+        ASSERT_EQ(1u, sent.size());
+        EXPECT_EQ("InterfacesAdded", sent[0].member);
+        EXPECT_EQ("/sensors", sent[0].path);
+        EXPECT_NE(std::string::npos, sent[0].body.find("\"StateSensorDetails\": {\"a\": (\"Health "
+                                                       "State\", \"Normal\"), \"b\": (\"c\", "
+                                                       "\"d\")}"))
+            << sent[0].body;
+        EXPECT_EQ(R"({"a": ("Health State", "Normal"), "b": ("c", "d")})",
+                  client.GetManagedObjects(service, "/sensors")
+                      .at(path)
+                      .at(StateSensor::interface)
+                      .at("StateSensorDetails"));
+    }
+    const Signal removed{"/sensors", "org.freedesktop.DBus.ObjectManager", "InterfacesRemoved",
+                         R"("/sensors/one", ["com.korv.zenth.PLDM.StateSensor"])"};
+    EXPECT_EQ(std::vector{removed}, Sent());
+    EXPECT_EQ(0u, client.GetManagedObjects(service, "/sensors").count(path));
+    StateSensor again(bus, path);
+    again.emit_added();
+    Sent();
+    again.emit_removed();
+    again.emit_removed();
+    EXPECT_EQ(std::vector{removed}, Sent());
+}
+
+TEST_F(Binding, EmitsTheSignalsOfTheInterface) {
+    Warning thresholds(bus, path);
+    thresholds.warningLowAlarmAsserted(-4.5);
+    EXPECT_EQ((std::vector{Signal{path, Warning::interface, "WarningLowAlarmAsserted", "-4.5"}}),
+              Sent());
+}
+
+TEST_F(Binding, RefusesASecondInterfaceOfTheNameOnAnObject) {
+    Value sensor(bus, path);
+    try {
+        Value second(bus, path);
+        FAIL() << "the second one is there";
+    } catch (const sdbusplus::exception::SdBusError& e) {
+        EXPECT_EQ(0u, std::string(e.what()).find("sd_bus_add_object_vtable: ")) << e.what();
+        EXPECT_EQ(EEXIST, e.get_errno());
+    }
+    EXPECT_EQ("0", client.GetProperty(service, path, Value::interface, "Value"));
+}
+
+} // namespace
+
+} // namespace vantric::test

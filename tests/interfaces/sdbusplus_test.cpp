@@ -1,0 +1,233 @@
+/** The wrappers of the bus: values in messages, calls, matches, failures. */
+#include "interfaces/served_bus.hpp"
+
+#include <sdbusplus/bus/match.hpp>
+#include <sdbusplus/exception.hpp>
+#include <sdbusplus/server/manager.hpp>
+#include <sdeventplus/event.hpp>
+
+#include <limits>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+
+namespace vantric::test {
+
+namespace {
+
+using sdbusplus::message_t;
+using sdbusplus::exception::SdBusError;
+using sdbusplus::message::object_path;
+
+class Wrapper : public ServedBus {
+protected:
+    /** A message to fill, and the same one to read. */
+    sd_bus_message* New() {
+        sd_bus_message* message = nullptr;
+        EXPECT_LE(0, sd_bus_message_new_signal(connection, &message, "/a", "a.b", "C"));
+        return message;
+    }
+
+    /** Appends, checks the signature and reads back. */
+    template <typename T>
+    void ExpectRoundTrip(const char* signature, const T& value) {
+        sd_bus_message* raw = New();
+        message_t message(raw, std::false_type());
+        message.append(value);
+        ASSERT_LE(0, sd_bus_message_seal(raw, 1, 0));
+        EXPECT_STREQ(signature, sd_bus_message_get_signature(raw, true));
+        T read{};
+        message.read(read);
+        EXPECT_EQ(value, read) << signature;
+    }
+};
+
+TEST_F(Wrapper, BringsEveryTypeThroughAMessage) {
+    ExpectRoundTrip("b", true);
+    ExpectRoundTrip("y", std::uint8_t{255});
+    ExpectRoundTrip("n", std::int16_t{-32768});
+    ExpectRoundTrip("q", std::uint16_t{65535});
+    ExpectRoundTrip("i", std::numeric_limits<std::int32_t>::min());
+    ExpectRoundTrip("u", std::numeric_limits<std::uint32_t>::max());
+    ExpectRoundTrip("x", std::numeric_limits<std::int64_t>::min());
+    ExpectRoundTrip("t", std::numeric_limits<std::uint64_t>::max());
+    ExpectRoundTrip("d", -0.1);
+    ExpectRoundTrip("s", std::string("text \xC3\xA4"));
+    ExpectRoundTrip("o", object_path("/a/b"));
+    ExpectRoundTrip("ab", std::vector{true, false, true});
+    ExpectRoundTrip("as", std::vector<std::string>{});
+    ExpectRoundTrip("a(ss)", std::vector<std::tuple<std::string, std::string>>{{"1", "2"}, {}});
+    ExpectRoundTrip("a{s(ss)}",
+                    std::map<std::string, std::tuple<std::string, std::string>>{{"a", {"b", "c"}}});
+    ExpectRoundTrip("a{uy}", std::unordered_map<std::uint32_t, std::uint8_t>{{1, 2}, {3, 4}});
+    ExpectRoundTrip("a{sv}", std::vector<std::pair<std::string, std::variant<std::int32_t, bool>>>{
+                                 {"second", true}, {"first", 1}});
+    ExpectRoundTrip("v", std::variant<std::string, std::vector<double>>(std::vector{1.5, 2.5}));
+}
+
+TEST_F(Wrapper, PassesOverAVariantOfAnotherType) {
+    using Foreign = std::variant<object_path, std::map<std::string, std::uint8_t>, bool>;
+    sd_bus_message* raw = New();
+    message_t message(raw, std::false_type());
+    message.append(std::map<std::string, Foreign>{{"a", true}, {"b", object_path("/x")}},
+                   Foreign(std::map<std::string, std::uint8_t>{{"c", 1}}), "behind");
+    ASSERT_LE(0, sd_bus_message_seal(raw, 1, 0));
+    std::map<std::string, std::variant<std::int64_t, bool>> values;
+    std::variant<std::int64_t, std::string> kept = "kept";
+    std::string behind;
+    message.read(values, kept, behind);
+    EXPECT_EQ((decltype(values){{"a", true}, {"b", std::int64_t{0}}}), values);
+    EXPECT_EQ("kept", std::get<std::string>(kept));
+    EXPECT_EQ("behind", behind);
+}
+
+TEST_F(Wrapper, SaysWhichReadFailed) {
+    const auto failure = [&](auto value) -> std::string {
+        sd_bus_message* raw = New();
+        message_t message(raw, std::false_type());
+        message.append(std::uint8_t{1});
+        EXPECT_LE(0, sd_bus_message_seal(raw, 1, 0));
+        try {
+            message.read(value);
+        } catch (const SdBusError& e) {
+            return std::string(e.what()).substr(0, std::string(e.what()).find(':'));
+        }
+        return "";
+    };
+    EXPECT_EQ("", failure(std::uint8_t{}));
+    EXPECT_EQ("sd_bus_message_read_basic", failure(std::uint32_t{}));
+    EXPECT_EQ("sd_bus_message_read_basic string", failure(std::string()));
+    EXPECT_EQ("sd_bus_message_read_basic string", failure(object_path()));
+    EXPECT_EQ("sd_bus_message_enter_container", failure(std::vector<bool>()));
+    EXPECT_EQ("sd_bus_message_skip", failure(std::variant<bool>()));
+}
+
+TEST_F(Wrapper, RefusesToReadBehindTheEnd) {
+    sd_bus_message* raw = New();
+    message_t message(raw, std::false_type());
+    message.append("only");
+    ASSERT_LE(0, sd_bus_message_seal(raw, 1, 0));
+    std::string text;
+    message.read(text);
+    EXPECT_THROW(message.read(text), SdBusError);
+    std::vector<std::string> more;
+    EXPECT_THROW(message.read(more), SdBusError);
+    std::variant<bool> variant;
+    EXPECT_THROW(message.read(variant), SdBusError);
+    EXPECT_EQ("only", text);
+}
+
+TEST_F(Wrapper, RefusesToAppendWhatDBusDoesntTake) {
+    sd_bus_message* raw = New();
+    message_t message(raw, std::false_type());
+    EXPECT_THROW(message.append(object_path("no path")), SdBusError);
+    EXPECT_THROW(message.append("\xFF"), SdBusError);
+}
+
+TEST_F(Wrapper, CallsAndGetsTheAnswerOrTheError) {
+    auto ping = bus.new_method_call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                    "org.freedesktop.DBus", "NameHasOwner");
+    ping.append(service);
+    auto answer = bus.call(ping);
+    bool owned = false;
+    answer.read(owned);
+    EXPECT_TRUE(owned);
+    EXPECT_FALSE(answer.is_method_error());
+    EXPECT_STREQ("NameHasOwner", ping.get_member());
+
+    auto lost = bus.new_method_call("no.such.Service", "/", "a.b", "C");
+    try {
+        bus.call(lost);
+        FAIL() << "somebody answered";
+    } catch (const SdBusError& e) {
+        EXPECT_STREQ("org.freedesktop.DBus.Error.ServiceUnknown", e.name());
+        EXPECT_EQ(0u, std::string(e.what()).find("sd_bus_call: org.freedesktop.DBus.Error."));
+    }
+    EXPECT_THROW(bus.new_method_call("a.b", "no path", "a.b", "C"), SdBusError);
+}
+
+TEST_F(Wrapper, RefusesANameThatIsTaken) {
+    sdbusplus::bus_t other(Open(), std::false_type());
+    try {
+        other.request_name(service);
+        FAIL() << "the name has two owners";
+    } catch (const SdBusError& e) {
+        EXPECT_EQ(0u, std::string(e.what()).find("sd_bus_request_name: ")) << e.what();
+    }
+}
+
+TEST_F(Wrapper, SurvivesAMissingBus) {
+    sdbusplus::bus_t none(nullptr);
+    EXPECT_EQ(nullptr, none.get_event());
+    none.emit_interfaces_added("/a", {"a.b"});
+    none.emit_interfaces_removed("/a", {"a.b"});
+    const sdbusplus::server::manager_t manager(none, "/a");
+    EXPECT_THROW(none.request_name("a.b"), SdBusError);
+    EXPECT_THROW(none.attach_event(nullptr, 0), SdBusError);
+    EXPECT_THROW(sdbusplus::bus::match_t(none, "type='signal'", [](auto&) {}), SdBusError);
+}
+
+TEST_F(Wrapper, CallsTheMatchUntilItGoes) {
+    std::vector<std::string> seen;
+    std::optional<sdbusplus::bus::match_t> match;
+    match.emplace(bus, "type='signal',member='InterfacesRemoved',path='/sensors',",
+                  [&](message_t& message) {
+                      object_path removed;
+                      message.read(removed);
+                      seen.push_back(removed.str);
+                      if (seen.size() == 1) {
+                          throw std::runtime_error("not this one");
+                      }
+                  });
+    // A match that has moved is still the same match.
+    std::optional<sdbusplus::bus::match_t> moved(std::move(*match));
+    match.reset();
+    EXPECT_THROW(sdbusplus::bus::match_t(bus, std::string("no rule"), [](auto&) {}), SdBusError);
+
+    sd_bus* raw = Open();
+    sdbusplus::bus_t other(raw, std::false_type());
+    client.Serve(raw);
+    const sdbusplus::server::manager_t manager(other, "/sensors");
+    const auto remove = [&](const char* path) {
+        other.emit_interfaces_removed(path, {"org.freedesktop.DBus.Peer"});
+        return client.WaitUntil([&] { return !seen.empty() && seen.back() == path; });
+    };
+    EXPECT_TRUE(remove("/sensors/one"));
+    EXPECT_TRUE(remove("/sensors/two"));
+    moved.reset();
+    other.emit_interfaces_removed("/sensors/three", {"org.freedesktop.DBus.Peer"});
+    client.Settle(service);
+    EXPECT_EQ((std::vector<std::string>{"/sensors/one", "/sensors/two"}), seen);
+}
+
+TEST_F(Wrapper, ServesTheBusFromALoop) {
+    const auto event = sdeventplus::Event::get_new();
+    sd_bus* raw = Open();
+    sdbusplus::bus_t attached(raw, std::false_type());
+    attached.attach_event(event.get(), 0);
+    EXPECT_EQ(event.get(), attached.get_event());
+    attached.request_name("test.Loop");
+    const sdbusplus::server::manager_t manager(attached, "/sensors");
+    client.Serve(event.get());
+    EXPECT_TRUE(client.GetManagedObjects("test.Loop", "/sensors").empty());
+}
+
+TEST(Loop, EndsWithTheCodeThatItWasGiven) {
+    const auto event = sdeventplus::Event::get_default();
+    EXPECT_EQ(event.get(), sdeventplus::Event::get_default().get());
+    EXPECT_NE(event.get(), sdeventplus::Event::get_new().get());
+    EXPECT_EQ(0, event.run(std::chrono::microseconds(1)));
+    const auto copy = event;
+    copy.exit(3);
+    EXPECT_EQ(3, event.loop());
+    try {
+        event.run(std::nullopt);
+        FAIL() << "an ended loop runs";
+    } catch (const std::system_error& e) {
+        EXPECT_EQ(0u, std::string(e.what()).find("sd_event_run")) << e.what();
+    }
+}
+
+} // namespace
+
+} // namespace vantric::test
