@@ -2,6 +2,13 @@
 
 namespace monitor {
 
+namespace {
+
+/// What every object on the bus has. It is told with the objects but never withdrawn.
+constexpr const char* busInterfaces = "org.freedesktop.DBus.";
+
+} // namespace
+
 const Properties* Object::Find(const std::string& interface) const {
     const auto found = interfaces.find(interface);
     return found == interfaces.end() ? nullptr : &found->second;
@@ -13,13 +20,11 @@ std::string Object::Text(const std::string& interface, const std::string& proper
 }
 
 void ObjectModel::AddInterfaces(const std::string& path, const Interfaces& interfaces) {
-    if (interfaces.empty()) {
-        return; // a bare node of the tree
-    }
-    everPublished = true;
-    Object& object = objects[path];
     for (const auto& [name, properties] : interfaces) {
-        object.interfaces.insert_or_assign(name, properties);
+        if (!name.starts_with(busInterfaces)) {
+            everPublished = true;
+            objects[path].interfaces.insert_or_assign(name, properties);
+        }
     }
 }
 

@@ -49,7 +49,8 @@ public:
 /** All objects by path. It belongs to the thread of the event loop. */
 class ObjectModel {
 public:
-    /** Takes in interfaces of an object; those that it has already get the new values. */
+    /** Takes in interfaces of an object; those that it has already get the new values. The bus's
+     * own interfaces don't count, and a node that has nothing else is no object. */
     void AddInterfaces(const std::string& path, const Interfaces& interfaces);
 
     /** Removes interfaces of an object, and the object with its last one. */

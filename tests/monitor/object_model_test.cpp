@@ -49,6 +49,7 @@ TEST(ObjectModel, TakesChangesOfWhatItKnowsOnly) {
 TEST(ObjectModel, CountsABareNodeAsNothing) {
     ObjectModel model;
     model.AddInterfaces(sensorPath, {});
+    model.AddInterfaces(sensorPath, {{"org.freedesktop.DBus.Peer", {}}});
     EXPECT_TRUE(model.Objects().empty());
     EXPECT_FALSE(model.EverPublished());
 }

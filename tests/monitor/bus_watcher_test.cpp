@@ -1,0 +1,111 @@
+#include "monitor/bus_watcher.hpp"
+
+#include "fake_service.hpp"
+#include "support/private_bus.hpp"
+
+#include <csignal>
+
+namespace {
+
+using namespace monitor;
+using namespace monitor::test;
+
+class BusWatcherTest : public testing::Test {
+protected:
+    /// The sensor's reading as the watcher knows it, or -1.
+    std::int64_t Reading() const {
+        const auto& objects = watcher.Model().Objects();
+        const auto object = objects.find(FakeService::sensor);
+        const auto* reading =
+            object == objects.end()
+                ? nullptr
+                : object->second.Get<std::int64_t>(probeInterface, "ProbeReading");
+        return reading == nullptr ? -1 : *reading;
+    }
+
+    StateDetails Details() const {
+        const auto& objects = watcher.Model().Objects();
+        const auto object = objects.find(FakeService::state);
+        const auto* details =
+            object == objects.end()
+                ? nullptr
+                : object->second.Get<StateDetails>(stateInterface, "StateSensorDetails");
+        return details == nullptr ? StateDetails() : *details;
+    }
+
+    vantric::test::PrivateBus privateBus;
+    TestLoop loop;
+    BusHandle bus = loop.Connect();
+    std::unique_ptr<FakeService> service; // before the watcher in some tests, after it in others
+    BusWatcher watcher{bus.get()};
+};
+
+TEST_F(BusWatcherTest, FindsTheObjectsOfAServiceThatComesLater) {
+    ASSERT_TRUE(loop.RunUntil([&] { return watcher.Complete(); }));
+    EXPECT_FALSE(watcher.ServicePresent());
+    EXPECT_FALSE(watcher.Model().EverPublished());
+
+    service = std::make_unique<FakeService>(loop);
+    ASSERT_TRUE(loop.RunUntil([&] { return watcher.Model().Objects().size() == 2; }));
+    EXPECT_TRUE(watcher.ServicePresent());
+    EXPECT_EQ(Reading(), 12);
+    EXPECT_EQ(watcher.Misunderstood(), 0U);
+}
+
+TEST_F(BusWatcherTest, FindsTheObjectsThatAreThereAlready) {
+    service = std::make_unique<FakeService>(loop);
+    BusWatcher late(bus.get());
+    ASSERT_TRUE(loop.RunUntil([&] { return late.Complete(); }));
+    EXPECT_TRUE(late.ServicePresent());
+    ASSERT_EQ(late.Model().Objects().size(), 2U);
+    const Object& sensor = late.Model().Objects().at(FakeService::sensor);
+    EXPECT_EQ(sensor.Text(probeInterface, "ProbeLocation"), "Board power");
+}
+
+TEST_F(BusWatcherTest, FollowsChangesAdditionsAndRemovals) {
+    service = std::make_unique<FakeService>(loop);
+    ASSERT_TRUE(loop.RunUntil([&] { return Reading() == 12; }));
+
+    service->probe->probeReading(34);
+    ASSERT_TRUE(loop.RunUntil([&] { return Reading() == 34; }));
+
+    service->stateSensor->stateSensorDetails({{"Link", {"Link State", "Connected"}}});
+    const StateDetails expected{{"Link", {"Link State", "Connected"}}};
+    ASSERT_TRUE(loop.RunUntil([&] { return Details() == expected; }));
+
+    service->RemoveProbe();
+    ASSERT_TRUE(loop.RunUntil([&] { return Reading() == -1; }));
+    EXPECT_EQ(watcher.Model().Objects().size(), 1U);
+
+    service->PublishProbe();
+    ASSERT_TRUE(loop.RunUntil([&] { return Reading() == 12; }));
+}
+
+TEST_F(BusWatcherTest, ForgetsTheObjectsOfAServiceThatGoes) {
+    service = std::make_unique<FakeService>(loop);
+    ASSERT_TRUE(loop.RunUntil([&] { return watcher.Model().Objects().size() == 2; }));
+    service.reset();
+    ASSERT_TRUE(loop.RunUntil([&] { return watcher.Model().Objects().empty(); }));
+    EXPECT_FALSE(watcher.ServicePresent());
+    EXPECT_TRUE(watcher.Model().EverPublished());
+}
+
+TEST_F(BusWatcherTest, CountsWhatItCannotUnderstand) {
+    service = std::make_unique<FakeService>(loop);
+    ASSERT_TRUE(loop.RunUntil([&] { return Reading() == 12; }));
+    ASSERT_LE(0,
+              sd_bus_emit_signal(service->handle.get(), "/xyz/openbmc_project/sensors",
+                                 "org.freedesktop.DBus.ObjectManager", "InterfacesAdded", "u", 7U));
+    ASSERT_TRUE(loop.RunUntil([&] { return watcher.Misunderstood() == 1; }));
+    service->probe->probeReading(56);
+    ASSERT_TRUE(loop.RunUntil([&] { return Reading() == 56; }));
+}
+
+TEST_F(BusWatcherTest, NoticesThatTheBusIsGone) {
+    ASSERT_TRUE(loop.RunUntil([&] { return watcher.Complete(); }));
+    EXPECT_FALSE(watcher.Lost());
+    ASSERT_EQ(0, kill(privateBus.Process(), SIGKILL));
+    EXPECT_TRUE(loop.RunUntil([&] { return watcher.Lost(); }));
+}
+
+} // namespace
