@@ -1,0 +1,93 @@
+#include "dbus_handler/platform_services.hpp"
+
+#include <sdbusplus/message.hpp>
+
+#include <future>
+#include <stdexcept>
+#include <utility>
+
+namespace vantric::test {
+
+namespace {
+
+void Check(int result, const char* what) {
+    if (result < 0) {
+        throw std::runtime_error(what);
+    }
+}
+
+} // namespace
+
+PlatformServices::PlatformServices() {
+    std::promise<void> ready;
+    thread = std::thread([this, &ready] {
+        sd_bus* bus = nullptr;
+        try {
+            Check(sd_bus_open_system(&bus), "sd_bus_open_system");
+            Check(sd_bus_add_filter(bus, nullptr, OnMessage, this), "sd_bus_add_filter");
+            for (const char* name : {"xyz.openbmc_project.EntityManager", "com.korv.bmc.arp.arp"}) {
+                Check(sd_bus_request_name(bus, name, 0), name);
+            }
+            ready.set_value();
+        } catch (...) {
+            ready.set_exception(std::current_exception());
+            return;
+        }
+        while (!stopped) {
+            constexpr std::uint64_t lookAgain = 5000; // us
+            if (sd_bus_process(bus, nullptr) == 0) {
+                sd_bus_wait(bus, lookAgain);
+            }
+        }
+        sd_bus_flush_close_unref(bus);
+    });
+    ready.get_future().get();
+}
+
+PlatformServices::~PlatformServices() {
+    stopped = true;
+    thread.join();
+}
+
+void PlatformServices::Set(const std::string& path, Answer answer) {
+    const std::lock_guard lock(mutex);
+    answers.insert_or_assign(path, std::move(answer));
+}
+
+void PlatformServices::Forget() {
+    const std::lock_guard lock(mutex);
+    answers.clear();
+    reads.clear();
+}
+
+std::vector<std::string> PlatformServices::TakeReads() {
+    const std::lock_guard lock(mutex);
+    return std::exchange(reads, {});
+}
+
+int PlatformServices::OnMessage(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
+    if (sd_bus_message_is_method_call(message, "org.freedesktop.DBus.Properties", "Get") <= 0) {
+        return 0;
+    }
+    auto& services = *static_cast<PlatformServices*>(self);
+    const std::string path = sd_bus_message_get_path(message);
+    const char* interface = nullptr;
+    const char* property = nullptr;
+    sd_bus_message_read(message, "ss", &interface, &property);
+    const std::lock_guard lock(services.mutex);
+    services.reads.push_back(std::string(sd_bus_message_get_destination(message)) + " " + path +
+                             " " + interface + " " + property);
+    const auto answer = services.answers.find(path);
+    if (answer == services.answers.end()) {
+        return 0; // sd-bus says that there is no such object
+    }
+    sd_bus_message* raw = nullptr;
+    if (sd_bus_message_new_method_return(message, &raw) >= 0) {
+        sdbusplus::message_t(raw).append(answer->second);
+        sd_bus_send(nullptr, raw, nullptr);
+        sd_bus_message_unref(raw);
+    }
+    return 1;
+}
+
+} // namespace vantric::test
