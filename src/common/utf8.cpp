@@ -47,7 +47,8 @@ bool IsNoncharacter(std::string_view character) {
     if (character.size() == 3) {
         code &= 0xFFFF; // the rest of the lead's length bits
     }
-    return character.size() >= 3 && ((code & 0xFFFE) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF));
+    return character.size() >= 3 &&
+           ((code & 0xFFFE) == 0xFFFE || (code >= 0xFDD0 && code <= 0xFDEF));
 }
 
 Piece FirstPiece(std::string_view text) {

@@ -136,7 +136,6 @@ void DBusHandler::ResetNumbering() {
 
 void DBusHandler::ForgetNumbering() {
     numbering = {};
-    const std::lock_guard lock(objectsMutex);
     sensorCategories.clear();
 }
 

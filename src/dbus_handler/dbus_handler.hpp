@@ -114,8 +114,8 @@ private:
     sdbusplus::server::manager_t inventoryManager;
     sdbusplus::server::manager_t sensorsManager;
 
-    /** Guards the stores and sensorCategories. They change on the main thread only, under the lock;
-     *  so the main thread looks things up without it. */
+    /** Guards the stores. They change on the main thread only, under the lock; so the main thread
+     *  looks things up without it. */
     std::mutex objectsMutex;
     ObjectStore<Thermal_Probe_Interfaces> thermalProbeObjects;
     ObjectStore<ProbeObjInterface> probeObjects;
@@ -125,7 +125,7 @@ private:
     ObjectStore<InventoryWithFRUDbusInterface> fruInventoryObjects;
     ObjectStore<ControllerDbusInterface> controllerObjects;
     ObjectStore<AccInvDbusInterface> acceleratorObjects;
-    /** Object path to SensorCategory. */
+    /** Object path to SensorCategory; belongs to the main thread, like numbering. */
     std::map<std::string, std::uint32_t> sensorCategories;
 
     /** Belongs to "dbusEventHandler". */

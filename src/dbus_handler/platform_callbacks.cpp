@@ -23,19 +23,13 @@ using PropertyValue =
 
 constexpr std::string_view fruPath = "/xyz/openbmc_project/inventory/system/assembly/PCIESLOT";
 
-void SetHostPower(HostPower power) {
-    const std::lock_guard lock(hostPowerMutex);
-    hostPowerState = power;
-    hostPowerCond.notify_all();
-}
-
 void TakeHostState(std::string_view state) {
     if (state.find("TransitioningToOff") != std::string_view::npos) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "HOST_POWER_OFF\n");
-        SetHostPower(HOST_POWER_OFF);
+        ReportHostPower(HOST_POWER_OFF);
     } else if (state.find("Running") != std::string_view::npos) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "HOST_POWER_ON\n");
-        SetHostPower(HOST_POWER_ON);
+        ReportHostPower(HOST_POWER_ON);
     }
 }
 

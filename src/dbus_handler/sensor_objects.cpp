@@ -69,7 +69,6 @@ DBusHandler::BuildThermalProperties(const SensorInsertRequest& request, const st
     const bool ocpCard = network && IsOcpCard(request.slot);
     const ThermalType type = ThermalTypeOf(deviceClass, request.sensor, request.identity, ocpCard);
     if (type.category != SENSOR_CATEGORY_NONE) {
-        const std::lock_guard lock(objectsMutex);
         sensorCategories.try_emplace(path, type.category);
     }
     return MakeThermalBag(request.slot, deviceClass, type,
