@@ -42,6 +42,9 @@ public:
      *  long as this object; the device may replace records and lists behind it. */
     std::shared_ptr<__extractedData>& GetExtractedData();
 
+    /** The same without the log. */
+    __extractedData& ExtractedData() { return *extractedData; }
+
     /** Starts from nothing: an inventory does this first. */
     void ResetExtractedData();
 

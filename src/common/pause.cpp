@@ -11,6 +11,10 @@ void Pause(std::chrono::seconds duration) {
     }
 }
 
+std::chrono::steady_clock::time_point Now() {
+    return std::chrono::steady_clock::now();
+}
+
 bool WaitFor(std::condition_variable& cond, std::unique_lock<std::mutex>& lock,
              std::chrono::seconds timeout, const std::function<bool()>& done) {
     // A steady deadline becomes pthread_cond_clockwait on the monotonic clock, so that a step of

@@ -14,6 +14,9 @@ namespace vantric {
 /** Blocks the calling thread for the whole time; a signal doesn't cut it short. */
 void Pause(std::chrono::seconds duration);
 
+/** The monotonic clock, for ages: what it counts from means nothing. */
+std::chrono::steady_clock::time_point Now();
+
 /** Waits on cond, with lock held on entry and exit, until done() holds or timeout has passed on the
  *  monotonic clock. done() is called with the lock held. Returns the last done(). */
 bool WaitFor(std::condition_variable& cond, std::unique_lock<std::mutex>& lock,

@@ -36,6 +36,7 @@ void Device::Initialize() {
         .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
     });
     monitorCycles = 0;
+    stateSensorCycles = 0;
     firmwareVersion.clear();
     state = DEVICE_INVENTORY;
     monitorThread = std::thread(&Device::InvMonThread, this);

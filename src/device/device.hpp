@@ -74,13 +74,42 @@ protected:
 
     /** Ends a successful inventory: on to monitoring, or to another inventory if a table has
      *  rearranged several controllers meanwhile. Monitor thread.
-     *  @param generation value of Generation() before the inventory began */
-    void FinishInventory(std::uint32_t generation);
+     *  @param generation value of Generation() before the inventory began
+     *  @param outcome the word for success in the log line */
+    void FinishInventory(std::uint32_t generation, const char* outcome = "successful");
 
     /** Decides what follows a failed inventory: another one at once if new endpoints are at hand
      *  or on their way, else the change to I2C. Monitor thread.
      *  @param generation value of Generation() before the inventory began */
     void GiveUpInventory(std::uint32_t generation);
+
+    // Pieces of a monitor cycle. Monitor thread, with deviceMutex held unless told otherwise.
+
+    /** True once in ten cycles; starts the next ten. */
+    bool PeriodicCheckIsDue();
+
+    /** Reads the endpoint's records again if its repository has changed, and returns whether it
+     *  has; false also where that failed. */
+    static bool RepositoryHasChanged(PLDMCmds& endpoint);
+
+    /** True for one endpoint in six. */
+    bool StateSensorsAreDue() const;
+
+    /** Reads the endpoint's state sensors and hands what has changed to their objects. */
+    void RefreshStateSensors(PLDMCmds& endpoint, std::uint8_t controller);
+
+    /** Hands readings to their objects. */
+    void PublishReadings(const ReadingMap& readings, std::uint8_t controller);
+
+    /** Logs that a cycle ends with this status and returns it. */
+    int FailedCycle(int status) const;
+
+    /** Makes the pause between two cycles; without deviceMutex. Returns status 0. */
+    static int PauseAfterCycle();
+
+    /** Reads the endpoint's firmware version and keeps it, also if it is empty.
+     *  @param publish whether the inventory objects get it too, unless it is empty */
+    void RefreshFWVersion(PLDMCmds& endpoint, bool publish);
 
     /** Posts the object of a controller; index counts from 1. */
     void UpdateControllerInvData(std::uint8_t index);
@@ -103,7 +132,8 @@ protected:
     std::map<std::uint8_t, std::uint16_t> controllerEIDMap; ///< index to EID; deviceMutex
     std::vector<std::unique_ptr<PLDMCmds>> cmds; ///< one for each controller, in index order
     std::unique_ptr<Modeling> modeling;
-    std::uint8_t monitorCycles = 0; ///< cycles since the last firmware and PDR check
+    std::uint8_t monitorCycles = 0;     ///< cycles since the last firmware and PDR check
+    std::uint8_t stateSensorCycles = 0; ///< cycles since state sensors were last read
     std::string firmwareVersion;
     std::atomic<bool> useI2C{false};
     std::atomic<bool> fwUpdateInProgress{false};
@@ -123,7 +153,9 @@ private:
     void OrderI2cControllers();
     void ResetControllerEIDs();
     int GatherEndpoint(PLDMCmds& endpoint);
-    void FRUInventory();
+    void FRUInventory(PLDMCmds& endpoint);
+    void UpdateFWVersion(const std::string& version);
+    std::string ObjectPath() const;
     bool IsEmbedded() const;
 
     std::mutex deviceMutex;

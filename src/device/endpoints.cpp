@@ -75,8 +75,8 @@ void Device::OrderI2cControllers() {
     for (const EID_table& endpoint : mI2C_EIDs) {
         std::string key;
         if (mI2C_EIDs.size() > 1) {
-            key = DBusHandler::instance().getUDIDPropertyVal(static_cast<std::uint8_t>(slotNumber),
-                                                             endpoint.busAddress);
+            key = DBusHandler::getUDIDPropertyVal(static_cast<std::uint8_t>(slotNumber),
+                                                  endpoint.busAddress);
         }
         if (key.empty()) {
             key = std::to_string(endpoint.busAddress);

@@ -3,9 +3,7 @@
 
 #include "common/log.hpp"
 #include "common/pause.hpp"
-#include "common/post_request.hpp"
 #include "common/process_flags.hpp"
-#include "dbus_handler/handlers.hpp"
 
 #include <chrono>
 
@@ -36,7 +34,8 @@ int Device::GatherEndpoint(PLDMCmds& endpoint) {
     if (endpoint.GetPLDMTypes() != 0) {
         return 1;
     }
-    FRUInventory();
+    RefreshFWVersion(endpoint, false);
+    FRUInventory(endpoint);
     endpoint.GetPLDMVersions(allTypes);
     if (endpoint.GetSupportedCmds(baseType) != 0) {
         return 1;
@@ -48,14 +47,14 @@ int Device::GatherEndpoint(PLDMCmds& endpoint) {
     return endpoint.SetNumericeSensorEnable();
 }
 
-void Device::FinishInventory(std::uint32_t generationBefore) {
+void Device::FinishInventory(std::uint32_t generationBefore, const char* outcome) {
     {
         const auto lock = Acquire();
         if (generation == generationBefore || controllerEIDMap.size() < 2) {
             state = DEVICE_MONITORING;
         }
     }
-    VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory successful for slot %d\n", slotNumber);
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory %s for slot %d\n", outcome, slotNumber);
 }
 
 void Device::GiveUpInventory(std::uint32_t generationBefore) {
@@ -71,36 +70,6 @@ void Device::GiveUpInventory(std::uint32_t generationBefore) {
         Pause(retryPause);
     } else {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM Inventory failed for slot %d\n", slotNumber);
-    }
-}
-
-void Device::FRUInventory() {
-    const int result = PostRequest(dbusInvDataInsert,
-                                   PlainInventoryRequest{
-                                       .firmwareVersion = firmwareVersion,
-                                       .slot = slotNumber,
-                                       .deviceLdid = ldid,
-                                       .objectPath = inventoryBasePath + std::to_string(slotNumber),
-                                       .identity = identity,
-                                       .cpuAffinity = cpuAffinity,
-                                       .resolvedLdid = {},
-                                   });
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-    }
-}
-
-void Device::UpdateControllerInvData(std::uint8_t index) {
-    const int result = PostRequest(
-        dbusControllerData, ControllerRequest{
-                                .objectPath = inventoryBasePath + std::to_string(slotNumber) +
-                                              "/networkcontroller_" + std::to_string(index),
-                                .deviceLdid = ldid,
-                                .slot = slotNumber,
-                                .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
-                            });
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
     }
 }
 

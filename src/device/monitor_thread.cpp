@@ -53,8 +53,8 @@ void Device::MonitorStep() {
         break;
     case VantricStatus::COMMAND_FAILED:
     case VantricStatus::DEVICE_NOT_READY:
-        VANTRIC_LOG(LOG_LEVEL_WARNING,
-                    "Device is either not ready or command failed status = %d\n", status);
+        VANTRIC_LOG(LOG_LEVEL_WARNING, "Device is either not ready or command failed status = %d\n",
+                    status);
         break;
     default:
         LeaveFailedEndpoints(status, generationBefore);

@@ -9,13 +9,13 @@
 namespace vantric {
 
 /** Device classes of the platform's PCIe table. */
-enum DeviceClass : std::uint8_t {
-    DEVICE_CLASS_NIC = 1,
-    DEVICE_CLASS_INFINIBAND = 3,
-    DEVICE_CLASS_FIBRE_CHANNEL = 10,
-    DEVICE_CLASS_ACCELERATOR = 11,
-    DEVICE_CLASS_CXL_MEMORY = 18,
-    DEVICE_CLASS_EMBEDDED_NIC = 252,
+enum PcieDeviceClass : std::uint8_t {
+    PCIE_CLASS_NIC = 1,
+    PCIE_CLASS_INFINIBAND = 3,
+    PCIE_CLASS_FIBRE_CHANNEL = 10,
+    PCIE_CLASS_ACCELERATOR = 11,
+    PCIE_CLASS_CXL_MEMORY = 18,
+    PCIE_CLASS_EMBEDDED_NIC = 252,
 };
 
 /** The LDID of a device: the prefix of its class, and number. Nothing for a class that isn't

@@ -1,9 +1,11 @@
 #include "devicemanager/device_manager.hpp"
 
+#include "accelerator/accelerator.hpp"
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
 #include "dbus_handler/dbus_handler.hpp"
 #include "devicemanager/device_classes.hpp"
+#include "memorydevice/memory_device.hpp"
 #include "nicdevice/nic_device.hpp"
 
 #include <algorithm>
@@ -29,11 +31,15 @@ public:
 std::shared_ptr<Device> MakeDevice(const DeviceDetails& details) {
     const std::string basePath(InventoryBasePath(details.deviceType));
     switch (details.deviceType) {
-    case DEVICE_CLASS_NIC:
-    case DEVICE_CLASS_INFINIBAND:
-    case DEVICE_CLASS_FIBRE_CHANNEL:
-    case DEVICE_CLASS_EMBEDDED_NIC:
+    case PCIE_CLASS_NIC:
+    case PCIE_CLASS_INFINIBAND:
+    case PCIE_CLASS_FIBRE_CHANNEL:
+    case PCIE_CLASS_EMBEDDED_NIC:
         return std::make_shared<NicDevice>(details, basePath);
+    case PCIE_CLASS_CXL_MEMORY:
+        return std::make_shared<MemoryDevice>(details, basePath);
+    case PCIE_CLASS_ACCELERATOR:
+        return std::make_shared<Accelerator>(details, basePath);
     default:
         return nullptr;
     }

@@ -31,7 +31,7 @@ std::unique_ptr<DeviceDetails> DescribeDevice(const EndPointEntry& entry, std::u
         }
         // An embedded NIC counts even where the PCIe table doesn't know it.
         found = PcieDevice{
-            .deviceType = DEVICE_CLASS_EMBEDDED_NIC, .identity = {}, .cpuAffinity = 0, .ldid = {}};
+            .deviceType = PCIE_CLASS_EMBEDDED_NIC, .identity = {}, .cpuAffinity = 0, .ldid = {}};
     }
     auto details = std::make_unique<DeviceDetails>();
     details->deviceType = found.deviceType;
@@ -40,7 +40,7 @@ std::unique_ptr<DeviceDetails> DescribeDevice(const EndPointEntry& entry, std::u
     details->identity = found.identity;
     details->cpuAffinity = found.cpuAffinity;
     details->slotNumber = entry.slotNumber;
-    if (found.deviceType == DEVICE_CLASS_EMBEDDED_NIC) {
+    if (found.deviceType == PCIE_CLASS_EMBEDDED_NIC) {
         details->slotNumber = instance != 0 ? 1 : 0;
     }
     details->ldid = found.ldid;

@@ -54,8 +54,8 @@ std::optional<PcieDevice> Accept(const PcieRecord& record, std::uint16_t slot, s
                       .cpuAffinity = record.cpuAffinity,
                       .ldid = {}};
     if (slotType == SLOT_TYPE_EMBEDDED) {
-        device.deviceType = DEVICE_CLASS_EMBEDDED_NIC;
-        device.ldid = *MakeLdid(DEVICE_CLASS_EMBEDDED_NIC, slot != 0 ? 1 : 0);
+        device.deviceType = PCIE_CLASS_EMBEDDED_NIC;
+        device.ldid = *MakeLdid(PCIE_CLASS_EMBEDDED_NIC, slot != 0 ? 1 : 0);
         return device;
     }
     const auto ldid = MakeLdid(record.deviceClass, slot);
@@ -65,7 +65,7 @@ std::optional<PcieDevice> Accept(const PcieRecord& record, std::uint16_t slot, s
         return std::nullopt;
     }
     device.ldid = *ldid;
-    if (record.deviceClass == DEVICE_CLASS_ACCELERATOR) {
+    if (record.deviceClass == PCIE_CLASS_ACCELERATOR) {
         if (epType != END_POINT_TYPE_ACCELERATOR) {
             return std::nullopt;
         }

@@ -10,7 +10,7 @@ namespace vantric {
 
 /** What the platform's PCIe table tells of one device. */
 struct PcieDevice {
-    std::uint8_t deviceType = 0; ///< DeviceClass
+    std::uint8_t deviceType = 0; ///< PcieDeviceClass
     PciIdentity identity;
     std::uint16_t cpuAffinity = 0;
     std::string ldid;

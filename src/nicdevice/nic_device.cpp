@@ -1,19 +1,13 @@
 #include "nicdevice/nic_device.hpp"
 
 #include "common/log.hpp"
-#include "common/pause.hpp"
 #include "common/status.hpp"
-
-#include <chrono>
 
 namespace vantric {
 
 namespace {
 
-constexpr std::chrono::seconds cyclePause{5};
-constexpr std::uint8_t cyclesBetweenChecks = 9;
 constexpr std::uint8_t toleratedFailures = 5;
-constexpr std::uint8_t unforcedRead = 0;
 
 /** How a network card's sensor of this unit is published. */
 SensorKind KindOf(std::uint8_t baseUnit) {
@@ -48,11 +42,13 @@ void NicDevice::InventoryTheDevice() {
 void NicDevice::ModelControllers() {
     std::uint8_t controller = 1;
     for (auto& endpoint : cmds) {
-        for (const auto& sensor : endpoint->ExtractedData()->numericSensors) {
+        for (const auto& sensor : endpoint->ExtractedData().numericSensors) {
             sensor->sensorNeededFor = KindOf(sensor->baseUnit);
         }
         const auto& extractedData = endpoint->GetExtractedData();
-        if (!endpoint->HasEntityAssociation()) {
+        if (endpoint->HasEntityAssociation()) {
+            modeling->CreatePDRTree(extractedData, controller);
+        } else {
             modeling->ModelWithoutTree(extractedData, controller);
         }
         UpdateControllerInvData(controller);
@@ -67,34 +63,33 @@ int NicDevice::MonitorTheDevice() {
         for (auto& endpoint : cmds) {
             const int status = MonitorController(*endpoint, controller);
             if (status != 0) {
-                VANTRIC_LOG(LOG_LEVEL_ERROR, "Monitor failed for slot %d and error status = %d\n",
-                            slotNumber, status);
+                FailedCycle(status);
                 return ToleratesMonitorFailure() ? ToInt(VantricStatus::SUCCESS) : status;
             }
             ++controller;
         }
     }
-    Pause(cyclePause);
-    return ToInt(VantricStatus::SUCCESS);
+    return PauseAfterCycle();
 }
 
 int NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
-    if (monitorCycles > cyclesBetweenChecks) {
-        monitorCycles = 0;
-        if (endpoint.GetPDRRepositoryInfo(unforcedRead) ==
-            ToInt(VantricStatus::INVALID_OR_CHANGED)) {
+    if (PeriodicCheckIsDue()) {
+        RefreshFWVersion(endpoint, true);
+        if (RepositoryHasChanged(endpoint)) {
             ModelControllers();
         }
     }
     ReadingMap readings;
     const int status = endpoint.GetAllSensorReading(readings);
-    for (const auto& [sensorId, reading] : readings) {
-        const auto& [sensorKind, value] = reading;
-        modeling->UpdateSensorTempValue(sensorId, value, sensorKind, controller);
+    PublishReadings(readings, controller);
+    if (status != 0) {
+        return status;
     }
-    if (status == 0) {
-        ++monitorCycles;
+    if (cmds.size() != 1 || StateSensorsAreDue()) {
+        RefreshStateSensors(endpoint, controller);
     }
+    ++stateSensorCycles;
+    ++monitorCycles;
     return status;
 }
 

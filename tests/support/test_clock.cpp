@@ -24,6 +24,9 @@ std::atomic<double>& Scale() {
     return scale;
 }
 
+/// What Now() tells: a thread's own time, which passes in its pauses alone.
+thread_local std::chrono::steady_clock::time_point now;
+
 std::mutex pausesMutex;
 std::vector<std::chrono::seconds> pauses;
 
@@ -42,6 +45,11 @@ void Pause(std::chrono::seconds duration) {
         }
     }
     std::this_thread::sleep_for(Scaled(duration));
+    now += duration;
+}
+
+std::chrono::steady_clock::time_point Now() {
+    return now;
 }
 
 bool WaitFor(std::condition_variable& cond, std::unique_lock<std::mutex>& lock,
@@ -55,6 +63,10 @@ namespace vantric::test {
 
 void SetClockScale(double scale) {
     Scale() = scale;
+}
+
+void AdvanceClock(std::chrono::nanoseconds duration) {
+    now += duration;
 }
 
 std::vector<std::chrono::seconds> TakePauses() {

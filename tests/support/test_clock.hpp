@@ -10,6 +10,10 @@ namespace vantric::test {
  *  the environment's TEST_CLOCK_SCALE for a whole process under test. */
 void SetClockScale(double scale);
 
+/** Lets time pass for the calling thread, which otherwise passes in the daemon's pauses alone,
+ *  unscaled: what the daemon sees as the age of a thing. */
+void AdvanceClock(std::chrono::nanoseconds duration);
+
 /** The pauses that the daemon's threads made since the last call, in order. */
 std::vector<std::chrono::seconds> TakePauses();
 
