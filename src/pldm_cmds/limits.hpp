@@ -10,24 +10,24 @@
 namespace vantric::limits {
 
 /** Bytes of one PDR, and the part of the claimed largest record size that is believed. */
-inline constexpr std::size_t recordSize = 65536;
+inline constexpr std::size_t recordSize = 64 * 1024;
 
-/** Records of one walk through the repository, and records kept of one kind. */
-inline constexpr std::size_t recordCount = 16384;
+/** Bytes of one FRU table. */
+inline constexpr std::size_t fruTableSize = 256 * 1024;
 
-/** Bytes of all records of one walk. */
-inline constexpr std::size_t repositorySize = 2 * 1024 * 1024;
+/** Bytes that one operation may bring: all records of a repository, or all tables of a FRU. */
+inline constexpr std::size_t operationSize = 1024 * 1024;
 
-/** Parts of one multipart transfer. */
-inline constexpr std::size_t transferParts = 4096;
+/** Exchanges of one operation. */
+inline constexpr std::size_t operationExchanges = 32768;
 
 /** Responses in a row whose transfer flag has no meaning. */
 inline constexpr std::size_t meaninglessFlags = 16;
 
+/** Records of one kind that are kept where a re-read of the repository adds to them. */
+inline constexpr std::size_t recordsOfKind = 16384;
+
 /** Versions of one PLDM type. */
 inline constexpr std::size_t versionsOfType = 16;
-
-/** Bytes of one FRU table. */
-inline constexpr std::size_t fruTableSize = 256 * 1024;
 
 } // namespace vantric::limits

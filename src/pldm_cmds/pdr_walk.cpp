@@ -3,9 +3,9 @@
 #include "common/log.hpp"
 #include "pldm_cmds/exchange.hpp"
 #include "pldm_cmds/limits.hpp"
+#include "pldm_cmds/multipart_assembly.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
-#include "pldm_cmds/transfer_bounds.hpp"
 
 #include <algorithm>
 
@@ -42,61 +42,6 @@ PldmRequest MakeRequest(const PdrPosition& at, std::uint32_t largestRecordSize,
             .capacity = capacity};
 }
 
-/** Gathers the parts of one record and knows when the walk has gone on for too long. */
-class PdrAssembly {
-public:
-    enum class Step { RECORD_COMPLETE, MORE_TO_COME, TOO_LONG };
-
-    /** Takes one response and moves the position to the next part of the record. */
-    Step Take(const PldmResponse& response, PdrPosition& position) {
-        const auto part = response.From(recordDataOffset);
-        switch (response.At<std::uint8_t>(transferFlagOffset)) {
-        case TRANSFER_START:
-            position.changeNumber = response.At<std::uint16_t>(changeNumberOffset);
-            [[fallthrough]];
-        case TRANSFER_MIDDLE:
-            position.transferHandle = response.At<std::uint32_t>(nextTransferHandleOffset);
-            position.operation = GET_NEXT_PART;
-            return Append(part) ? Step::MORE_TO_COME : Step::TOO_LONG;
-        case TRANSFER_START_AND_END:
-            record.clear();
-            [[fallthrough]];
-        case TRANSFER_LAST:
-        case TRANSFER_END:
-            return Append(part) ? Step::RECORD_COMPLETE : Step::TOO_LONG;
-        default:
-            return bounds.AllowsMeaninglessFlag() ? Step::MORE_TO_COME : Step::TOO_LONG;
-        }
-    }
-
-    std::span<const std::uint8_t> Record() const { return record; }
-
-    /** Counts the complete record and starts the next one. False where the walk must end. */
-    bool NextRecord() {
-        received += 1;
-        receivedBytes += record.size();
-        record.clear();
-        bounds.Restart();
-        return received < limits::recordCount && receivedBytes <= limits::repositorySize;
-    }
-
-    std::size_t Received() const { return received; }
-
-private:
-    bool Append(std::span<const std::uint8_t> part) {
-        if (!bounds.AllowsPart(part.size())) {
-            return false;
-        }
-        record.insert(record.end(), part.begin(), part.end());
-        return true;
-    }
-
-    std::vector<std::uint8_t> record;
-    TransferBounds bounds{limits::recordSize};
-    std::size_t received = 0;
-    std::size_t receivedBytes = 0;
-};
-
 } // namespace
 
 std::size_t PLDMCmds::PdrCapacity() const {
@@ -105,8 +50,10 @@ std::size_t PLDMCmds::PdrCapacity() const {
 }
 
 int PLDMCmds::GetPDR() {
+    MultipartAssembly assembly(limits::recordSize);
     PdrPosition position;
-    PdrAssembly assembly;
+    // Counted in one byte, whatever the repository holds.
+    std::uint8_t received = 0;
     bool more = true;
     while (more) {
         const auto response =
@@ -121,23 +68,29 @@ int PLDMCmds::GetPDR() {
             return ToInt(VantricStatus::FAILURE);
         }
 
-        const auto step = assembly.Take(response, position);
-        bool tooLong = step == PdrAssembly::Step::TOO_LONG;
-        if (step == PdrAssembly::Step::RECORD_COMPLETE) {
-            HandlePDR(assembly.Record());
+        const auto flag = response.At<std::uint8_t>(transferFlagOffset);
+        switch (assembly.Take(flag, response.From(recordDataOffset))) {
+        case MultipartAssembly::Step::COMPLETE:
+            HandlePDR(assembly.Finish());
+            received += 1;
             position = {.recordHandle = response.At<std::uint32_t>(nextRecordHandleOffset)};
             more = position.recordHandle != 0;
-            tooLong = !assembly.NextRecord() && more;
-        }
-        if (tooLong) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d, %d records read\n",
-                        eid, static_cast<int>(assembly.Received()));
+            break;
+        case MultipartAssembly::Step::MORE_TO_COME:
+            if (flag == TRANSFER_START) {
+                position.changeNumber = response.At<std::uint16_t>(changeNumberOffset);
+            }
+            position.transferHandle = response.At<std::uint32_t>(nextTransferHandleOffset);
+            position.operation = GET_NEXT_PART;
+            break;
+        case MultipartAssembly::Step::NO_MEANING:
+            break;
+        case MultipartAssembly::Step::TOO_LONG:
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", eid);
             return ToInt(VantricStatus::FAILURE);
         }
     }
 
-    // The count has always been kept in one byte, whatever the repository holds.
-    const auto received = static_cast<std::uint8_t>(assembly.Received());
     if (received != extractedData->iRecordCount) {
         VANTRIC_LOG(LOG_LEVEL_ERROR,
                     "Mismatch in expected PDR Count (%d) and received PDR Count(%d)\n",

@@ -6,7 +6,6 @@
 #include "pldm_cmds/limits.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
-#include "pldm_cmds/transfer_bounds.hpp"
 #include "pldm_cmds/types_in_use.hpp"
 
 namespace vantric {
@@ -47,9 +46,9 @@ int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
         return ToInt(VantricStatus::FAILURE);
     }
 
-    TransferBounds bounds(limits::recordSize);
     std::uint32_t handle = 0;
     std::uint8_t operation = GET_FIRST_PART;
+    std::size_t exchanges = 0;
     bool more = true;
     while (more) {
         const auto response =
@@ -66,8 +65,10 @@ int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
                         response.CompletionCode());
             return ToInt(VantricStatus::FAILURE);
         }
-        const auto data = response.From(versionDataOffset);
-        if (!TakeVersions(data, supported->second) || !bounds.AllowsPart(data.size())) {
+        // An honest endpoint brings at least one version in each part.
+        exchanges += 1;
+        const bool taken = TakeVersions(response.From(versionDataOffset), supported->second);
+        if (!taken || exchanges > limits::versionsOfType) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Too many versions of type %d for EID = %d\n", type, eid);
             return ToInt(VantricStatus::FAILURE);
         }

@@ -1,0 +1,100 @@
+/** GetFRURecordTableMetadata and GetFRURecordTable: how the FRU table comes in (DSP0257). */
+#include "common/byte_writer.hpp"
+#include "common/log.hpp"
+#include "pldm_cmds/exchange.hpp"
+#include "pldm_cmds/limits.hpp"
+#include "pldm_cmds/multipart_assembly.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+
+namespace vantric {
+
+namespace {
+
+constexpr std::size_t metadataCapacity = 30;
+constexpr std::size_t tableLengthOffset = 10;
+constexpr std::size_t recordCountOffset = 16;
+
+constexpr std::size_t nextHandleOffset = 4;
+constexpr std::size_t transferFlagOffset = 8;
+constexpr std::size_t tableDataOffset = 9;
+constexpr std::uint32_t firstHandle = 1;
+
+} // namespace
+
+int PLDMCmds::GetFRUMetaData() {
+    if (!extractedData->supportedTypes.contains(PLDM_FRU)) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM FRU not supported for EID = %d\n", eid);
+        return ToInt(VantricStatus::NOT_SUPPORTED);
+    }
+    const auto response = Exchange({.type = PLDM_FRU,
+                                    .command = CMD_GET_FRU_RECORD_TABLE_METADATA,
+                                    .data = {},
+                                    .capacity = metadataCapacity});
+    if (response.Failed()) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+        return ToInt(VantricStatus::FAILURE);
+    }
+    if (response.CompletionCode() != PLDM_SUCCESS) {
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for EID = %d and error code = %d\n", eid,
+                    response.CompletionCode());
+        return ToInt(VantricStatus::FAILURE);
+    }
+    extractedData->fruTableLength = response.At<std::uint32_t>(tableLengthOffset);
+    extractedData->fruRecordCount = response.At<std::uint16_t>(recordCountOffset);
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "FRU Table Length = %d\n", extractedData->fruTableLength);
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Total Number of Records in Table = %d\n",
+                extractedData->fruRecordCount);
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int PLDMCmds::GetFRUContents() {
+    const auto length = static_cast<std::uint16_t>(extractedData->fruTableLength);
+    MultipartAssembly assembly(limits::fruTableSize);
+    std::uint32_t handle = firstHandle;
+    std::uint8_t operation = GET_FIRST_PART;
+    std::size_t tables = 0;
+    bool more = true;
+    while (more) {
+        const auto response =
+            Exchange({.type = PLDM_FRU,
+                      .command = CMD_GET_FRU_RECORD_TABLE,
+                      .data = ByteWriter().Write(handle).Write(operation).Finish(),
+                      .capacity = length + tableDataOffset,
+                      .spare = 0});
+        if (response.Failed()) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", eid);
+            return ToInt(VantricStatus::FAILURE);
+        }
+        if (response.CompletionCode() != PLDM_SUCCESS) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+                        response.CompletionCode());
+            return ToInt(VantricStatus::FAILURE);
+        }
+
+        const auto nextHandle = response.At<std::uint32_t>(nextHandleOffset);
+        switch (assembly.Take(response.At<std::uint8_t>(transferFlagOffset),
+                              response.From(tableDataOffset))) {
+        case MultipartAssembly::Step::COMPLETE:
+            extractedData->fruTable = assembly.Finish();
+            CheckFRURecordTypeAndParse(extractedData->fruTable);
+            tables += 1;
+            handle = nextHandle;
+            operation = GET_FIRST_PART;
+            more = handle != 0 && tables < extractedData->fruRecordCount;
+            break;
+        case MultipartAssembly::Step::MORE_TO_COME:
+            handle = nextHandle;
+            operation = GET_NEXT_PART;
+            break;
+        case MultipartAssembly::Step::NO_MEANING:
+            break;
+        case MultipartAssembly::Step::TOO_LONG:
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "FRU table without end for EID = %d\n", eid);
+            return ToInt(VantricStatus::FAILURE);
+        }
+    }
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+} // namespace vantric

@@ -1,0 +1,46 @@
+/** State Effector PDR and its initialization, types 11 and 12 (DSP0248). */
+#include "pldm_cmds/bounded_list.hpp"
+#include "pldm_cmds/pdr_record.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+
+#include <algorithm>
+
+namespace vantric {
+
+void PLDMCmds::HandleStateEffectorPDR(std::span<const std::uint8_t> record) {
+    constexpr std::size_t compositesOffset = 16;
+    ByteReader body = BodyOf(record);
+    auto effector = std::make_shared<_state_Effector>();
+    effector->PLDMTerminusHandle = body.Read<std::uint16_t>();
+    effector->effectorID = body.Read<std::uint16_t>();
+    effector->entityType = body.Read<std::uint16_t>();
+    effector->entityInstanceNumber = body.Read<std::uint16_t>();
+    effector->containerID = body.Read<std::uint16_t>();
+    effector->effectorSemanticID = body.Read<std::uint16_t>();
+    effector->effectorInit = body.Read<std::uint8_t>();
+    effector->effectorDescriptionPDR = body.Read<std::uint8_t>();
+    effector->compositeEffectorCount = body.Read<std::uint8_t>();
+
+    body.Seek(compositesOffset);
+    const auto kept = std::min<std::size_t>(effector->compositeEffectorCount,
+                                            _state_Effector::maxCompositeEffectors);
+    for (std::size_t i = 0; i < kept; ++i) {
+        std::ranges::copy(body.Take(_state_Effector::bytesOfComposite),
+                          effector->compositeEffectors[i].begin());
+    }
+    if (IsWhole(body, PDR_STATE_EFFECTOR)) {
+        AppendBounded(extractedData->stateEffectors, std::move(effector));
+    }
+}
+
+void PLDMCmds::HandleStateEffectorInitPDR(std::span<const std::uint8_t> record) {
+    ByteReader body = BodyOf(record);
+    auto init = std::make_shared<__State_Effectors_Init_PDR>();
+    std::ranges::copy(body.Take(init->body.size()), init->body.begin());
+    if (IsWhole(body, PDR_STATE_EFFECTOR_INIT)) {
+        AppendBounded(extractedData->stateEffectorInits, std::move(init));
+    }
+}
+
+} // namespace vantric

@@ -1,0 +1,55 @@
+/** Terminus Locator PDR, type 1 (DSP0248). */
+#include "pldm_cmds/bounded_list.hpp"
+#include "pldm_cmds/pdr_record.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+
+namespace vantric {
+
+namespace {
+
+constexpr std::uint8_t invalid = 0;
+
+enum LocatorType : std::uint8_t {
+    LOCATOR_UID = 0,
+    LOCATOR_MCTP_EID = 1,
+    LOCATOR_SMBUS = 2,
+    LOCATOR_SYSTEM_SOFTWARE = 3,
+};
+
+} // namespace
+
+void PLDMCmds::HandleTerminusLocatorPDR(std::span<const std::uint8_t> record) {
+    ByteReader body = BodyOf(record);
+    auto locator = std::make_shared<TerminusLocator>();
+    body.Skip(2); // PLDMTerminusHandle
+    const auto validity = body.Read<std::uint8_t>();
+    locator->tid = body.Read<std::uint8_t>();
+    locator->containerID = body.Read<std::uint16_t>();
+    const auto type = body.Read<std::uint8_t>();
+    body.Skip(1); // size of the value
+    switch (type) {
+    case LOCATOR_UID:
+        locator->terminusInstance = body.Read<std::uint8_t>();
+        locator->uidHead = body.Read<std::uint16_t>();
+        break;
+    case LOCATOR_MCTP_EID:
+        locator->terminusEID = body.Read<std::uint8_t>();
+        break;
+    case LOCATOR_SMBUS:
+        locator->uidHead = body.Read<std::uint16_t>();
+        locator->uidNext = body.Read<std::uint16_t>();
+        break;
+    case LOCATOR_SYSTEM_SOFTWARE:
+        locator->softwareClass = body.Read<std::uint8_t>();
+        locator->uidHead = body.Read<std::uint16_t>();
+        break;
+    default:
+        break;
+    }
+    if (IsWhole(body, PDR_TERMINUS_LOCATOR) && validity != invalid) {
+        AppendBounded(extractedData->terminusLocators, std::move(locator));
+    }
+}
+
+} // namespace vantric

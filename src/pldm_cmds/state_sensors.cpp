@@ -1,0 +1,112 @@
+/** GetStateSensorReadings: the state poll (DSP0248). */
+#include "common/byte_writer.hpp"
+#include "common/log.hpp"
+#include "pldm_cmds/exchange.hpp"
+#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
+
+namespace vantric {
+
+namespace {
+
+constexpr std::size_t stateReadingCapacity = 46;
+constexpr std::uint8_t noRearm = 0;
+constexpr std::uint8_t reserved = 0;
+constexpr std::size_t membersOffset = 5;
+constexpr std::size_t memberSize = 4;
+
+/** Members that a response has room for. */
+constexpr std::size_t maxMembers = (stateReadingCapacity - membersOffset) / memberSize;
+
+/** The two states of a member that are looked at. */
+struct MemberState {
+    std::uint8_t operational;
+    std::uint8_t present;
+
+    bool operator==(const MemberState&) const = default;
+};
+
+MemberState Stored(const _CompositeSensorData& member) {
+    return {member.sensorOperationalState, member.presentState};
+}
+
+/** State of member i. One that no response has room for stays what it is: there is nothing to read
+ *  of it, and a made-up 0 would be reported as a change. */
+MemberState ReadMember(const PldmResponse& response, std::size_t i,
+                       const _CompositeSensorData& member) {
+    if (i >= maxMembers) {
+        return Stored(member);
+    }
+    const std::size_t offset = membersOffset + memberSize * i;
+    return {response.At<std::uint8_t>(offset), response.At<std::uint8_t>(offset + 1)};
+}
+
+/** All members with their stored states. */
+StateChange Describe(const _StateSensors& sensor) {
+    StateChange change;
+    for (const auto& member : sensor.compositeSensors) {
+        change.presentStates.push_back(member.presentState);
+        change.stateSetIds.push_back(member.stateSetID);
+        change.memberNames.push_back(member.sensorName);
+    }
+    return change;
+}
+
+/** Forgets what the members were; every failure is reported anew. */
+void ForgetStates(_StateSensors& sensor) {
+    for (auto& member : sensor.compositeSensors) {
+        member.stateSetID = 0;
+        member.presentState = 0;
+    }
+}
+
+} // namespace
+
+int PLDMCmds::GetStateSensorReading(StateChangeMap& changes) {
+    int result = ToInt(VantricStatus::SUCCESS);
+    for (const auto& sensor : extractedData->stateSensors) {
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "StateSensorID = %d\n", sensor->sensorId);
+        const auto response = Exchange(
+            {.type = PLDM_PLATFORM,
+             .command = CMD_GET_STATE_SENSOR_READINGS,
+             .data = ByteWriter().Write(sensor->sensorId).Write(noRearm).Write(reserved).Finish(),
+             .capacity = stateReadingCapacity});
+        int status = response.Status();
+        if (response.Failed()) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", eid, status);
+        } else if (response.CompletionCode() != PLDM_SUCCESS) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+                        response.CompletionCode());
+            status = ToInt(VantricStatus::FAILURE);
+        }
+        if (status != ToInt(VantricStatus::SUCCESS)) {
+            result = status;
+            ForgetStates(*sensor);
+            if (!sensor->compositeSensors.empty()) {
+                changes[sensor->sensorId] = Describe(*sensor);
+            }
+            continue;
+        }
+
+        bool changed = false;
+        for (std::size_t i = 0; i < sensor->compositeSensors.size(); ++i) {
+            auto& member = sensor->compositeSensors[i];
+            const MemberState state = ReadMember(response, i, member);
+            if (state == Stored(member)) {
+                continue;
+            }
+            member.sensorOperationalState = state.operational;
+            member.presentState = state.present;
+            changed = true;
+            VANTRIC_LOG(LOG_LEVEL_TRACE,
+                        "Slot[%d]::StateSensorID[%d]::StateSetID[%d]::PresentState[%d]\n", slot,
+                        sensor->sensorId, member.stateSetID, member.presentState);
+        }
+        if (changed) {
+            changes[sensor->sensorId] = Describe(*sensor);
+        }
+    }
+    return result;
+}
+
+} // namespace vantric

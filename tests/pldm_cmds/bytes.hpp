@@ -1,0 +1,42 @@
+/** Bytes as a card would send them. */
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+/** A byte vector that is filled field by field, little-endian. */
+class Bytes : public std::vector<std::uint8_t> {
+public:
+    using vector::vector;
+
+    /** Appends an integer in the width of its type. */
+    template <std::integral T>
+    Bytes& Add(T value) {
+        return AddWide(static_cast<std::uint64_t>(value), sizeof(T));
+    }
+
+    /** Appends the low width bytes. */
+    Bytes& AddWide(std::uint64_t value, std::size_t width) {
+        for (std::size_t i = 0; i < width; ++i) {
+            push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+        }
+        return *this;
+    }
+
+    Bytes& Add(std::string_view text) {
+        insert(end(), text.begin(), text.end());
+        return *this;
+    }
+
+    Bytes& Add(const Bytes& other) {
+        insert(end(), other.begin(), other.end());
+        return *this;
+    }
+
+    Bytes& AddZeros(std::size_t count) {
+        insert(end(), count, 0);
+        return *this;
+    }
+};

@@ -1,0 +1,237 @@
+/** FRU table and firmware version. */
+#include "scripted_endpoint.hpp"
+#include "support/captured_log.hpp"
+
+#include <gtest/gtest.h>
+
+using namespace vantric;
+
+namespace {
+
+/** One field of a FRU record. */
+Bytes Field(std::uint8_t type, const Bytes& value) {
+    return Bytes{type, static_cast<std::uint8_t>(value.size())}.Add(value);
+}
+
+Bytes Field(std::uint8_t type, std::string_view text) {
+    return Field(type, Bytes().Add(text));
+}
+
+/** A FRU record of the given fields. */
+Bytes Record(std::uint8_t recordType, std::uint8_t fieldCount, const Bytes& fields,
+             std::uint8_t encoding = 1) {
+    return Bytes{1, 0, recordType, fieldCount, encoding}.Add(fields);
+}
+
+/** An answer to GetFRURecordTable. */
+Answer Table(std::uint32_t nextHandle, std::uint8_t flag, const Bytes& data) {
+    return Good(Bytes().Add(nextHandle).Add(flag).Add(data));
+}
+
+/** An endpoint whose metadata is known. */
+class FruEndpoint : public ScriptedEndpoint {
+public:
+    explicit FruEndpoint(std::uint32_t length = 1000, std::uint16_t records = 1) {
+        Supports(4);
+        Data().fruTableLength = length;
+        Data().fruRecordCount = records;
+    }
+
+    /** What comes of one table. */
+    std::shared_ptr<__FRUContents> Parse(const Bytes& table) {
+        Answers({Table(0, 5, table)});
+        EXPECT_EQ(cmds.GetFRUContents(), 0);
+        return Data().fruContents;
+    }
+};
+
+TEST(GetFRUMetaData, StoresLengthAndCount) {
+    ScriptedEndpoint endpoint;
+    const CapturedLog log;
+    EXPECT_EQ(endpoint.cmds.GetFRUMetaData(), 5);
+    EXPECT_EQ(endpoint.Asked(), 0U);
+    EXPECT_EQ(log.Count(1, "PLDM FRU not supported for EID = 9\n"), 1);
+
+    endpoint.Supports(4).Answers(
+        {Good({0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0x11, 0x22, 0x03, 0, 0xEE, 0xEE, 7, 1})});
+    EXPECT_EQ(endpoint.cmds.GetFRUMetaData(), 0);
+    EXPECT_EQ(endpoint.Data().fruTableLength, 0x032211U);
+    EXPECT_EQ(endpoint.Data().fruRecordCount, 0x0107);
+    EXPECT_EQ(log.Count(4, "FRU Table Length = 205329\n"), 1);
+    EXPECT_EQ(log.Count(4, "Total Number of Records in Table = 263\n"), 1);
+}
+
+TEST(GetFRUContents, StoresEachFieldInItsMember) {
+    Bytes fields;
+    for (std::uint8_t type = 1; type <= 14; ++type) {
+        if (type == 6) {
+            fields.Add(Field(6, {0, 0, 0, 0, 0, 9, 5, 7, 12, 3, 0xE5, 0x07, 0x10}));
+        } else {
+            fields.Add(Field(type, "value" + std::to_string(type)));
+        }
+    }
+    fields.Add(Field(15, {0x8C, 0x1A, 0x00, 0x00}));
+    FruEndpoint endpoint;
+    const auto contents = endpoint.Parse(Record(1, 15, fields));
+    ASSERT_TRUE(contents);
+    const std::vector<std::string> values{
+        contents->ChassisType, contents->Model,        contents->PN,
+        contents->SN,          contents->Manufacturer, contents->ManufacturerDate,
+        contents->Vendor,      contents->Name,         contents->SKU,
+        contents->Version,     contents->AssetTag,     contents->Description,
+        contents->ECLevel,     contents->Other,        contents->IANA};
+    EXPECT_EQ(values, (std::vector<std::string>{"value1", "value2", "value3", "value4", "value5",
+                                                "2021-03-12 - 07:05:09", "value7", "value8",
+                                                "value9", "value10", "value11", "value12",
+                                                "value13", "value14", "6796"}));
+    EXPECT_EQ(contents->FirmwareVersion, "");
+    EXPECT_EQ(contents->vendorId, 0);
+}
+
+TEST(GetFRUContents, FieldRules) {
+    struct Row {
+        const char* name;
+        Bytes table;
+        std::string serialNumber; ///< "-" where there are no contents at all
+        std::string iana = "";
+    };
+    const Bytes sn = Field(4, "SN123");
+    const std::vector<Row> rows{
+        {"plain", Record(1, 1, sn), "SN123"},
+        {"only as many as counted", Record(1, 1, Field(2, "M").Add(sn)), ""},
+        {"none counted", Record(1, 0, sn), ""},
+        {"later replaces earlier", Record(1, 2, Field(4, "A").Add(sn)), "SN123"},
+        {"empty replaces", Record(1, 2, Bytes(sn).Add(Field(4, ""))), ""},
+        {"unprintable keeps", Record(1, 2, Bytes(sn).Add(Field(4, "B\x01"))), "SN123"},
+        {"not ASCII keeps", Record(1, 2, Bytes(sn).Add(Field(4, "B\xE4"))), "SN123"},
+        {"type 0 length 0 ends", Record(1, 3, Bytes{0, 0}.Add(sn)), ""},
+        {"type 0 is dropped", Record(1, 2, Field(0, "x").Add(sn)), "SN123"},
+        {"type 16 is dropped", Record(1, 2, Field(16, "x").Add(sn)), "SN123"},
+        {"value runs past the table", Record(1, 2, Bytes(sn).Add({4, 9, 'A', 'B'})), "SN123"},
+        {"field runs past the table", Record(1, 2, Bytes(sn).Add({4})), "SN123"},
+        {"more counted than there are", Record(1, 9, sn), "SN123"},
+        {"OEM record", Record(254, 1, sn), ""},
+        {"record type 2", Record(2, 1, sn), "-"},
+        {"encoding 2", Record(1, 1, sn, 2), "-"},
+        {"second record", Record(1, 0, {}).Add(Record(1, 1, sn)), ""},
+        {"empty table", {}, "-"},
+        {"short IANA", Record(1, 1, Field(15, {1, 2})), "", "513"},
+        {"empty IANA", Record(1, 1, Field(15, Bytes())), "", "0"},
+        {"largest IANA", Record(1, 1, Field(15, Bytes(4, 0xFF))), "", "4294967295"},
+    };
+    for (const auto& row : rows) {
+        FruEndpoint endpoint;
+        const auto contents = endpoint.Parse(row.table);
+        EXPECT_EQ(contents ? contents->SN : "-", row.serialNumber) << row.name;
+        EXPECT_EQ(contents ? contents->IANA : "", row.iana) << row.name;
+        EXPECT_EQ(Bytes(endpoint.Data().fruTable.begin(), endpoint.Data().fruTable.end()),
+                  row.table)
+            << row.name;
+    }
+}
+
+TEST(GetFRUContents, LogsWhatItDoesNotTake) {
+    const CapturedLog log;
+    FruEndpoint endpoint;
+    endpoint.Parse(Record(1, 3, Field(4, "B\x01").Add(Field(16, "x")).Add(Field(6, Bytes(12, 0)))));
+    endpoint.Parse(Record(2, 1, {}));
+    endpoint.Parse(Record(1, 1, {}, 3));
+    EXPECT_EQ(log.Messages(1), (std::vector<std::string>{"Not Printable string for FRU type = 4\n",
+                                                         "Invalid timestamp size 12\n"}));
+    for (const char* line :
+         {"Type = 16, Value = x\n", "Type = 16 : Value = [x]\n",
+          "Record type is [2] is not supported\n", "Encoding type is [3] is not supported\n"}) {
+        EXPECT_EQ(log.Count(4, line), 1) << line;
+    }
+}
+
+TEST(GetFRUContents, PutsPartsTogether) {
+    const Bytes table = Record(1, 2, Field(2, "Model X").Add(Field(4, "SN123")));
+    const auto cut = [&](std::size_t from, std::size_t to) {
+        return Bytes(table.begin() + static_cast<long>(from),
+                     table.begin() + static_cast<long>(to));
+    };
+    FruEndpoint endpoint;
+    endpoint.Answers({Table(0x22, 1, cut(0, 6)), Table(0x33, 3, {9, 9}), Table(0x44, 0, cut(6, 9)),
+                      Table(0, 4, cut(9, table.size()))});
+    EXPECT_EQ(endpoint.cmds.GetFRUContents(), 0);
+    EXPECT_EQ(endpoint.Data().fruContents->Model, "Model X");
+    EXPECT_EQ(endpoint.Data().fruContents->SN, "SN123");
+    const auto& requests = endpoint.transport.requests;
+    EXPECT_EQ(requests[1], (Bytes{0x82, 4, 2, 0x22, 0, 0, 0, 0}));
+    EXPECT_EQ(requests[2], (Bytes{0x83, 4, 2, 0x22, 0, 0, 0, 0})) << "the stray flag is repeated";
+    EXPECT_EQ(requests[3], (Bytes{0x84, 4, 2, 0x44, 0, 0, 0, 0}));
+}
+
+TEST(GetFRUContents, AsksForAsManyTablesAsThereAreRecords) {
+    const Bytes other = Record(254, 0, {});
+    FruEndpoint endpoint(1000, 3);
+    endpoint.Answers(
+        {Table(5, 5, Record(1, 1, Field(4, "SN"))), Table(6, 2, other), Table(7, 5, other)});
+    EXPECT_EQ(endpoint.cmds.GetFRUContents(), 0);
+    ASSERT_EQ(endpoint.Asked(), 3U);
+    EXPECT_EQ(endpoint.transport.requests[1], (Bytes{0x82, 4, 2, 5, 0, 0, 0, 1}));
+    EXPECT_EQ(endpoint.Data().fruContents->SN, "SN") << "contents of a table before stay";
+}
+
+TEST(GetFRUContents, EndsWithAnEndpointThatNeverDoes) {
+    for (const auto& [flag, data] :
+         {std::pair<std::uint8_t, Bytes>{0, {}}, {1, Bytes(900, 1)}, {3, {}}, {9, Bytes(900, 1)}}) {
+        FruEndpoint endpoint(1000, 65535);
+        endpoint.transport.respond = [&](const Bytes&) { return Table(1, flag, data); };
+        EXPECT_EQ(endpoint.cmds.GetFRUContents(), 1) << int{flag};
+        EXPECT_LT(endpoint.Data().fruTable.size(), 1000U);
+    }
+}
+
+TEST(Timestamp, NeedsThirteenBytesAndAReliableTime) {
+    const CapturedLog log;
+    const Bytes value{1, 2, 3, 4, 5, 59, 58, 23, 31, 12, 0x0F, 0x27, 0xF0};
+    EXPECT_EQ(PLDMCmds::convertToTimestamp104(value), "9999-12-31 - 23:58:59");
+    EXPECT_EQ(PLDMCmds::convertToTimestamp104(Bytes(13, 0)), "0-00-00 - 00:00:00");
+    Bytes unreliable = value;
+    unreliable[12] = 0x0F;
+    EXPECT_EQ(PLDMCmds::convertToTimestamp104(unreliable), "");
+    EXPECT_EQ(PLDMCmds::convertToTimestamp104(Bytes()), "");
+    EXPECT_EQ(log.Messages(1),
+              (std::vector<std::string>{"Ignore the timestamp because time resolution is 15\n",
+                                        "Invalid timestamp size 0\n"}));
+    EXPECT_EQ(PLDMCmds::convertToTimestamp104(Bytes(20, 0xFE)), "65278-254-254 - 254:254:254");
+}
+
+/** An answer to GetFirmwareParameters, with the length that the endpoint claims. */
+Answer Firmware(std::uint8_t length, const Bytes& text) {
+    Bytes data(10, 0xEE);
+    data[7] = length;
+    return Good(data.Add(text));
+}
+
+TEST(GetFWParameters, ReturnsTheBytesAsTheyStand) {
+    const CapturedLog log;
+    ScriptedEndpoint endpoint;
+    EXPECT_EQ(endpoint.cmds.GetFWParameters(), "");
+    EXPECT_EQ(endpoint.Asked(), 0U);
+    EXPECT_EQ(log.Count(4, "PLDM FW Update not supported for EID = 9\n"), 1);
+
+    endpoint.Supports(5);
+    const std::string longest(255, 'v');
+    const std::string utf16("1\0.\0", 4);
+    endpoint.Answers({Firmware(5, Bytes().Add("1.2.3pending")), Firmware(0, {}),
+                      Firmware(255, Bytes().Add(longest).Add("more")),
+                      Firmware(4, Bytes().Add(utf16)), Firmware(9, Bytes().Add("1.2")), Good()});
+    for (const auto& expected :
+         {std::string("1.2.3"), std::string(), longest, utf16, std::string("1.2"), std::string()}) {
+        EXPECT_EQ(endpoint.cmds.GetFWParameters(), expected);
+    }
+    EXPECT_EQ(log.Count(4, "FWVersion = 1.2.3 for Slot = 3\n"), 1);
+    EXPECT_EQ(log.Count(4, "FWVersion =  for Slot = 3\n"), 2);
+
+    endpoint.Answers({NoAnswer(3), Reply(1)});
+    EXPECT_EQ(endpoint.cmds.GetFWParameters(), "");
+    EXPECT_EQ(endpoint.cmds.GetFWParameters(), "");
+    EXPECT_EQ(log.Messages(1),
+              (std::vector<std::string>{"Send failed for EID = 9\n",
+                                        "Failed for EID = 9 and error code = 1\n"}));
+}
+
+} // namespace

@@ -1,0 +1,231 @@
+/** When the repository is read, and how its records are put together. */
+#include "pdr_builders.hpp"
+#include "scripted_endpoint.hpp"
+#include "support/captured_log.hpp"
+
+#include <gtest/gtest.h>
+
+using namespace vantric;
+
+namespace {
+
+/** An answer to GetPDRRepositoryInfo. */
+struct Repository {
+    std::uint8_t state = 0;
+    Bytes time{60, 0, 1, 2, 3, 40, 30, 20, 10, 9, 0xE8, 0x07, 0x21};
+    std::uint32_t count = 2;
+    std::uint32_t largest = 200;
+
+    Answer Build() const {
+        return Good(Bytes()
+                        .Add(state)
+                        .Add(time)
+                        .Add(Bytes(13, 0xEE))
+                        .Add(count)
+                        .Add(std::uint32_t{5000})
+                        .Add(largest)
+                        .Add(std::uint8_t{30}));
+    }
+};
+
+/** An answer to GetPDR. */
+Answer Part(std::uint32_t nextRecord, std::uint32_t nextPart, std::uint8_t flag,
+            const Bytes& data) {
+    return Good(Bytes()
+                    .Add(nextRecord)
+                    .Add(nextPart)
+                    .Add(flag)
+                    .Add(std::uint16_t{0xFFFF}) // response count, which nobody reads
+                    .Add(data));
+}
+
+Answer Whole(std::uint32_t nextRecord, const Bytes& record) {
+    return Part(nextRecord, 0, 5, record);
+}
+
+Bytes Sensor(std::uint16_t id) {
+    return CompactSensorPdr{.id = id}.Build();
+}
+
+Bytes Slice(const Bytes& bytes, std::size_t from, std::size_t to) {
+    return {bytes.begin() + static_cast<long>(from), bytes.begin() + static_cast<long>(to)};
+}
+
+using Ids = std::vector<std::uint16_t>;
+
+TEST(RepositoryInfo, StoresWhatItSaysAndReadsTheRecords) {
+    const CapturedLog log;
+    ScriptedEndpoint endpoint;
+    endpoint.Answers({Repository{}.Build(), Whole(7, Sensor(1)), Whole(0, Sensor(2))});
+
+    EXPECT_EQ(endpoint.cmds.GetPDRRepositoryInfo(1), 0);
+
+    const auto& data = endpoint.Data();
+    EXPECT_EQ(data.iRecordCount, 2U);
+    EXPECT_EQ(data.iRepositorySize, 5000U);
+    EXPECT_EQ(data.iLargestRecordSize, 200U);
+    EXPECT_EQ(data.iDataTransferHandleTimeout, 30U);
+    EXPECT_EQ(data.PDRUpdatetime, (Timestamp104{60, 0x030201, 40, 30, 20, 10, 9, 2024, 1, 2}));
+    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{1, 2}));
+    EXPECT_EQ(log.Count(4, "PDR Changed!!!\n"), 1);
+    EXPECT_EQ(log.Count(4, "PDR Type = 21\n"), 2);
+    EXPECT_TRUE(log.Messages(1).empty());
+    EXPECT_EQ(endpoint.transport.requests[2],
+              (Bytes{0x83, 2, 0x51, 7, 0, 0, 0, 0, 0, 0, 0, 1, 200, 0, 0, 0}));
+    EXPECT_EQ(endpoint.transport.capacities[2], 234U);
+}
+
+TEST(RepositoryInfo, AnyFieldOfTheUpdateTimeCausesARead) {
+    for (std::size_t byte = 0; byte < 14; ++byte) {
+        ScriptedEndpoint endpoint;
+        endpoint.Answers({Repository{.count = 1}.Build(), Whole(0, Sensor(1))});
+        ASSERT_EQ(endpoint.cmds.GetPDRRepositoryInfo(1), 0);
+        const auto before = endpoint.Data().numericSensors.front();
+
+        Repository later{.count = 1};
+        if (byte < 13) {
+            later.time[byte] ^= 0x10;
+        }
+        endpoint.Answers({later.Build(), Whole(0, Sensor(1))});
+        EXPECT_EQ(endpoint.cmds.GetPDRRepositoryInfo(0), byte < 13 ? 10 : 0) << byte;
+        EXPECT_EQ(endpoint.Asked(), byte < 13 ? 4U : 3U) << byte;
+        EXPECT_EQ(endpoint.Data().numericSensors.front() == before, byte == 13) << byte;
+    }
+}
+
+TEST(RepositoryInfo, WaitsForARepositoryThatIsNotAvailable) {
+    ScriptedEndpoint endpoint;
+    endpoint.Answers(
+        {Repository{.state = 1}.Build(), Repository{.count = 1}.Build(), Whole(0, Sensor(1))});
+    EXPECT_EQ(endpoint.cmds.GetPDRRepositoryInfo(0), 0);
+    EXPECT_EQ(endpoint.Asked(), 1U);
+    EXPECT_EQ(endpoint.Data().iLargestRecordSize, 0U) << "nothing is stored";
+    EXPECT_EQ(endpoint.cmds.GetPDRRepositoryInfo(0), 10) << "the change is seen later";
+}
+
+TEST(RepositoryInfo, EmptiesFourListsAndKeepsTheOthers) {
+    ScriptedEndpoint endpoint;
+    auto& data = endpoint.Data();
+    data.numericSensors.resize(1);
+    data.effectors.resize(1);
+    data.stateSensors.resize(1);
+    data.entityAssociations.resize(1);
+    data.terminusLocators.resize(1);
+    data.stateEffectors.resize(1);
+    data.numericEffectorInits.resize(1);
+    data.stateEffectorInits.resize(1);
+    endpoint.Answers({Repository{}.Build(), NoAnswer(3)});
+    EXPECT_EQ(endpoint.cmds.GetPDRRepositoryInfo(0), 1);
+    EXPECT_EQ(data.numericSensors.size() + data.effectors.size() + data.stateSensors.size() +
+                  data.entityAssociations.size(),
+              0U);
+    EXPECT_EQ(data.terminusLocators.size() + data.stateEffectors.size() +
+                  data.numericEffectorInits.size() + data.stateEffectorInits.size(),
+              4U);
+    // The failed walk isn't tried again before the next change.
+    endpoint.Answers({Repository{}.Build()});
+    EXPECT_EQ(endpoint.cmds.GetPDRRepositoryInfo(0), 0);
+}
+
+/** An endpoint whose repository info is known. */
+class WalkedEndpoint : public ScriptedEndpoint {
+public:
+    WalkedEndpoint() { Data().iLargestRecordSize = 2000; }
+};
+
+TEST(PdrWalk, PutsPartsTogether) {
+    const Bytes record = Pdr(21, Slice(Sensor(4), 10, Sensor(4).size()), 0xBEEF);
+    WalkedEndpoint endpoint;
+    endpoint.Data().iRecordCount = 2;
+    endpoint.Answers({Part(0, 0x11, 1, Slice(record, 0, 20)),
+                      Part(0, 0x22, 0, Slice(record, 20, 30)),
+                      Part(9, 0x33, 4, Slice(record, 30, record.size())), Whole(0, Sensor(5))});
+
+    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+
+    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{4, 5}));
+    EXPECT_EQ(endpoint.Data().numericSensors[0]->lowerThresholdFatal, -60);
+    const auto& requests = endpoint.transport.requests;
+    ASSERT_EQ(requests.size(), 4U);
+    EXPECT_EQ(Slice(requests[1], 3, 16),
+              (Bytes{0, 0, 0, 0, 0x11, 0, 0, 0, 0, 0xD0, 7, 0xEF, 0xBE}));
+    EXPECT_EQ(Slice(requests[2], 3, 16),
+              (Bytes{0, 0, 0, 0, 0x22, 0, 0, 0, 0, 0xD0, 7, 0xEF, 0xBE}));
+    EXPECT_EQ(Slice(requests[3], 3, 16), (Bytes{9, 0, 0, 0, 0, 0, 0, 0, 1, 0xD0, 7, 0, 0}));
+}
+
+TEST(PdrWalk, AWholeRecordForgetsPartsBeforeIt) {
+    WalkedEndpoint endpoint;
+    endpoint.Answers({Part(0, 1, 1, Bytes(50, 0xFF)), Whole(0, Sensor(6))});
+    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{6});
+}
+
+TEST(PdrWalk, CountsModulo256AndUsesEverything) {
+    struct Row {
+        std::uint32_t expected;
+        std::uint32_t delivered;
+        const char* message;
+    };
+    for (const auto& row :
+         {Row{300, 300, "Mismatch in expected PDR Count (300) and received PDR Count(44)\n"},
+          Row{12, 11, "Mismatch in expected PDR Count (12) and received PDR Count(11)\n"},
+          Row{11, 11, nullptr}}) {
+        const CapturedLog log;
+        WalkedEndpoint endpoint;
+        endpoint.Data().iRecordCount = row.expected;
+        std::uint32_t sent = 0;
+        endpoint.transport.respond = [&](const Bytes&) {
+            ++sent;
+            return Whole(sent < row.delivered ? sent : 0, Sensor(static_cast<std::uint16_t>(sent)));
+        };
+        EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs().size(), row.delivered);
+        EXPECT_EQ(log.Messages(1),
+                  row.message ? std::vector<std::string>{row.message} : std::vector<std::string>{});
+    }
+}
+
+TEST(PdrWalk, SkipsOtherTypesAndKeepsWhatItHadOnFailure) {
+    WalkedEndpoint endpoint;
+    endpoint.Answers({Whole(1, Pdr(3, {1, 2, 3})), Whole(2, Pdr(200, {})), Whole(3, Bytes{}),
+                      Whole(4, Sensor(1)), Reply(0x82)});
+    EXPECT_EQ(endpoint.cmds.GetPDR(), 1);
+    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{1});
+}
+
+TEST(PdrWalk, EndsWithAnEndpointThatNeverDoes) {
+    struct Row {
+        const char* name;
+        Answer answer;
+        std::size_t askedAtMost;
+    };
+    const std::vector<Row> rows{
+        {"flag without meaning", Part(1, 1, 3, Sensor(1)), 16},
+        {"another flag without meaning", Part(0, 0, 6, {}), 16},
+        {"no flag at all", Good(), 40000},
+        {"empty parts", Part(1, 1, 0, {}), 40000},
+        {"endless record", Part(1, 1, 0, Bytes(1000, 1)), 70},
+        {"records in a circle", Whole(1, Sensor(1)), 40000},
+        {"large records in a circle", Whole(1, Pdr(3, Bytes(1000, 1))), 1100},
+    };
+    for (const auto& row : rows) {
+        const CapturedLog log;
+        WalkedEndpoint endpoint;
+        endpoint.transport.respond = [&](const Bytes&) { return row.answer; };
+        EXPECT_EQ(endpoint.cmds.GetPDR(), 1) << row.name;
+        EXPECT_LE(endpoint.Asked(), row.askedAtMost) << row.name;
+        EXPECT_EQ(log.Messages(1).size(), 1U) << row.name;
+    }
+}
+
+TEST(PdrWalk, OneStrayFlagCostsOneRequest) {
+    WalkedEndpoint endpoint;
+    endpoint.Answers({Whole(8, Sensor(1)), Part(99, 77, 3, Sensor(3)), Whole(0, Sensor(2))});
+    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{1, 2}));
+    EXPECT_EQ(Slice(endpoint.transport.requests[2], 1, 16),
+              Slice(endpoint.transport.requests[1], 1, 16));
+}
+
+} // namespace

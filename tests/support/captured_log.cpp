@@ -1,0 +1,73 @@
+#include "support/captured_log.hpp"
+
+#include <tracelog.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
+#include <sstream>
+
+namespace {
+
+std::mutex linesMutex;
+std::vector<LogLine> lines;
+bool capturing = false;
+
+LogLine TakeApart(int level, int module, const std::string& text) {
+    LogLine line{.level = level, .module = module, .function = {}, .message = {}};
+    std::istringstream in(text);
+    std::string skipped;
+    std::getline(in, skipped, ':'); // thread
+    std::getline(in, skipped, ':'); // file
+    std::getline(in, line.function, ':');
+    std::getline(in, skipped, ':'); // line number
+    std::getline(in, line.message, '\0');
+    return line;
+}
+
+} // namespace
+
+extern "C" void tracelog_printf(int level, int module, const char* format, ...) {
+    std::array<char, 4096> text{};
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text.data(), text.size(), format, arguments);
+    va_end(arguments);
+    const std::lock_guard lock(linesMutex);
+    if (capturing) {
+        lines.push_back(TakeApart(level, module, text.data()));
+    }
+}
+
+CapturedLog::CapturedLog() {
+    const std::lock_guard lock(linesMutex);
+    lines.clear();
+    capturing = true;
+}
+
+CapturedLog::~CapturedLog() {
+    const std::lock_guard lock(linesMutex);
+    capturing = false;
+}
+
+std::vector<LogLine> CapturedLog::Lines() const {
+    const std::lock_guard lock(linesMutex);
+    return lines;
+}
+
+std::vector<std::string> CapturedLog::Messages(int level) const {
+    std::vector<std::string> messages;
+    for (const auto& line : Lines()) {
+        if (line.level == level) {
+            messages.push_back(line.message);
+        }
+    }
+    return messages;
+}
+
+int CapturedLog::Count(int level, const std::string& message) const {
+    const auto messages = Messages(level);
+    return static_cast<int>(std::ranges::count(messages, message));
+}

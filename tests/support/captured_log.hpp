@@ -1,0 +1,34 @@
+/** The platform's log as a list of lines that a test can look at.
+ *
+ * captured_log.cpp defines tracelog_printf. An executable that is linked with it logs there and not
+ * into the real library. */
+#pragma once
+
+#include <string>
+#include <vector>
+
+/** One line, with the head taken apart. */
+struct LogLine {
+    int level = 0;
+    int module = 0;
+    std::string function; ///< the third field of the head
+    std::string message;  ///< what follows the head, line end included
+};
+
+/** Captures from construction to destruction; one at a time. Lines of any thread are kept. */
+class CapturedLog {
+public:
+    CapturedLog();
+    ~CapturedLog();
+    CapturedLog(const CapturedLog&) = delete;
+    CapturedLog& operator=(const CapturedLog&) = delete;
+
+    /** All lines so far. */
+    std::vector<LogLine> Lines() const;
+
+    /** Messages of one level, in order. */
+    std::vector<std::string> Messages(int level) const;
+
+    /** How often exactly this message was logged at this level. */
+    int Count(int level, const std::string& message) const;
+};
