@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 #include <unistd.h>
@@ -114,6 +115,14 @@ bool PlayedServer::WaitForLog(const std::string& text, int times) {
         return false;
     }
     return true;
+}
+
+std::string ReadScenario(const std::string& name) {
+    const std::ifstream file(std::string(BENCH_SCENARIOS) + "/" + name);
+    std::ostringstream text;
+    text << file.rdbuf();
+    EXPECT_FALSE(text.str().empty()) << name;
+    return text.str();
 }
 
 std::vector<std::string> Paths(const PublishedObjects& objects) {

@@ -59,6 +59,9 @@ private:
     std::unique_ptr<BusClient> client;
 };
 
+/** The text of one of the bench's own scenarios, by its file's name. */
+std::string ReadScenario(const std::string& name);
+
 /** The paths of objects, sorted. */
 std::vector<std::string> Paths(const PublishedObjects& objects);
 
