@@ -18,7 +18,7 @@ SensorInsertRequest InsertRequest(int id) {
     request.sensor.sensorKind = SENSOR_KIND_THERMAL_PROBE;
     request.sensor.baseUnit = BASE_UNIT_DEGREES_C;
     request.sensor.sensorId = static_cast<std::uint16_t>(id);
-    request.sensor.entityType = 6; // neither chip nor connector: no question to another service
+    request.sensor.entityType = 6;
     request.sensor.upperWarning = 90;
     request.sensor.upperCritical = 100;
     request.objectPath =
