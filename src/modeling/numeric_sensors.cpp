@@ -6,6 +6,7 @@
 #include "dbus_handler/handlers.hpp"
 #include "modeling/entity_types.hpp"
 #include "modeling/paths.hpp"
+#include "modeling/reduced_sensor.hpp"
 #include "modeling/virtual_board.hpp"
 
 #include <utility>
@@ -13,28 +14,6 @@
 namespace vantric {
 
 namespace {
-
-/** The part of a sensor's record that modeling carries. */
-__Sensor Reduce(const __Temp_sensors& record) {
-    __Sensor sensor;
-    sensor.sensorKind = record.sensorNeededFor;
-    sensor.baseUnit = record.baseUnit;
-    sensor.sensorId = record.sensorID;
-    sensor.entityInstance = record.entityInstanceNumber;
-    sensor.entityType = record.entityType;
-    sensor.temperature = record.temperature;
-    sensor.thresholdReadError = record.thresholdReadingError;
-    sensor.upperFatal = record.upperThresholdFatal;
-    sensor.upperCritical = record.upperThresholdCritical;
-    sensor.upperWarning = record.upperThresholdWarning;
-    sensor.normalMax = record.normalMax;
-    sensor.normalMin = record.normalMin;
-    sensor.lowerFatal = record.lowerThresholdFatal;
-    sensor.lowerCritical = record.lowerThresholdCritical;
-    sensor.lowerWarning = record.lowerThresholdWarning;
-    sensor.name = record.auxSensorName;
-    return sensor;
-}
 
 /** The entity's name for a sensor that has no node. */
 std::string NameWithoutNode(const __Sensor& sensor, bool flat, std::uint8_t controller) {
@@ -54,7 +33,7 @@ void Modeling::AttachNumericSensors(const NumericSensors& sensors, bool flat,
     powerCount = portCount;
     tempCount = portCount;
     for (const auto& record : sensors) {
-        __Sensor sensor = Reduce(*record);
+        __Sensor sensor = ReduceSensor(*record);
         if (flat || controller == 2) {
             if (flat) {
                 sensor.entityInstance = 0;

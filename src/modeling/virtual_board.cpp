@@ -14,9 +14,6 @@ namespace {
 
 constexpr auto acceleratorRoot =
     "/xyz/openbmc_project/inventory/system/accelerator/ProcAccelerator/Slot/";
-constexpr auto boardPath = "/xyz/openbmc_project/inventory/system/UBB";
-constexpr auto boardLdid = "UBB.Integrated.1-1";
-constexpr auto acceleratorLdid = "ProcAccelerator.Slot.";
 constexpr auto sharedSensorRoot = "/xyz/openbmc_project/sensors/temperature/ProcAccelerator.Slot.";
 
 /** The number between "Slot." and "-". */
@@ -41,11 +38,15 @@ bool IsVirtualBoard(const PciIdentity& identity) {
            (identity.deviceId == 0x75A0 || identity.deviceId == 0x75A3);
 }
 
+std::string VirtualAcceleratorLdid(const std::string& slot) {
+    return "ProcAccelerator.Slot." + slot + "-1";
+}
+
 SensorPlace SharedSensorPlace(std::uint8_t slot) {
     const std::string number = std::to_string(slot);
     return {.slot = slot,
             .sensorPath = sharedSensorRoot + number + "_1_sensorid_1",
-            .resolvedLdid = acceleratorLdid + number + "-1",
+            .resolvedLdid = VirtualAcceleratorLdid(number),
             .inventoryPath = acceleratorRoot + number,
             .name = {}};
 }
@@ -65,7 +66,7 @@ bool ResolveVirtualSensor(const __Sensor& sensor, SensorPlace& place) {
         place.inventoryPath = acceleratorRoot + std::to_string(*slot);
     }
     if (place.sensorPath.find("UBB") != std::string::npos) {
-        place.inventoryPath = boardPath;
+        place.inventoryPath = virtualBoardPath;
     }
     return true;
 }
@@ -73,14 +74,14 @@ bool ResolveVirtualSensor(const __Sensor& sensor, SensorPlace& place) {
 void VirtualStateSensorPath(StateSensorRequest& request) {
     const std::string tail = "/sensor/state/sensorid_" + std::to_string(request.sensorId);
     if (request.entityType == ENTITY_ADD_IN_CARD) {
-        request.statePath = boardPath + tail;
-        request.secondLdid = boardLdid;
+        request.statePath = virtualBoardPath + tail;
+        request.secondLdid = virtualBoardLdid;
     } else if (request.entityType == ENTITY_LOGICAL_ACCELERATOR) {
         const auto row =
             virtualInstanceSlots.find(static_cast<std::uint8_t>(request.entityInstance));
         if (row != virtualInstanceSlots.end()) {
             request.statePath = acceleratorRoot + row->second + tail;
-            request.secondLdid = acceleratorLdid + row->second + "-1";
+            request.secondLdid = VirtualAcceleratorLdid(row->second);
             request.entityInstance = 0;
         }
     }

@@ -5,6 +5,7 @@
 #include "modeling/sensor_place.hpp"
 
 #include <cstdint>
+#include <string>
 
 namespace vantric {
 
@@ -14,6 +15,13 @@ inline constexpr std::uint8_t lastAcceleratorSlot = 28;
 
 /** The one sensor of the endpoint that each accelerator shows as its own. */
 inline constexpr std::uint16_t sharedSensorId = 1;
+
+/** LDID and inventory path of the board itself. */
+inline constexpr auto virtualBoardLdid = "UBB.Integrated.1-1";
+inline constexpr auto virtualBoardPath = "/xyz/openbmc_project/inventory/system/UBB";
+
+/** LDID of the accelerator in a slot. */
+std::string VirtualAcceleratorLdid(const std::string& slot);
 
 /** Whether the identity is that of such a board. */
 bool IsVirtualBoard(const PciIdentity& identity);

@@ -1,0 +1,55 @@
+/** Accelerators of the GPU type. */
+#pragma once
+
+#include "accelerator/sct.hpp"
+#include "device/device.hpp"
+
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
+namespace vantric {
+
+/** An accelerator card, or the endpoint that speaks for a whole board of accelerators.
+ *
+ * Sensors that aren't wanted (sensor_choice.hpp) leave the extracted data before it is modelled. Of
+ * a card, the sensors are polled in three groups, each at its own rate; of a board, all of them in
+ * every cycle. A board also gets inventory objects for itself and its eight accelerators. */
+class Accelerator : public Device {
+public:
+    /** @param sct the table of sensors that count; outlives this */
+    Accelerator(const DeviceDetails& details, const std::string& basePath,
+                Sct& sct = Sct::OfProcess());
+
+protected:
+    void InventoryTheDevice() override;
+    int MonitorTheDevice() override;
+
+private:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
+    // Inventory.
+    void FilterSensors();
+    void FilterNumericSensors(__extractedData& data);
+    void GroupSensors();
+    void CreateVirtualAMDDevices();
+    void ModelAccelerator();
+
+    // Monitoring, with deviceMutex held.
+    int MonitorEndpoint(PLDMCmds& endpoint);
+    int ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings);
+    static void ReadSensorGroup(const std::vector<std::uint16_t>& ids, TimePoint& readAt,
+                                PLDMCmds& endpoint, ReadingMap& readings, int& status);
+
+    Sct& sct;
+    TimePoint fastSensorsReadAt;
+    TimePoint mediumSensorsReadAt;
+    TimePoint slowSensorsReadAt;
+    std::vector<std::uint16_t> numericSensorIds; ///< of the last endpoint, unwanted ones included
+    std::vector<std::uint16_t> fastSensorIds;    ///< read when older than 1 s
+    std::vector<std::uint16_t> mediumSensorIds;  ///< read when older than 10 s
+    std::vector<std::uint16_t> slowSensorIds;    ///< read when older than 20 s
+    bool isAmdUbb;                               ///< the endpoint speaks for a whole board
+};
+
+} // namespace vantric

@@ -1,0 +1,119 @@
+/** The monitor cycle of an accelerator, and the groups in which its sensors are read. */
+#include "accelerator/accelerator.hpp"
+
+#include "common/pause.hpp"
+#include "common/status.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace vantric {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint8_t onlyController = 1;
+
+// Sensors that are read more often than the others; sorted.
+constexpr std::array<std::uint16_t, 1> fastSensors{405};
+constexpr std::array<std::uint16_t, 16> mediumSensors{30,  31,  32,  45,  46,  47,  48,  375,
+                                                      376, 377, 378, 406, 407, 408, 409, 410};
+
+// A group is read once it is older than this.
+constexpr auto fastAge = 1s - 1ns;
+constexpr auto mediumAge = 10s - 1ns;
+constexpr auto slowAge = 20s - 1ns;
+
+} // namespace
+
+void Accelerator::GroupSensors() {
+    for (const auto& endpoint : cmds) {
+        numericSensorIds = endpoint->GetAllSensorIDs();
+    }
+    fastSensorIds.clear();
+    mediumSensorIds.clear();
+    slowSensorIds.clear();
+    for (const std::uint16_t id : numericSensorIds) {
+        if (std::ranges::binary_search(fastSensors, id)) {
+            fastSensorIds.push_back(id);
+        } else if (std::ranges::binary_search(mediumSensors, id)) {
+            mediumSensorIds.push_back(id);
+        } else {
+            slowSensorIds.push_back(id);
+        }
+    }
+    fastSensorsReadAt = mediumSensorsReadAt = slowSensorsReadAt = Now();
+}
+
+int Accelerator::MonitorTheDevice() {
+    {
+        const auto lock = Acquire();
+        for (const auto& endpoint : cmds) {
+            const int status = MonitorEndpoint(*endpoint);
+            if (status != ToInt(VantricStatus::SUCCESS)) {
+                return FailedCycle(status);
+            }
+        }
+    }
+    return PauseAfterCycle();
+}
+
+int Accelerator::MonitorEndpoint(PLDMCmds& endpoint) {
+    if (PeriodicCheckIsDue()) {
+        RefreshFWVersion(endpoint, true);
+        if (RepositoryHasChanged(endpoint)) {
+            FilterSensors();
+            ModelAccelerator();
+        }
+    }
+    ReadingMap readings;
+    const int status =
+        isAmdUbb ? endpoint.GetAllSensorReading(readings) : ReadDueGroups(endpoint, readings);
+    PublishReadings(readings, onlyController);
+    // A sensor that the endpoint doesn't know is no reason for another inventory here.
+    if (status != ToInt(VantricStatus::SUCCESS) &&
+        status != ToInt(VantricStatus::INVALID_OR_CHANGED)) {
+        return status;
+    }
+    if (StateSensorsAreDue()) {
+        RefreshStateSensors(endpoint, onlyController);
+    }
+    ++stateSensorCycles;
+    ++monitorCycles;
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+int Accelerator::ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings) {
+    const TimePoint now = Now();
+    int status = ToInt(VantricStatus::SUCCESS);
+    if (now - fastSensorsReadAt > fastAge) {
+        ReadSensorGroup(fastSensorIds, fastSensorsReadAt, endpoint, readings, status);
+    }
+    if (now - mediumSensorsReadAt > mediumAge) {
+        ReadSensorGroup(mediumSensorIds, mediumSensorsReadAt, endpoint, readings, status);
+    }
+    if (now - slowSensorsReadAt > slowAge) {
+        ReadSensorGroup(slowSensorIds, slowSensorsReadAt, endpoint, readings, status);
+    }
+    return status;
+}
+
+void Accelerator::ReadSensorGroup(const std::vector<std::uint16_t>& ids, TimePoint& readAt,
+                                  PLDMCmds& endpoint, ReadingMap& readings, int& status) {
+    ReadingMap groupReadings;
+    for (const std::uint16_t id : ids) {
+        const int result = endpoint.GetSensorReading(id, groupReadings);
+        if (result == ToInt(VantricStatus::DISCOVERY_RUNNING) ||
+            result == ToInt(VantricStatus::NEW_END_POINTS)) {
+            return; // what was read is dropped, and the group stays due
+        }
+        if (result != ToInt(VantricStatus::SUCCESS)) {
+            status = result;
+        }
+    }
+    readings.merge(groupReadings);
+    readAt = Now();
+}
+
+} // namespace vantric

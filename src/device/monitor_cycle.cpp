@@ -1,0 +1,62 @@
+/** The pieces of a monitor cycle that the classes of devices share. */
+#include "device/device.hpp"
+
+#include "common/log.hpp"
+#include "common/pause.hpp"
+#include "common/status.hpp"
+
+#include <chrono>
+
+namespace vantric {
+
+namespace {
+
+constexpr std::chrono::seconds cyclePause{5};
+constexpr std::uint8_t cyclesBetweenChecks = 9;
+constexpr std::uint8_t cyclesWithoutStateSensors = 5;
+constexpr std::uint8_t unforcedRead = 0;
+
+} // namespace
+
+bool Device::PeriodicCheckIsDue() {
+    if (monitorCycles <= cyclesBetweenChecks) {
+        return false;
+    }
+    monitorCycles = 0;
+    return true;
+}
+
+bool Device::RepositoryHasChanged(PLDMCmds& endpoint) {
+    return endpoint.GetPDRRepositoryInfo(unforcedRead) == ToInt(VantricStatus::INVALID_OR_CHANGED);
+}
+
+bool Device::StateSensorsAreDue() const {
+    return stateSensorCycles == 0 || stateSensorCycles > cyclesWithoutStateSensors;
+}
+
+void Device::RefreshStateSensors(PLDMCmds& endpoint, std::uint8_t controller) {
+    StateChangeMap changes;
+    endpoint.GetStateSensorReading(changes); // what changed is good, whatever else failed
+    modeling->UpdateStateSensorValue(changes, controller);
+    stateSensorCycles = 0;
+}
+
+void Device::PublishReadings(const ReadingMap& readings, std::uint8_t controller) {
+    for (const auto& [sensorId, reading] : readings) {
+        const auto& [sensorKind, value] = reading;
+        modeling->UpdateSensorTempValue(sensorId, value, sensorKind, controller);
+    }
+}
+
+int Device::FailedCycle(int status) const {
+    VANTRIC_LOG(LOG_LEVEL_ERROR, "Monitor failed for slot %d and error status = %d\n", slotNumber,
+                status);
+    return status;
+}
+
+int Device::PauseAfterCycle() {
+    Pause(cyclePause);
+    return ToInt(VantricStatus::SUCCESS);
+}
+
+} // namespace vantric

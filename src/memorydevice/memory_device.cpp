@@ -1,0 +1,113 @@
+#include "memorydevice/memory_device.hpp"
+
+#include "common/log.hpp"
+#include "common/post_request.hpp"
+#include "common/status.hpp"
+#include "dbus_handler/handlers.hpp"
+#include "modeling/paths.hpp"
+#include "modeling/reduced_sensor.hpp"
+
+#include <utility>
+
+namespace vantric {
+
+namespace {
+
+constexpr std::uint8_t onlyController = 1;
+
+/** How a memory card's sensor of this unit is published. */
+SensorKind KindOf(std::uint8_t baseUnit) {
+    switch (baseUnit) {
+    case BASE_UNIT_DEGREES_C:
+        return SENSOR_KIND_THERMAL;
+    case BASE_UNIT_WATTS:
+        return SENSOR_KIND_PROBE;
+    default:
+        return SENSOR_KIND_NONE;
+    }
+}
+
+/** What is posted of a record. The temperature stays behind: an object begins without a reading,
+ *  and what the record holds before its first poll would raise alarms. */
+__Sensor MakeSensor(const __Temp_sensors& record) {
+    __Sensor sensor = ReduceSensor(record);
+    sensor.temperature = 0;
+    return sensor;
+}
+
+} // namespace
+
+MemoryDevice::MemoryDevice(const DeviceDetails& details, const std::string& basePath)
+    : Device(details, basePath) {
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Constructed MemoryDevice at slot %d\n", slotNumber);
+}
+
+void MemoryDevice::InventoryTheDevice() {
+    const std::uint32_t generation = Generation();
+    if (GatherInventory() != 0) {
+        GiveUpInventory(generation);
+        return;
+    }
+    ModelSensors();
+    FinishInventory(generation);
+}
+
+void MemoryDevice::ModelSensors() {
+    if (cmds.empty()) {
+        return;
+    }
+    for (const auto& record : cmds.front()->ExtractedData().numericSensors) {
+        record->sensorNeededFor = KindOf(record->baseUnit);
+    }
+    for (const auto& record : cmds.front()->GetExtractedData()->numericSensors) {
+        UpdateDbusForTempSensor(MakeSensor(*record));
+    }
+}
+
+void MemoryDevice::UpdateDbusForTempSensor(const __Sensor& sensor) {
+    const std::string& word = EntityWord(sensor.entityType);
+    if (word.empty()) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Invalid/Not supported EntityType: %d\n", sensor.entityType);
+        return;
+    }
+    SensorInsertRequest request;
+    request.sensor = sensor;
+    request.objectPath = SensorPath(sensor, ldid, "_sensorid_");
+    request.deviceLdid = ldid;
+    request.inventoryPath = inventoryBasePath + std::to_string(slotNumber);
+    request.entityName = word;
+    request.slot = static_cast<std::uint8_t>(slotNumber);
+    const int result = PostRequest(dbusDataInsert, std::move(request));
+    if (result != 0) {
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
+    }
+}
+
+int MemoryDevice::MonitorTheDevice() {
+    if (fwUpdateInProgress) {
+        return PauseAfterCycle();
+    }
+    {
+        const auto lock = Acquire();
+        for (const auto& endpoint : cmds) {
+            const int status = MonitorEndpoint(*endpoint);
+            if (status != ToInt(VantricStatus::SUCCESS)) {
+                return FailedCycle(status);
+            }
+        }
+    }
+    return PauseAfterCycle();
+}
+
+int MemoryDevice::MonitorEndpoint(PLDMCmds& endpoint) {
+    if (PeriodicCheckIsDue() && RepositoryHasChanged(endpoint)) {
+        ModelSensors();
+    }
+    ++monitorCycles;
+    ReadingMap readings;
+    const int status = endpoint.GetAllSensorReading(readings);
+    PublishReadings(readings, onlyController);
+    return status;
+}
+
+} // namespace vantric
