@@ -1,0 +1,41 @@
+/** A tree as text, and a search that needs no index. */
+#pragma once
+
+#include "modeling/pdr_tree.hpp"
+
+#include <string>
+
+namespace vantric::test {
+
+/** "(container,type,instance)" with the children in brackets behind it. For small trees. */
+inline std::string Text(const PDRTree* node) {
+    if (node == nullptr) {
+        return "none";
+    }
+    std::string text = "(" + std::to_string(node->containerID) + "," +
+                       std::to_string(node->entityType) + "," +
+                       std::to_string(node->entityInstance) + ")";
+    if (!node->children.empty()) {
+        text += "[";
+        for (const auto& child : node->children) {
+            text += Text(child.get());
+        }
+        text += "]";
+    }
+    return text;
+}
+
+/** The first match of a plain depth-first walk. For small trees. */
+inline PDRTree* FirstMatch(PDRTree* node, const EntityKey& key) {
+    if (node == nullptr || node->Key() == key) {
+        return node;
+    }
+    for (const auto& child : node->children) {
+        if (PDRTree* found = FirstMatch(child.get(), key)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace vantric::test
