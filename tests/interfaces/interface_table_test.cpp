@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <ostream>
 
 namespace vantric::test {
 
@@ -32,6 +33,8 @@ struct Row {
     const char* interface;
     std::shared_ptr<void> (*make)(sdbusplus::bus_t& bus, const char* path);
     const char* members;
+
+    friend void PrintTo(const Row& row, std::ostream* out) { *out << row.interface; }
 };
 
 template <typename Class>
