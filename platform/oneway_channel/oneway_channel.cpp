@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -19,6 +20,12 @@ namespace {
 
 constexpr int channelModule = 300;
 constexpr const char* channelFile = "oneway_channel";
+
+/// How long requests run before the loop's other sources have their turn.
+constexpr std::chrono::milliseconds longestTurn{10};
+
+/// Requests that are kept while no loop is registered.
+constexpr std::size_t mostWithoutLoop = 10000;
 
 /// Guards what the channel holds. It is taken over a fork, so handlers run without it.
 std::mutex oneWayChannelOperationMutex;
@@ -45,8 +52,8 @@ void RunGuarded(const Call& call) {
 
 } // namespace
 
-/// The inside of the channel. A byte stands in the pipe exactly while requests are pending, so the
-/// pipe can't fill up and a burst costs one wake-up.
+/// The inside of the channel. A byte stands in the pipe from the first request of a burst until the
+/// loop has found nothing left, so the pipe can't fill up and a burst costs one wake-up.
 struct OneWayChannel::Impl : std::enable_shared_from_this<OneWayChannel::Impl> {
     Impl() = default;
     Impl(const Impl&) = delete;
@@ -67,25 +74,39 @@ struct OneWayChannel::Impl : std::enable_shared_from_this<OneWayChannel::Impl> {
         return 0;
     }
 
-    /// Runs the requests that stood at the wake-up. Those that come meanwhile wake the loop anew,
-    /// so that its other sources have their turn in between.
+    /// Runs requests until none is left or the turn is over. Then the loop's other sources have
+    /// theirs: a slow request holds up the bus for its own length, and not for that of the queue.
     void RunPending() {
-        {
-            const std::lock_guard lock(oneWayChannelOperationMutex);
-            std::array<char, 1> token{};
-            if (read(pipeEnds[0], token.data(), token.size()) < 0) {
-                return; // nothing pending: the source looks again when there is
+        const auto endOfTurn = std::chrono::steady_clock::now() + longestTurn;
+        do {
+            if (next == running.size() && !TakePending()) {
+                break;
             }
-            running.swap(pending);
-        }
-        for (std::size_t next = 0; next < running.size(); ++next) {
-            const Request request = std::move(running[next]);
+            const Request request = std::move(running[next++]);
             RunGuarded([&] { request.handler(context, request.data, request.size); });
-        }
-        running.clear();
+            if (source == nullptr) {
+                return; // a child now: the queue and the pipe are the parent's
+            }
+        } while (std::chrono::steady_clock::now() < endOfTurn);
         if (function) {
             RunGuarded([&] { function(context); });
         }
+    }
+
+    /// Moves what is pending to the loop's side. Returns false if there is nothing, and then the
+    /// loop sleeps until there is.
+    bool TakePending() {
+        running.clear();
+        next = 0;
+        const std::lock_guard lock(oneWayChannelOperationMutex);
+        running.swap(pending);
+        if (!running.empty()) {
+            return true;
+        }
+        std::array<char, 1> token{};
+        static_cast<void>(read(pipeEnds[0], token.data(), token.size())); // empty is as good
+        awake = false;
+        return false;
     }
 
     /// Lets go of the loop and of all requests.
@@ -94,11 +115,14 @@ struct OneWayChannel::Impl : std::enable_shared_from_this<OneWayChannel::Impl> {
         function = nullptr;
         pending.clear();
         running.clear();
+        next = 0;
     }
 
     std::array<int, 2> pipeEnds{-1, -1};
     std::vector<Request> pending; ///< written by every thread, under the mutex
-    std::vector<Request> running; ///< the loop thread's own
+    bool awake = false;           ///< the byte stands in the pipe; under the mutex
+    std::vector<Request> running; ///< the loop thread's own, as is next
+    std::size_t next = 0;
     sd_event_source* source = nullptr;
     void* context = nullptr;
     std::function<void(void*)> function;
@@ -184,12 +208,15 @@ int OneWayChannel::Execute(Handler handler, void* requestData, unsigned long req
         return -EINVAL;
     }
     const std::lock_guard lock(oneWayChannelOperationMutex);
+    if (impl->source == nullptr && impl->pending.size() >= mostWithoutLoop) {
+        return -ENOBUFS; // nobody runs them, and perhaps nobody ever will
+    }
     try {
         impl->pending.push_back({std::move(handler), requestData, requestSize});
     } catch (const std::bad_alloc&) {
         return -ENOMEM;
     }
-    if (impl->pending.size() > 1) {
+    if (impl->awake) {
         return 0; // the loop has been called already
     }
     constexpr char token = 0;
@@ -200,5 +227,6 @@ int OneWayChannel::Execute(Handler handler, void* requestData, unsigned long req
                         __func__, error);
         return -error;
     }
+    impl->awake = true;
     return 0;
 }

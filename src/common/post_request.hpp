@@ -3,6 +3,7 @@
 
 #include <oneway_channel.hpp>
 
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -11,17 +12,24 @@ namespace vantric {
 /** A function of the main thread that carries a request out. It owns requestData. */
 using RequestHandler = int (*)(void* context, void* requestData, unsigned long requestSize);
 
+/** Result of a post for which there is no channel. */
+inline constexpr int requestNotTaken = -1;
+
 /** Copies record to the heap and posts it to handler on the main thread; any thread, never waits.
  *  Returns 0 when the channel took it. The handler's own result reaches nobody. */
 template <typename Record>
 int PostRequest(RequestHandler handler, Record record) {
-    auto owned = std::make_unique<Record>(std::move(record));
-    const int result =
-        OneWayChannel::GetInstance().Execute(handler, owned.get(), sizeof(Record), false);
-    if (result == 0) {
-        static_cast<void>(owned.release()); // the handler frees it
+    try {
+        auto owned = std::make_unique<Record>(std::move(record));
+        const int result =
+            OneWayChannel::GetInstance().Execute(handler, owned.get(), sizeof(Record), false);
+        if (result == 0) {
+            static_cast<void>(owned.release()); // the handler frees it
+        }
+        return result;
+    } catch (const std::exception&) {
+        return requestNotTaken; // a channel that can't be made must not end the poster's thread
     }
-    return result;
 }
 
 } // namespace vantric

@@ -86,7 +86,12 @@ int DBusHandler::Run() {
     if (connection == nullptr) {
         return EXIT_FAILURE; // no signal will ever say so
     }
-    return event.loop();
+    try {
+        return event.loop();
+    } catch (const std::exception& error) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Caught an exception: %s\n", error.what());
+        return EXIT_FAILURE;
+    }
 }
 
 void DBusHandler::RegisterForDBUSEvents() {

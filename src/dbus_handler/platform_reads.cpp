@@ -49,7 +49,7 @@ std::string DBusHandler::getFRUPropertyVal(std::uint8_t slot, const std::string&
                                          "/xyz/openbmc_project/inventory/system/assembly/PCIESLOT" +
                                              std::to_string(slot) + "_FRU",
                                          "xyz.openbmc_project.Inventory.Decorator.Asset", name);
-    } catch (const sdbusplus::exception::SdBusError& error) {
+    } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "FRU Dbus is not having details for slot[%d]: %s \n", slot,
                     error.what());
         return {};
@@ -72,7 +72,7 @@ std::string DBusHandler::getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busA
                 return udid;
             }
         }
-    } catch (const sdbusplus::exception::SdBusError& error) {
+    } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "UDID dbus is not having details for slot[%d]: %s \n", slot,
                     error.what());
     }

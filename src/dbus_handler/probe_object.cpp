@@ -26,6 +26,18 @@ std::map<std::string, SensorStoreValue> ToStoreValues(const PropertyBag<bindings
     return values;
 }
 
+/** Runs a call of the library, whose exceptions end here. */
+template <typename Call>
+void Guarded(const Call& call) noexcept {
+    try {
+        call();
+    } catch (const std::exception& error) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "%s\n", error.what());
+    } catch (...) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "The sensor store failed\n");
+    }
+}
+
 } // namespace
 
 ProbeObject::ProbeObject(sdbusplus::bus_t& bus, const std::string& path,
@@ -43,13 +55,10 @@ ProbeObject::ProbeObject(sdbusplus::bus_t& bus, const std::string& path,
 
 ProbeObject::~ProbeObject() {
     VANTRIC_LOG(LOG_LEVEL_FINEST, "Destroying probe object %s\n", objectPath.c_str());
-    try {
-        SensorStoreKeys::remove(key());
-        if (cached) {
-            sensorstore_probeobj_remove(objectPath);
-        }
-    } catch (const std::exception& error) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "%s\n", error.what());
+    // Neither may keep the other from being done, nor end the process.
+    Guarded([this] { SensorStoreKeys::remove(key()); });
+    if (cached) {
+        Guarded([this] { sensorstore_probeobj_remove(objectPath); });
     }
 }
 
