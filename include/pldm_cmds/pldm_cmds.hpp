@@ -5,6 +5,7 @@
 #include "pldm_cmds/readings.hpp"
 #include "pldm_cmds/records.hpp"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -44,6 +45,9 @@ public:
 
     /** The same without the log. */
     __extractedData& ExtractedData() { return *extractedData; }
+
+    /** The transport's VantricStatus value of the last exchange. */
+    int LastStatus() const { return lastStatus; }
 
     /** Starts from nothing: an inventory does this first. */
     void ResetExtractedData();
@@ -158,6 +162,8 @@ public:
     void CheckFRURecordTypeAndParse(std::span<const std::uint8_t> table);
 
 private:
+    int Eid() const { return eid; }
+
     /** Sends a request and returns what came back; every exchange goes through here. */
     PldmResponse Exchange(const PldmRequest& request);
 
@@ -171,9 +177,10 @@ private:
     void HandleOEMFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount);
 
     std::uint8_t slot;
-    std::uint8_t eid;
+    std::atomic<std::uint8_t> eid;     ///< a table's thread moves it while the log may tell it
     std::uint8_t instanceId = 0;       ///< of the last request
     bool hasEntityAssociation = false; ///< never cleared
+    int lastStatus = 0;                ///< of the last exchange
     std::unique_ptr<DeviceTransport> mTransportPtr;
     std::shared_ptr<__extractedData> extractedData;
 };

@@ -31,12 +31,15 @@ std::shared_ptr<mctplink::Session> CurrentSession() {
 
 int MctpLinkAttach(uint32_t linkType, uint32_t filter, MctpLinkCallback callback,
                    uint32_t /*flags*/) {
+    // Declared before the lock: a session that failed ends without it, since its own threads may
+    // want it for as long as they run.
+    std::shared_ptr<mctplink::Session> session;
     auto& attachment = TheAttachment();
     const std::lock_guard lock(attachment.mutex);
     if (callback == nullptr || attachment.session) {
         return 1;
     }
-    auto session = std::make_shared<mctplink::Session>(callback);
+    session = std::make_shared<mctplink::Session>(callback);
     if (!session->Start(linkType, filter)) {
         return 1;
     }

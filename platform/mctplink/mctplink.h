@@ -103,7 +103,9 @@ int MctpLinkDetach(void);
 int MctpLinkSendRequest(struct MctpLinkRequest* request, uint32_t flags);
 
 /* Drops what is pending for the endpoint. Once it has returned, the library neither touches the
- * record nor calls its completion function. Returns 0. */
+ * record nor calls its completion function. It waits for a completion function of the endpoint
+ * that is running, unless that is what calls it: the caller must hold no lock that a completion
+ * function takes. Returns 0. */
 int MctpLinkClearRequest(uint8_t eid, uint32_t flags);
 
 #ifdef __cplusplus

@@ -36,6 +36,12 @@ void CallWithTable(MctpLinkCallback callback, const std::vector<std::uint8_t>& p
     auto* const info = reinterpret_cast<MctpLinkCallbackInfo*>(bytes);
     info->callbackType = MCTPLINK_TABLE_DELIVERED;
     info->tableAttached = attached;
+    // Whoever reads the table goes by its count, so it must not promise more than there is.
+    const std::size_t entriesAt = headSize + sizeof(MctpLinkEndPointResp);
+    const std::size_t entries =
+        size > entriesAt ? (size - entriesAt) / sizeof(MctpLinkEndPoint) : 0;
+    info->table.entryCount =
+        static_cast<std::uint32_t>(std::min<std::size_t>(info->table.entryCount, entries));
     callback(info);
 }
 

@@ -24,14 +24,13 @@ Accelerator::Accelerator(const DeviceDetails& details, const std::string& basePa
 
 void Accelerator::InventoryTheDevice() {
     sct.ReadOnce(identity);
-    const std::uint32_t generation = Generation();
     if (GatherInventory() != 0) {
-        GiveUpInventory(generation);
+        GiveUpInventory();
         return;
     }
     FilterSensors();
     ModelAccelerator();
-    FinishInventory(generation, "Success");
+    FinishInventory("Success");
 }
 
 void Accelerator::FilterSensors() {

@@ -48,7 +48,7 @@ void Accelerator::GroupSensors() {
 
 int Accelerator::MonitorTheDevice() {
     {
-        const auto lock = Acquire();
+        const auto lock = BeginWork();
         for (const auto& endpoint : cmds) {
             const int status = MonitorEndpoint(*endpoint);
             if (status != ToInt(VantricStatus::SUCCESS)) {

@@ -16,7 +16,8 @@ public:
     template <std::integral T>
     ByteWriter& Write(T value) {
         for (std::size_t i = 0; i < sizeof(T); ++i) {
-            bytes.push_back(static_cast<std::uint8_t>(static_cast<std::uint64_t>(value) >> (8 * i)));
+            bytes.push_back(
+                static_cast<std::uint8_t>(static_cast<std::uint64_t>(value) >> (8 * i)));
         }
         return *this;
     }

@@ -56,6 +56,12 @@ std::unique_lock<std::mutex> Device::Acquire() {
     return std::unique_lock(deviceMutex);
 }
 
+std::unique_lock<std::mutex> Device::BeginWork() {
+    auto lock = Acquire();
+    workGeneration = generation;
+    return lock;
+}
+
 bool Device::IsEmbedded() const {
     return ldid.find("NIC.Embedded.") != std::string::npos;
 }

@@ -73,15 +73,13 @@ protected:
     int GatherInventory();
 
     /** Ends a successful inventory: on to monitoring, or to another inventory if a table has
-     *  rearranged several controllers meanwhile. Monitor thread.
-     *  @param generation value of Generation() before the inventory began
+     *  rearranged several controllers since it began. Monitor thread.
      *  @param outcome the word for success in the log line */
-    void FinishInventory(std::uint32_t generation, const char* outcome = "successful");
+    void FinishInventory(const char* outcome = "successful");
 
-    /** Decides what follows a failed inventory: another one at once if new endpoints are at hand
-     *  or on their way, else the change to I2C. Monitor thread.
-     *  @param generation value of Generation() before the inventory began */
-    void GiveUpInventory(std::uint32_t generation);
+    /** Decides what follows a failed inventory: another one if it gave way to a new table, or if a
+     *  table has brought new endpoints since it began; else the change to I2C. Monitor thread. */
+    void GiveUpInventory();
 
     // Pieces of a monitor cycle. Monitor thread, with deviceMutex held unless told otherwise.
 
@@ -114,11 +112,8 @@ protected:
     /** Posts the object of a controller; index counts from 1. */
     void UpdateControllerInvData(std::uint8_t index);
 
-    /** Takes deviceMutex, after whoever asked for it before. Any thread. */
-    std::unique_lock<std::mutex> Acquire();
-
-    /** Counts the endpoint tables that this device took over. Any thread. */
-    std::uint32_t Generation() const { return generation; }
+    /** Takes deviceMutex for the commands of an inventory or of a monitor cycle. Monitor thread. */
+    std::unique_lock<std::mutex> BeginWork();
 
     std::uint16_t slotNumber;
     std::vector<EID_table> mI2C_EIDs;
@@ -145,7 +140,7 @@ private:
     void SwitchStep();
     void WaitStep();
     void StartWaiting();
-    void LeaveFailedEndpoints(int status, std::uint32_t generationBefore);
+    void LeaveFailedEndpoints(int status);
     // These five are called with deviceMutex held, or before the monitor thread exists.
     void UseI2C_EIDs();
     void Update_Controller_EID_Map();
@@ -158,11 +153,16 @@ private:
     std::string ObjectPath() const;
     bool IsEmbedded() const;
 
+    /** Takes deviceMutex, after whoever asked for it before. Any thread. */
+    std::unique_lock<std::mutex> Acquire();
+
     std::mutex deviceMutex;
     /// Held only while waiting for deviceMutex: who waits there blocks those who come later, so
     /// that a monitor thread that starts its next cycle at once can't overtake a waiting table.
     std::mutex turnMutex;
-    std::atomic<std::uint32_t> generation{0};
+    std::uint32_t generation = 0;     ///< endpoint tables taken over; deviceMutex
+    std::uint32_t workGeneration = 0; ///< generation when the current work began; deviceMutex
+    bool gaveWay = false;             ///< the last inventory ended for a new table; monitor thread
     std::thread monitorThread;
 };
 

@@ -4,6 +4,7 @@
 #include "common/log.hpp"
 #include "common/pause.hpp"
 #include "common/process_flags.hpp"
+#include "common/status.hpp"
 
 #include <chrono>
 
@@ -20,9 +21,11 @@ constexpr std::uint8_t forcedRead = 1;
 
 int Device::GatherInventory() {
     modeling->DeleteDBUSPaths(CLEAR_ALL);
-    const auto lock = Acquire();
+    const auto lock = BeginWork();
+    gaveWay = false;
     for (auto& endpoint : cmds) {
         if (GatherEndpoint(*endpoint) != 0) {
+            gaveWay = endpoint->LastStatus() == ToInt(VantricStatus::NEW_END_POINTS);
             return 1;
         }
     }
@@ -47,23 +50,23 @@ int Device::GatherEndpoint(PLDMCmds& endpoint) {
     return endpoint.SetNumericeSensorEnable();
 }
 
-void Device::FinishInventory(std::uint32_t generationBefore, const char* outcome) {
+void Device::FinishInventory(const char* outcome) {
     {
         const auto lock = Acquire();
-        if (generation == generationBefore || controllerEIDMap.size() < 2) {
+        if (generation == workGeneration || controllerEIDMap.size() < 2) {
             state = DEVICE_MONITORING;
         }
     }
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory %s for slot %d\n", outcome, slotNumber);
 }
 
-void Device::GiveUpInventory(std::uint32_t generationBefore) {
+void Device::GiveUpInventory() {
     bool newEndPoints = false;
     {
-        // The table's thread may have come and gone since the command gave up for it: then its flag
-        // is clear again, but the device has its endpoints.
+        // The table's thread may have come and gone since a command gave way to it, for this device
+        // or for another: then its flag is clear again.
         const auto lock = Acquire();
-        newEndPoints = useNewEndPoints || generation != generationBefore;
+        newEndPoints = gaveWay || useNewEndPoints || generation != workGeneration;
         state = newEndPoints ? DEVICE_INVENTORY : DEVICE_SWITCH_TO_I2C;
     }
     if (newEndPoints) {

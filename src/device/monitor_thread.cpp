@@ -40,7 +40,6 @@ void Device::InvMonThread() {
 }
 
 void Device::MonitorStep() {
-    const std::uint32_t generationBefore = generation;
     const int status = MonitorTheDevice();
     switch (static_cast<VantricStatus>(status)) {
     case VantricStatus::SUCCESS:
@@ -57,14 +56,14 @@ void Device::MonitorStep() {
                     status);
         break;
     default:
-        LeaveFailedEndpoints(status, generationBefore);
+        LeaveFailedEndpoints(status);
         break;
     }
 }
 
-void Device::LeaveFailedEndpoints(int status, std::uint32_t generationBefore) {
+void Device::LeaveFailedEndpoints(int status) {
     const auto lock = Acquire();
-    if (generation != generationBefore) {
+    if (generation != workGeneration) {
         return; // what failed has been replaced meanwhile
     }
     if (status != ToInt(VantricStatus::DISCOVERY_RUNNING) && useI2C) {

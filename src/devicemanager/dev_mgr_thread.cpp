@@ -35,18 +35,23 @@ void DeviceManager::DeleteDevicesThread() {
             }
         }
         VANTRIC_LOG(LOG_LEVEL_TRACE, "EVENT_POWER_OFF Received deleting the devices\n");
-        DeleteAllDevices();
-        DBusHandler::instance().ResetNumbering();
-        malloc_trim(0);
+        if (DeleteAllDevices()) {
+            DBusHandler::instance().ResetNumbering();
+            malloc_trim(0);
+        }
     }
 }
 
-void DeviceManager::DeleteAllDevices() {
+bool DeviceManager::DeleteAllDevices() {
     const std::scoped_lock lock(devicesMutex);
+    if (hostPowerState != HOST_POWER_OFF) {
+        return false; // on again while a table was at work, and that table's devices are good
+    }
     for (const auto& [ldid, device] : devices) {
         device->Stop();
     }
     devices.clear();
+    return true;
 }
 
 } // namespace vantric

@@ -41,7 +41,8 @@ private:
     void RemoveUndiscoveredDevices();
     void SetFwUpdateInProgress(bool inProgress);
     [[noreturn]] void DeleteDevicesThread();
-    void DeleteAllDevices();
+    /** Returns false, with nothing done, if the host is on again. */
+    bool DeleteAllDevices();
 
     std::unique_ptr<MctpClient> mctpClient;
     std::unordered_map<std::string, std::shared_ptr<Device>> devices; ///< by LDID; devicesMutex

@@ -50,9 +50,9 @@ std::unique_ptr<DeviceDetails> DescribeDevice(const EndPointEntry& entry, std::u
 void AddEndPoint(DeviceDetails& details, const EndPointEntry& entry, std::uint32_t instance) {
     EID_table endpoint{
         .busAddress = entry.busAddress, .bdf = entry.bdf, .eid = entry.eid, .instance = 0};
-    if (entry.i2c) {
+    if (entry.i2c != 0) {
         details.i2cEIDs.push_back(endpoint);
-    } else if (entry.vdm) {
+    } else if (entry.vdm != 0) {
         endpoint.instance = entry.slotType == SLOT_TYPE_EMBEDDED ? instance : 0;
         details.vdmEIDs.push_back(endpoint);
     }

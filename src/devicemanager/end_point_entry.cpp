@@ -30,10 +30,10 @@ EndPointEntry ReadEndPointEntry(std::span<const std::uint8_t> bytes) {
     ByteReader reader(bytes);
     EndPointEntry entry;
     entry.endPointType = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, endPointType));
-    entry.i2c = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, i2c)) != 0;
-    entry.vdm = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, vdm)) != 0;
+    entry.i2c = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, i2c));
+    entry.vdm = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, vdm));
     entry.eid = reader.At<std::uint16_t>(offsetof(MctpLinkEndPoint, eid));
-    entry.pldm = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, pldm)) != 0;
+    entry.pldm = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, pldm));
     entry.slotType = reader.At<std::uint8_t>(offsetof(MctpLinkEndPoint, slotType));
     entry.slotNumber = reader.At<std::uint16_t>(offsetof(MctpLinkEndPoint, slotNumber));
     entry.bdf = reader.At<std::uint16_t>(offsetof(MctpLinkEndPoint, bdf));
@@ -69,7 +69,7 @@ bool IsServed(const EndPointEntry& entry) {
     const bool typeServed = entry.endPointType == END_POINT_TYPE_PCI ||
                             entry.endPointType == END_POINT_TYPE_ACCELERATOR ||
                             entry.endPointType == END_POINT_TYPE_BRIDGE;
-    return slotServed && typeServed && entry.pldm;
+    return slotServed && typeServed && entry.pldm != 0;
 }
 
 } // namespace vantric

@@ -20,11 +20,11 @@ enum EndPointType : std::uint8_t {
 
 struct EndPointEntry {
     std::uint8_t endPointType = 0;
-    bool i2c = false;
-    bool vdm = false;
+    std::uint8_t i2c = 0; ///< non-zero: reached over I2C
+    std::uint8_t vdm = 0; ///< non-zero: reached over VDM
     std::uint16_t eid = 0;
-    bool pldm = false;
-    std::string ldidText; ///< without spaces and control characters
+    std::uint8_t pldm = 0; ///< non-zero: speaks PLDM
+    std::string ldidText;  ///< without spaces and control characters
     std::uint8_t slotType = 0;
     std::uint16_t slotNumber = 0;
     std::uint16_t bdf = 0;

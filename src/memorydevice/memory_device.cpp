@@ -43,13 +43,12 @@ MemoryDevice::MemoryDevice(const DeviceDetails& details, const std::string& base
 }
 
 void MemoryDevice::InventoryTheDevice() {
-    const std::uint32_t generation = Generation();
     if (GatherInventory() != 0) {
-        GiveUpInventory(generation);
+        GiveUpInventory();
         return;
     }
     ModelSensors();
-    FinishInventory(generation);
+    FinishInventory();
 }
 
 void MemoryDevice::ModelSensors() {
@@ -88,7 +87,7 @@ int MemoryDevice::MonitorTheDevice() {
         return PauseAfterCycle();
     }
     {
-        const auto lock = Acquire();
+        const auto lock = BeginWork();
         for (const auto& endpoint : cmds) {
             const int status = MonitorEndpoint(*endpoint);
             if (status != ToInt(VantricStatus::SUCCESS)) {

@@ -29,13 +29,12 @@ NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath)
 }
 
 void NicDevice::InventoryTheDevice() {
-    const std::uint32_t generation = Generation();
     if (GatherInventory() != 0) {
-        GiveUpInventory(generation);
+        GiveUpInventory();
         return;
     }
     ModelControllers();
-    FinishInventory(generation);
+    FinishInventory();
     i2cMonitorFailures = 0;
 }
 
@@ -58,7 +57,7 @@ void NicDevice::ModelControllers() {
 
 int NicDevice::MonitorTheDevice() {
     {
-        const auto lock = Acquire();
+        const auto lock = BeginWork();
         std::uint8_t controller = 1;
         for (auto& endpoint : cmds) {
             const int status = MonitorController(*endpoint, controller);
@@ -94,7 +93,11 @@ int NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
 }
 
 bool NicDevice::ToleratesMonitorFailure() {
-    return useI2C && i2cMonitorFailures++ < toleratedFailures;
+    if (!useI2C || i2cMonitorFailures >= toleratedFailures) {
+        return false;
+    }
+    ++i2cMonitorFailures;
+    return true;
 }
 
 } // namespace vantric

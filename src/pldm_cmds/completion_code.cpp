@@ -11,11 +11,11 @@ int PLDMCmds::GetPLDMCommandsStatus(std::uint32_t completionCode, std::uint16_t 
     case PLDM_SUCCESS:
         return ToInt(VantricStatus::SUCCESS);
     case PLDM_ERROR:
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "CMD failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "CMD failed for EID = %d\n", Eid());
         throw VantricStatus::COMMAND_FAILED;
     case PLDM_NOT_READY:
     case PLDM_SENSOR_NOT_READY:
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Device is not ready for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Device is not ready for EID = %d\n", Eid());
         throw VantricStatus::DEVICE_NOT_READY;
     case PLDM_UNSUPPORTED_COMMAND:
         return ToInt(VantricStatus::NOT_SUPPORTED);
@@ -23,7 +23,7 @@ int PLDMCmds::GetPLDMCommandsStatus(std::uint32_t completionCode, std::uint16_t 
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Invalid Sensor ID = %d\n", sensorID);
         return ToInt(VantricStatus::INVALID_OR_CHANGED);
     default:
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error = %d\n", eid, completionCode);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error = %d\n", Eid(), completionCode);
         return ToInt(VantricStatus::FAILURE);
     }
 }

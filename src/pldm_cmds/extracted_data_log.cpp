@@ -197,7 +197,7 @@ void LogRecords(const std::vector<std::shared_ptr<Record>>& records) {
 std::shared_ptr<__extractedData>& PLDMCmds::GetExtractedData() {
     const auto& data = *extractedData;
     VANTRIC_LOG(LOG_LEVEL_TRACE, "%s\n", asterisks);
-    VANTRIC_LOG(LOG_LEVEL_TRACE, "Extracting data for Slot = %d having EID = %d\n", slot, eid);
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Extracting data for Slot = %d having EID = %d\n", slot, Eid());
     VANTRIC_LOG(LOG_LEVEL_TRACE, "%s\n", asterisks);
     LogTypes(data);
     LogRepository(data);

@@ -18,7 +18,7 @@ constexpr std::size_t versionOffset = 14;
 
 std::string PLDMCmds::GetFWParameters() {
     if (!extractedData->supportedTypes.contains(PLDM_FW_UPDATE)) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "PLDM FW Update not supported for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "PLDM FW Update not supported for EID = %d\n", Eid());
         return {};
     }
     const auto response = Exchange({.type = PLDM_FW_UPDATE,
@@ -26,11 +26,11 @@ std::string PLDMCmds::GetFWParameters() {
                                     .data = {},
                                     .capacity = firmwareCapacity});
     if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
         return {};
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
         return {};
     }

@@ -139,7 +139,7 @@ void PLDMCmds::HandleGeneralFRURecord(std::span<const std::uint8_t> table,
         contents.*membersByType[field->type] = text;
     }
     if (fields.Cut()) {
-        VANTRIC_LOG(LOG_LEVEL_WARNING, "FRU table of EID = %d ends within a field\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_WARNING, "FRU table of EID = %d ends within a field\n", Eid());
     }
 }
 

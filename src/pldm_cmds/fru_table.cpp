@@ -24,7 +24,7 @@ constexpr std::uint32_t firstHandle = 1;
 
 int PLDMCmds::GetFRUMetaData() {
     if (!extractedData->supportedTypes.contains(PLDM_FRU)) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM FRU not supported for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM FRU not supported for EID = %d\n", Eid());
         return ToInt(VantricStatus::NOT_SUPPORTED);
     }
     const auto response = Exchange({.type = PLDM_FRU,
@@ -32,11 +32,11 @@ int PLDMCmds::GetFRUMetaData() {
                                     .data = {},
                                     .capacity = metadataCapacity});
     if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
         return ToInt(VantricStatus::FAILURE);
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for EID = %d and error code = %d\n", eid,
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
         return ToInt(VantricStatus::FAILURE);
     }
@@ -63,11 +63,11 @@ int PLDMCmds::GetFRUContents() {
                       .capacity = length + tableDataOffset,
                       .spare = 0});
         if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", eid);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
             return ToInt(VantricStatus::FAILURE);
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
             return ToInt(VantricStatus::FAILURE);
         }
@@ -90,7 +90,7 @@ int PLDMCmds::GetFRUContents() {
         case MultipartAssembly::Step::NO_MEANING:
             break;
         case MultipartAssembly::Step::TOO_LONG:
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "FRU table without end for EID = %d\n", eid);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "FRU table without end for EID = %d\n", Eid());
             return ToInt(VantricStatus::FAILURE);
         }
     }

@@ -87,15 +87,15 @@ int PLDMCmds::SetNumericeSensorEnable() {
                                                     .Finish(),
                                         .capacity = enableCapacity});
         if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
             return ToInt(VantricStatus::FAILURE);
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
             return ToInt(VantricStatus::FAILURE);
         }
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "Sensor %d Enabled for EID = %d\n", sensor->sensorID, eid);
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "Sensor %d Enabled for EID = %d\n", sensor->sensorID, Eid());
     }
     return ToInt(VantricStatus::SUCCESS);
 }
@@ -121,7 +121,7 @@ int PLDMCmds::GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor,
                       .data = ByteWriter().Write(sensor->sensorID).Write(noRearm).Finish(),
                       .capacity = readingCapacity});
         if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", eid,
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", Eid(),
                         response.Status());
             throw static_cast<VantricStatus>(response.Status());
         }

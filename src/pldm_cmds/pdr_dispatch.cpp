@@ -43,7 +43,7 @@ void PLDMCmds::HandlePDR(std::span<const std::uint8_t> record) {
 bool PLDMCmds::IsWhole(const ByteReader& body, std::uint8_t pdrType) const {
     if (body.Truncated()) {
         VANTRIC_LOG(LOG_LEVEL_WARNING, "PDR of type %d for EID = %d ends before its fields do\n",
-                    pdrType, eid);
+                    pdrType, Eid());
         return false;
     }
     return true;

@@ -33,11 +33,11 @@ int PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
                                     .data = {},
                                     .capacity = repositoryInfoCapacity});
     if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
         return ToInt(VantricStatus::FAILURE);
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code is %d\n", eid,
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code is %d\n", Eid(),
                     response.CompletionCode());
         return ToInt(VantricStatus::FAILURE);
     }

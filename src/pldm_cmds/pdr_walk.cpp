@@ -59,11 +59,11 @@ int PLDMCmds::GetPDR() {
         const auto response =
             Exchange(MakeRequest(position, extractedData->iLargestRecordSize, PdrCapacity()));
         if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", eid);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
             return ToInt(VantricStatus::FAILURE);
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
             return ToInt(VantricStatus::FAILURE);
         }
@@ -86,7 +86,7 @@ int PLDMCmds::GetPDR() {
         case MultipartAssembly::Step::NO_MEANING:
             break;
         case MultipartAssembly::Step::TOO_LONG:
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", eid);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", Eid());
             return ToInt(VantricStatus::FAILURE);
         }
     }

@@ -28,8 +28,8 @@ void PLDMCmds::ResetEID(std::uint8_t newEid) {
     // The old transport clears what is pending for its EID, so it goes before the new one comes.
     mTransportPtr.reset();
     eid = newEid;
-    VANTRIC_LOG(LOG_LEVEL_ERROR, "Updating EID = %d for slot %d\n", eid, slot);
-    mTransportPtr = std::make_unique<MCTPTransport>(slot, eid);
+    VANTRIC_LOG(LOG_LEVEL_ERROR, "Updating EID = %d for slot %d\n", newEid, slot);
+    mTransportPtr = std::make_unique<MCTPTransport>(slot, newEid);
 }
 
 void PLDMCmds::ResetExtractedData() {
@@ -63,9 +63,9 @@ PldmResponse PLDMCmds::Exchange(const PldmRequest& request) {
     packet.responseBytes.resize(request.capacity + request.spare);
     packet.responseLength = static_cast<std::uint32_t>(request.capacity);
 
-    const int status = mTransportPtr->SendPacket(packet);
-    if (status != ToInt(VantricStatus::SUCCESS)) {
-        return PldmResponse(status);
+    lastStatus = mTransportPtr->SendPacket(packet);
+    if (lastStatus != ToInt(VantricStatus::SUCCESS)) {
+        return PldmResponse(lastStatus);
     }
     const std::size_t received = std::min({static_cast<std::size_t>(packet.responseLength),
                                            request.capacity, packet.responseBytes.size()});

@@ -23,11 +23,11 @@ int PLDMCmds::GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version) {
                                     .data = ByteWriter().Write(typeByte).Write(version).Finish(),
                                     .capacity = commandsCapacity});
     if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
         return ToInt(VantricStatus::FAILURE);
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
         return ToInt(VantricStatus::FAILURE);
     }

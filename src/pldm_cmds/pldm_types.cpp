@@ -21,11 +21,11 @@ int PLDMCmds::GetPLDMTypes() {
     const auto response = Exchange(
         {.type = PLDM_BASE, .command = CMD_GET_PLDM_TYPES, .data = {}, .capacity = typesCapacity});
     if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
         return ToInt(VantricStatus::FAILURE);
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
         return ToInt(VantricStatus::FAILURE);
     }
@@ -43,11 +43,11 @@ int PLDMCmds::GetTID() {
     const auto response =
         Exchange({.type = PLDM_BASE, .command = CMD_GET_TID, .data = {}, .capacity = tidCapacity});
     if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
         return ToInt(VantricStatus::FAILURE);
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
         return ToInt(VantricStatus::FAILURE);
     }

@@ -57,11 +57,11 @@ int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
                       .data = ByteWriter().Write(handle).Write(operation).Write(type).Finish(),
                       .capacity = versionCapacity});
         if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", eid);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
             return ToInt(VantricStatus::FAILURE);
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
             return ToInt(VantricStatus::FAILURE);
         }
@@ -69,7 +69,8 @@ int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
         exchanges += 1;
         const bool taken = TakeVersions(response.From(versionDataOffset), supported->second);
         if (!taken || exchanges > limits::versionsOfType) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Too many versions of type %d for EID = %d\n", type, eid);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Too many versions of type %d for EID = %d\n", type,
+                        Eid());
             return ToInt(VantricStatus::FAILURE);
         }
         const auto flag = response.At<std::uint8_t>(transferFlagOffset);
@@ -97,11 +98,11 @@ int PLDMCmds::SelectPLDMVersion(std::uint8_t type, std::uint32_t version) {
                                     .data = ByteWriter().Write(type).Write(version).Finish(),
                                     .capacity = selectCapacity});
     if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", eid);
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
         return ToInt(VantricStatus::FAILURE);
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
         return ToInt(VantricStatus::FAILURE);
     }

@@ -73,9 +73,10 @@ int PLDMCmds::GetStateSensorReading(StateChangeMap& changes) {
              .capacity = stateReadingCapacity});
         int status = response.Status();
         if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", eid, status);
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", Eid(),
+                        status);
         } else if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", eid,
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
             status = ToInt(VantricStatus::FAILURE);
         }
