@@ -226,13 +226,6 @@ TEST_F(Binding, AnnouncesAndWithdrawsOnce) {
     EXPECT_EQ(std::vector{removed}, Sent());
 }
 
-TEST_F(Binding, EmitsTheSignalsOfTheInterface) {
-    Warning thresholds(bus, path);
-    thresholds.warningLowAlarmAsserted(-4.5);
-    EXPECT_EQ((std::vector{Signal{path, Warning::interface, "WarningLowAlarmAsserted", "-4.5"}}),
-              Sent());
-}
-
 TEST_F(Binding, RefusesASecondInterfaceOfTheNameOnAnObject) {
     Value sensor(bus, path);
     try {

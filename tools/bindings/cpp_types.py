@@ -51,11 +51,6 @@ class CppType:
         """The C++ type that travels over D-Bus: enumerations go as text."""
         return "std::string" if self.enum else self.cpp
 
-    @property
-    def by_value(self):
-        """Whether a value costs no more to copy than a reference to it."""
-        return self.enum is not None or len(self.signature) == 1 and self.signature not in "so"
-
 
 def parse_type(text, enums):
     """Returns the CppType of a text such as "array[struct[string,uint32]]".

@@ -40,25 +40,15 @@ class Property:
 
 @dataclass(frozen=True)
 class Signal:
-    """A signal of the interface. arguments: triples of C++ parameter name, CppType, description."""
+    """A signal of the interface. It is declared on the bus; nothing here emits it."""
 
     name: str
-    method: str
-    description: str
     arguments: list
 
     @property
     def signature(self):
         """The D-Bus types of the arguments."""
-        return "".join(type_.signature for _, type_, _ in self.arguments)
-
-    @property
-    def parameters(self):
-        """The parameters of the member function that emits the signal."""
-        return ", ".join(
-            f"{type_.cpp} {name}" if type_.by_value else f"const {type_.cpp}& {name}"
-            for name, type_, _ in self.arguments
-        )
+        return "".join(type_.signature for type_ in self.arguments)
 
 
 @dataclass(frozen=True)
@@ -177,7 +167,5 @@ def _signal(entry):
     arguments = []
     for argument in entry.get("properties", []):
         _check_keys(f"an argument of {entry['name']}", argument, {"name", "type"}, {"description"})
-        type_ = parse_type(argument["type"], {})
-        name = method_name(argument["name"])
-        arguments.append((name, type_, argument.get("description", "")))
-    return Signal(entry["name"], method_name(entry["name"]), entry["description"], arguments)
+        arguments.append(parse_type(argument["type"], {}))
+    return Signal(entry["name"], arguments)

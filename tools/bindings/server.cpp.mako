@@ -117,16 +117,6 @@ ${type_} ${cls}::${p.method}(${p.type.cpp} newValue) {
     return ${p.method}(std::move(newValue), false);
 }
 % endfor
-% for s in interface.signals:
-
-void ${cls}::${s.method}(${s.parameters}) {
-    auto message = interface_.new_signal("${s.name}");
-% if s.arguments:
-    message.append(${", ".join(name for name, _, _ in s.arguments)});
-% endif
-    message.signal_send();
-}
-% endfor
 
 void ${cls}::setPropertyByName(const std::string& propertyName, const PropertiesVariant& val,
     bool skipSignal) {

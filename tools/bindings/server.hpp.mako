@@ -74,11 +74,6 @@ ${comment(p.description, 4)}
     virtual ${p.type.cpp} ${p.method}(${p.type.cpp} newValue, bool skipSignal);
     virtual ${p.type.cpp} ${p.method}(${p.type.cpp} newValue);
 % endfor
-% for s in interface.signals:
-
-${comment(s.description, 4)}
-    void ${s.method}(${s.parameters});
-% endfor
 
     /** Writes a property, by its name on the bus, through its virtual operation. A name that the
      *  interface doesn't have is passed over. Throws std::bad_variant_access if val is of another

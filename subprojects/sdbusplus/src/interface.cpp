@@ -36,14 +36,6 @@ void interface_t::emit_removed() {
     }
 }
 
-message_t interface_t::new_signal(const char* member) {
-    sd_bus_message* message = nullptr;
-    details::Check("sd_bus_message_new_signal",
-                   sd_bus_message_new_signal(details::Access::handle(connection), &message,
-                                             path.c_str(), name.c_str(), member));
-    return message_t(message, std::false_type());
-}
-
 void interface_t::property_changed(const char* property) {
     char* names[] = {const_cast<char*>(property), nullptr};
     sd_bus_emit_properties_changed_strv(details::Access::handle(connection), path.c_str(),

@@ -21,10 +21,6 @@ bool message_t::is_method_error() const {
     return sd_bus_message_is_method_error(handle.get(), nullptr) > 0;
 }
 
-void message_t::signal_send() {
-    Check("sd_bus_send", sd_bus_send(nullptr, handle.get(), nullptr));
-}
-
 namespace message::details {
 
 namespace {

@@ -49,10 +49,6 @@ public:
     /** Tells whether the message is the answer to a call that failed. */
     bool is_method_error() const;
 
-    /** Sends a signal that interface_t::new_signal() started, over its connection.
-     *  @throws exception::SdBusError */
-    void signal_send();
-
 private:
     friend struct details::Access;
 

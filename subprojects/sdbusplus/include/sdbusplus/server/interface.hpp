@@ -39,10 +39,6 @@ public:
      *  flags is passed over, and so is a lost connection: there is nobody to tell. */
     void property_changed(const char* property);
 
-    /** Starts a signal of the interface; its arguments are appended, then signal_send() sends it.
-     *  @throws exception::SdBusError if the name isn't valid or the connection is lost. */
-    message_t new_signal(const char* member);
-
 private:
     bus_t connection;
     std::string path;
