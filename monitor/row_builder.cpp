@@ -126,9 +126,9 @@ private:
     void AddController(const std::string& path, const Object& object) {
         const auto* affinity = object.Get<std::int64_t>(controllerInterface, "CPUAffinity");
         rows.push_back({.card = names.Of(path, object),
-                        .object = path.substr(path.rfind('/') + 1),
+                        .object = path.substr(path.rfind('/') + 1) + " CPU affinity",
                         .value = affinity == nullptr ? "n/a" : std::to_string(*affinity),
-                        .unit = "CPU affinity",
+                        .unit = "",
                         .status = "present",
                         .health = "",
                         .order = OrderOf(Kind::CONTROLLER, path)});

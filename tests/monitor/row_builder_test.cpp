@@ -141,7 +141,7 @@ TEST(RowBuilder, NamesTheCardOfAnObjectThatDoesNotTell) {
     model.AddInterfaces(sensorPath, ThermalSensor());
     EXPECT_THAT(Lines(model),
                 ElementsAre("NIC in Slot 3|Firmware|22.31.10||present|ok",
-                            "NIC in Slot 3|networkcontroller_1|1|CPU affinity|present|",
+                            "NIC in Slot 3|networkcontroller_1 CPU affinity|1||present|",
                             "NIC in Slot 3|sensorid_5|41|C|ok|ok"));
 }
 
