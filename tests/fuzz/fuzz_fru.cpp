@@ -1,0 +1,10 @@
+/** Takes the input for a FRU table and for a timestamp. */
+#include "pldm_cmds/scripted_endpoint.hpp"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::span<const std::uint8_t> input(data, size);
+    ScriptedEndpoint endpoint;
+    endpoint.cmds.CheckFRURecordTypeAndParse(input);
+    vantric::PLDMCmds::convertToTimestamp104(input);
+    return 0;
+}
