@@ -1,6 +1,7 @@
 /** Plays a platform with cards for the daemon. */
 
-#include "scenario/yaml.hpp"
+#include "bus/platform_services.hpp"
+#include "scenario/card.hpp"
 #include "server/server.hpp"
 
 #include <cstdio>
@@ -9,10 +10,15 @@
 namespace {
 
 int Play(const std::string& path) {
-    bench::Machine machine(bench::ReadScenario(path));
+    const auto scenario = bench::ReadScenario(path);
+    bench::Machine machine(scenario);
     bench::EventLoop loop;
+    std::optional<bench::PlatformServices> services;
+    if (scenario.platformServices) {
+        services.emplace(loop, machine);
+    }
     bench::Server server(loop, machine, benchlink::SocketPath());
-    bench::Control control(machine, server);
+    bench::Control control(machine, server, services ? &*services : nullptr);
     server.SetControl(control);
     // Whoever started the bench waits for this line.
     std::printf("bench: %zu cards, listening at %s\n", machine.Cards().size(),

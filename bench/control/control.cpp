@@ -1,6 +1,7 @@
 #include "control/control.hpp"
 
 #include <array>
+#include <system_error>
 
 namespace bench {
 
@@ -20,8 +21,9 @@ std::vector<std::string> Split(const std::string& text) {
     return words;
 }
 
-std::array<std::span<const ControlCommand>, 4> AllCommands() {
-    return {SensorCommands(), FaultCommands(), PlatformControlCommands(), ReportCommands()};
+std::array<std::span<const ControlCommand>, 5> AllCommands() {
+    return {SensorCommands(), FaultCommands(), PlatformControlCommands(), BusCommands(),
+            ReportCommands()};
 }
 
 std::string UsageOf(std::string_view name, std::string_view usage) {
@@ -71,6 +73,8 @@ void Control::Run(const std::string& text, const ControlReply& reply) {
         }
         usage = UsageOf(command->name, command->usage);
         reply(true, command->run(*this, words));
+    } catch (const std::system_error& error) {
+        reply(false, error.what());
     } catch (const CommandError& error) {
         reply(false, error.what() + (usage.empty() ? "" : " (" + usage + ")"));
     }

@@ -9,13 +9,17 @@
 
 namespace bench {
 
+class PlatformServices;
+
 /** Says whether a command was carried out, and what it did or what was wrong. */
 using ControlReply = std::function<void(bool ok, const std::string& told)>;
 
 /** Carries out commands on the running bench. */
 class Control {
 public:
-    Control(Machine& machine, Audience& audience) : machine(machine), audience(audience) {}
+    /** services is null where the scenario has none. */
+    Control(Machine& machine, Audience& audience, PlatformServices* services)
+        : machine(machine), audience(audience), services(services) {}
 
     /** Carries out a command: its words, separated by NUL. reply is called once, at once or, for a
      *  command that waits, later. */
@@ -26,6 +30,7 @@ public:
 
     Machine& machine;
     Audience& audience;
+    PlatformServices* services;
 
 private:
     struct Waiter {
@@ -51,6 +56,7 @@ struct ControlCommand {
 std::span<const ControlCommand> SensorCommands();
 std::span<const ControlCommand> FaultCommands();
 std::span<const ControlCommand> PlatformControlCommands();
+std::span<const ControlCommand> BusCommands();
 std::span<const ControlCommand> ReportCommands();
 
 /** The endpoint whose EID is the next word. Throws CommandError. */

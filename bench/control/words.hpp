@@ -2,7 +2,15 @@
 #pragma once
 
 #include "number_text.hpp"
-#include "scenario/yaml.hpp"
+#include "scenario/named_number.hpp"
+
+#include <concepts>
+#include <limits>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace bench {
 

@@ -13,6 +13,7 @@ struct EndPoint {
     Medium medium = Medium::Vdm;
     std::uint16_t bdf = 0;
     std::uint8_t busAddress = 0;
+    std::string udid;                        /**< as the address service tells it */
     std::vector<std::uint8_t> ldid;          /**< any bytes */
     std::optional<std::uint16_t> ldidLength; /**< claimed instead of the true one */
     std::uint8_t endPointType = 2;

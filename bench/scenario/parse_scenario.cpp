@@ -55,6 +55,7 @@ EndPoint ParseEndPoint(const Value& value, Mapping& cardMapping, const Card& car
     }
     mapping.Read("bdf", endPoint.bdf);
     mapping.Read("bus-address", endPoint.busAddress);
+    mapping.Read("udid", endPoint.udid);
     const auto usual = std::string(kind.ldidPrefix) + std::to_string(card.slot) + "-1-1";
     endPoint.ldid.assign(usual.begin(), usual.end());
     if (const auto ldid = mapping.Find("ldid")) {

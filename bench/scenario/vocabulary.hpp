@@ -1,7 +1,9 @@
 /** The words of a scenario and the numbers that they stand for. */
 #pragma once
 
-#include "scenario/yaml.hpp"
+#include "scenario/named_number.hpp"
+
+#include <span>
 
 namespace bench {
 

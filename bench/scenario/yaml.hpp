@@ -1,6 +1,8 @@
 /** YAML with messages that say where. */
 #pragma once
 
+#include "scenario/named_number.hpp"
+
 #include <concepts>
 #include <cstdint>
 #include <limits>
@@ -21,12 +23,6 @@ namespace bench {
 class ScenarioError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
-};
-
-/** A word that stands for a number. */
-struct NamedNumber {
-    std::string_view name;
-    std::uint32_t number;
 };
 
 /** One node of a scenario. Every operation that doesn't find what it expects throws
