@@ -36,41 +36,6 @@ std::vector<std::uint32_t> VersionsOf(ScriptedEndpoint& endpoint, std::uint8_t t
     return versions;
 }
 
-using Operation = std::function<int(PLDMCmds&)>;
-
-struct RequestCase {
-    const char* name;
-    Operation run;
-    Bytes request; ///< as first request of an object, with instance id 1
-    std::uint32_t capacity;
-    std::size_t buffer;
-};
-
-class RequestBytes : public testing::TestWithParam<RequestCase> {};
-
-TEST_P(RequestBytes, AreThoseOfTheCommand) {
-    const auto& expected = GetParam();
-    ScriptedEndpoint endpoint;
-    endpoint.Supports(0).Supports(4).Supports(5);
-    auto sensor = std::make_shared<__Temp_sensors>();
-    sensor->sensorID = 0x1234;
-    sensor->sensorInit = 2;
-    endpoint.Data().numericSensors = {sensor};
-    auto state = std::make_shared<_StateSensors>();
-    state->sensorId = 0x5678;
-    endpoint.Data().stateSensors = {state};
-    endpoint.Data().iLargestRecordSize = 0x10203;
-    endpoint.Data().fruTableLength = 0x10040;
-
-    expected.run(endpoint.cmds);
-
-    ASSERT_EQ(endpoint.Asked(), 1U);
-    EXPECT_EQ(endpoint.transport.requests[0], expected.request);
-    EXPECT_EQ(endpoint.transport.commands[0], expected.request[2]);
-    EXPECT_EQ(endpoint.transport.capacities[0], expected.capacity);
-    EXPECT_EQ(endpoint.transport.buffers[0], expected.buffer);
-}
-
 int Poll(PLDMCmds& cmds) {
     ReadingMap readings;
     return cmds.GetAllSensorReading(readings);
@@ -81,57 +46,94 @@ int PollStates(PLDMCmds& cmds) {
     return cmds.GetStateSensorReading(changes);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, RequestBytes,
-    testing::Values(
-        RequestCase{"GetTID", &PLDMCmds::GetTID, {0x81, 0, 2}, 14, 15},
-        RequestCase{"GetPLDMVersion",
-                    [](PLDMCmds& cmds) { return cmds.GetPLDMVersionForType(4); },
-                    {0x81, 0, 3, 0, 0, 0, 0, 1, 4},
-                    242,
-                    243},
-        RequestCase{"GetPLDMTypes", &PLDMCmds::GetPLDMTypes, {0x81, 0, 4}, 21, 22},
-        RequestCase{"GetPLDMCommands",
-                    [](PLDMCmds& cmds) { return cmds.GetSupportedPLDMCmds(2, v120); },
-                    {0x81, 0, 5, 2, 0x00, 0xF0, 0xF2, 0xF1},
-                    45,
-                    46},
-        RequestCase{"SelectPLDMVersion",
-                    [](PLDMCmds& cmds) { return cmds.SelectPLDMVersion(2, v122); },
-                    {0x81, 0, 6, 2, 0x00, 0xF2, 0xF2, 0xF1},
-                    13,
-                    14},
-        RequestCase{"SetNumericSensorEnable",
-                    &PLDMCmds::SetNumericeSensorEnable,
-                    {0x81, 2, 0x10, 0x34, 0x12, 0, 0},
-                    13,
-                    14},
-        RequestCase{"GetSensorReading", &Poll, {0x81, 2, 0x11, 0x34, 0x12, 0}, 23, 24},
-        RequestCase{
-            "GetStateSensorReadings", &PollStates, {0x81, 2, 0x21, 0x78, 0x56, 0, 0}, 46, 47},
-        RequestCase{"GetPDRRepositoryInfo",
-                    [](PLDMCmds& cmds) { return cmds.GetPDRRepositoryInfo(0); },
-                    {0x81, 2, 0x50},
-                    53,
-                    54},
-        // The largest record size is believed up to 64 KiB; its low 16 bits are asked for.
-        RequestCase{"GetPDR",
-                    &PLDMCmds::GetPDR,
-                    {0x81, 2, 0x51, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0x03, 0x02, 0, 0},
-                    65536 + 34,
-                    65536 + 35},
-        RequestCase{"GetFRURecordTableMetadata", &PLDMCmds::GetFRUMetaData, {0x81, 4, 1}, 30, 31},
-        RequestCase{"GetFRURecordTable",
-                    &PLDMCmds::GetFRUContents,
-                    {0x81, 4, 2, 1, 0, 0, 0, 1},
-                    0x40 + 9,
-                    0x40 + 9},
-        RequestCase{"GetFirmwareParameters",
-                    [](PLDMCmds& cmds) { return static_cast<int>(cmds.GetFWParameters().size()); },
-                    {0x81, 5, 2},
-                    1024,
-                    1025}),
-    [](const auto& info) { return std::string(info.param.name); });
+int ReadFirmware(PLDMCmds& cmds) {
+    return cmds.GetFWParameters().empty() ? 1 : 0;
+}
+
+/** One command: what it sends as first request of an object, and how it fails. */
+struct CommandCase {
+    const char* name;
+    std::function<int(PLDMCmds&)> run;
+    const char* request;
+    std::uint32_t capacity;
+    std::string sendMessage; ///< for a status 3 of the transport
+    std::string codeMessage; ///< for completion code 2
+    int codeLevel = 1;
+    int sendStatus = 1;
+    std::size_t spare = 1; ///< bytes by which the buffer is longer
+};
+
+class Commands : public testing::TestWithParam<CommandCase> {
+protected:
+    Commands() {
+        endpoint.Supports(0).Supports(4).Supports(5);
+        auto sensor = std::make_shared<__Temp_sensors>();
+        sensor->sensorID = 0x1234;
+        sensor->sensorInit = 2;
+        endpoint.Data().numericSensors = {sensor};
+        auto state = std::make_shared<_StateSensors>();
+        state->sensorId = 0x5678;
+        endpoint.Data().stateSensors = {state};
+        endpoint.Data().iLargestRecordSize = 0x10203;
+        endpoint.Data().fruTableLength = 0x10040;
+    }
+
+    ScriptedEndpoint endpoint;
+};
+
+TEST_P(Commands, SendTheirBytesAndFailInTheirWords) {
+    const auto& command = GetParam();
+    const CapturedLog log;
+    endpoint.Answers({NoAnswer(3), Reply(2)});
+
+    EXPECT_EQ(command.run(endpoint.cmds), command.sendStatus);
+    EXPECT_EQ(log.Messages(1), std::vector{command.sendMessage});
+    EXPECT_EQ(command.run(endpoint.cmds), 1);
+    EXPECT_EQ(log.Count(command.codeLevel, command.codeMessage), 1);
+
+    const auto& transport = endpoint.transport;
+    ASSERT_EQ(transport.requests.size(), 2U);
+    const auto request = Bytes::FromHex(command.request);
+    EXPECT_EQ(transport.requests[0], request);
+    EXPECT_EQ(transport.commands[0], request[2]);
+    EXPECT_EQ(transport.capacities[0], command.capacity);
+    EXPECT_EQ(transport.buffers[0], command.capacity + command.spare);
+}
+
+const std::string sendFailed = "Send failed for EID = 9\n";
+const std::string failed = "Failed for EID = 9\n";
+const std::string withStatus = "Send failed for EID = 9 and status = 3\n";
+const std::string errorCode = "Failed for EID = 9 and error code = 2\n";
+
+const std::vector<CommandCase> commandCases{
+    {"GetTID", &PLDMCmds::GetTID, "81 00 02", 14, sendFailed, errorCode},
+    {"GetPLDMVersion", [](auto& cmds) { return cmds.GetPLDMVersions(4); },
+     "81 00 03 00 00 00 00 01 04", 242, sendFailed, errorCode},
+    {"GetPLDMTypes", &PLDMCmds::GetPLDMTypes, "81 00 04", 21, sendFailed, errorCode},
+    {"GetPLDMCommands", [](auto& cmds) { return cmds.GetSupportedPLDMCmds(2, v120); },
+     "81 00 05 02 00 F0 F2 F1", 45, sendFailed, errorCode},
+    {"SelectPLDMVersion", [](auto& cmds) { return cmds.SelectPLDMVersion(2, v122); },
+     "81 00 06 02 00 F2 F2 F1", 13, failed, errorCode},
+    {"SetNumericSensorEnable", &PLDMCmds::SetNumericeSensorEnable, "81 02 10 34 12 00 00", 13,
+     sendFailed, errorCode},
+    {"GetSensorReading", &Poll, "81 02 11 34 12 00", 23, withStatus,
+     "Failed for EID = 9 and error = 2\n", 1, 3},
+    {"GetStateSensorReadings", &PollStates, "81 02 21 78 56 00 00", 46, withStatus, errorCode, 1,
+     3},
+    {"GetPDRRepositoryInfo", [](auto& cmds) { return cmds.GetPDRRepositoryInfo(0); }, "81 02 50",
+     53, failed, "Failed for EID = 9 and error code is 2\n"},
+    // The largest record size is believed up to 64 KiB; its low 16 bits are asked for.
+    {"GetPDR", &PLDMCmds::GetPDR, "81 02 51 00 00 00 00 00 00 00 00 01 03 02 00 00", 65536 + 34,
+     failed, errorCode},
+    {"GetFRURecordTableMetadata", &PLDMCmds::GetFRUMetaData, "81 04 01", 30, sendFailed, errorCode,
+     4},
+    {"GetFRURecordTable", &PLDMCmds::GetFRUContents, "81 04 02 01 00 00 00 01", 0x40 + 9, failed,
+     errorCode, 1, 1, 0},
+    {"GetFirmwareParameters", &ReadFirmware, "81 05 02", 1024, sendFailed, errorCode},
+};
+
+INSTANTIATE_TEST_SUITE_P(All, Commands, testing::ValuesIn(commandCases),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(InstanceId, CountsFromOneModulo32) {
     ScriptedEndpoint endpoint;
@@ -144,60 +146,24 @@ TEST(InstanceId, CountsFromOneModulo32) {
     EXPECT_EQ(endpoint.transport.requests[32][0], 0x81);
 }
 
-struct FailureCase {
-    const char* name;
-    Operation run;
-    const char* sendMessage;
-    const char* codeMessage; ///< for completion code 2
-    int codeLevel;
-};
+TEST(ResetEID, LetsTheOldTransportGoAndKeepsWhatWasRead) {
+    class Leaving : public ScriptedTransport {
+    public:
+        explicit Leaving(bool& gone) : ScriptedTransport(3, 9), gone(gone) {}
+        ~Leaving() override { gone = true; }
 
-class Failures : public testing::TestWithParam<FailureCase> {};
-
-TEST_P(Failures, AreLoggedInTheirWordsAndGiveOne) {
-    const auto& expected = GetParam();
+    private:
+        bool& gone;
+    };
     const CapturedLog log;
-    ScriptedEndpoint endpoint;
-    endpoint.Supports(0).Supports(4);
-    auto sensor = std::make_shared<__Temp_sensors>();
-    sensor->sensorInit = 2;
-    endpoint.Data().numericSensors = {sensor};
-    endpoint.Answers({NoAnswer(3), Reply(2)});
-
-    EXPECT_EQ(expected.run(endpoint.cmds), 1);
-    EXPECT_EQ(log.Count(1, expected.sendMessage), 1);
-    EXPECT_EQ(expected.run(endpoint.cmds), 1);
-    EXPECT_EQ(log.Count(expected.codeLevel, expected.codeMessage), 1);
-    EXPECT_EQ(endpoint.Asked(), 2U);
+    bool gone = false;
+    PLDMCmds cmds(3, 9, std::make_unique<Leaving>(gone));
+    cmds.ExtractedData().TID = 5;
+    cmds.ResetEID(12);
+    EXPECT_TRUE(gone);
+    EXPECT_EQ(cmds.ExtractedData().TID, 5);
+    EXPECT_EQ(log.Messages(1), std::vector<std::string>{"Updating EID = 12 for slot 3\n"});
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, Failures,
-    testing::Values(
-        FailureCase{"GetTID", &PLDMCmds::GetTID, "Send failed for EID = 9\n",
-                    "Failed for EID = 9 and error code = 2\n", 1},
-        FailureCase{"GetPLDMTypes", &PLDMCmds::GetPLDMTypes, "Send failed for EID = 9\n",
-                    "Failed for EID = 9 and error code = 2\n", 1},
-        FailureCase{"GetPLDMVersions", [](PLDMCmds& cmds) { return cmds.GetPLDMVersions(0); },
-                    "Send failed for EID = 9\n", "Failed for EID = 9 and error code = 2\n", 1},
-        FailureCase{"GetSupportedPLDMCmds",
-                    [](PLDMCmds& cmds) { return cmds.GetSupportedPLDMCmds(0, v110); },
-                    "Send failed for EID = 9\n", "Failed for EID = 9 and error code = 2\n", 1},
-        FailureCase{"SelectPLDMVersion",
-                    [](PLDMCmds& cmds) { return cmds.SelectPLDMVersion(0, v110); },
-                    "Failed for EID = 9\n", "Failed for EID = 9 and error code = 2\n", 1},
-        FailureCase{"SetNumericeSensorEnable", &PLDMCmds::SetNumericeSensorEnable,
-                    "Send failed for EID = 9\n", "Failed for EID = 9 and error code = 2\n", 1},
-        FailureCase{"GetPDRRepositoryInfo",
-                    [](PLDMCmds& cmds) { return cmds.GetPDRRepositoryInfo(1); },
-                    "Failed for EID = 9\n", "Failed for EID = 9 and error code is 2\n", 1},
-        FailureCase{"GetPDR", &PLDMCmds::GetPDR, "Failed for EID = 9\n",
-                    "Failed for EID = 9 and error code = 2\n", 1},
-        FailureCase{"GetFRUMetaData", &PLDMCmds::GetFRUMetaData, "Send failed for EID = 9\n",
-                    "Failed for EID = 9 and error code = 2\n", 4},
-        FailureCase{"GetFRUContents", &PLDMCmds::GetFRUContents, "Failed for EID = 9\n",
-                    "Failed for EID = 9 and error code = 2\n", 1}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(GetPLDMTypes, TakesEachBitAndKeepsKnownVersions) {
     ScriptedEndpoint endpoint;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +35,16 @@ public:
     Bytes& Add(const Bytes& other) {
         insert(end(), other.begin(), other.end());
         return *this;
+    }
+
+    /** Bytes from hexadecimal digits, as a dump shows them: "81 00 02". */
+    static Bytes FromHex(std::string_view text) {
+        Bytes bytes;
+        for (std::size_t i = 0; i + 1 < text.size(); i += 3) {
+            bytes.push_back(
+                static_cast<std::uint8_t>(std::stoul(std::string(text.substr(i, 2)), nullptr, 16)));
+        }
+        return bytes;
     }
 
     Bytes& AddZeros(std::size_t count) {

@@ -225,13 +225,6 @@ TEST(GetFWParameters, ReturnsTheBytesAsTheyStand) {
     }
     EXPECT_EQ(log.Count(4, "FWVersion = 1.2.3 for Slot = 3\n"), 1);
     EXPECT_EQ(log.Count(4, "FWVersion =  for Slot = 3\n"), 2);
-
-    endpoint.Answers({NoAnswer(3), Reply(1)});
-    EXPECT_EQ(endpoint.cmds.GetFWParameters(), "");
-    EXPECT_EQ(endpoint.cmds.GetFWParameters(), "");
-    EXPECT_EQ(log.Messages(1),
-              (std::vector<std::string>{"Send failed for EID = 9\n",
-                                        "Failed for EID = 9 and error code = 1\n"}));
 }
 
 } // namespace

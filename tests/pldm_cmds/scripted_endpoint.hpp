@@ -98,7 +98,7 @@ public:
         return *this;
     }
 
-    vantric::__extractedData& Data() { return *cmds.GetExtractedData(); }
+    vantric::__extractedData& Data() { return cmds.ExtractedData(); }
     std::size_t Asked() const { return transport.requests.size(); }
 
 private:
