@@ -32,8 +32,8 @@ void tracelog_printf(int level, int /*module*/, const char* format, ...) {
     va_start(values, format);
     std::vsnprintf(text.data(), text.size(), format, values);
     va_end(values);
-    // thread:file:function:line:message
-    static const std::regex head("^[^:]*:[^:]*:([^:]*):\\d+:([^\n]*)\n?$");
+    // thread:file:function:line:message. Never destroyed: a detached thread may log until the end.
+    static const auto& head = *new std::regex("^[^:]*:[^:]*:([^:]*):\\d+:([^\n]*)\n?$");
     const std::lock_guard lock(linesMutex);
     lines.push_back(std::to_string(level) + " " + std::regex_replace(text.data(), head, "$1: $2"));
 }
