@@ -175,12 +175,12 @@ TEST(GetFRUContents, AsksForAsManyTablesAsThereAreRecords) {
 }
 
 TEST(GetFRUContents, EndsWithAnEndpointThatNeverDoes) {
-    for (const auto& [flag, data] :
-         {std::pair<std::uint8_t, Bytes>{0, {}}, {1, Bytes(900, 1)}, {3, {}}, {9, Bytes(900, 1)}}) {
+    for (const auto& answer : {Table(1, 0, {}), Table(1, 1, Bytes(900, 1)), Table(1, 3, {}),
+                               Table(1, 9, Bytes(900, 1)), Table(1, 5, {})}) {
         FruEndpoint endpoint(1000, 65535);
-        endpoint.transport.respond = [&](const Bytes&) { return Table(1, flag, data); };
-        EXPECT_EQ(endpoint.cmds.GetFRUContents(), 1) << int{flag};
-        EXPECT_LT(endpoint.Data().fruTable.size(), 1000U);
+        endpoint.transport.respond = [&](const Bytes&) { return answer; };
+        EXPECT_EQ(endpoint.cmds.GetFRUContents(), 1) << answer.bytes.size();
+        EXPECT_LE(endpoint.Data().fruTable.size(), 1000U);
     }
 }
 
