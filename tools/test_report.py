@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Sums up what `meson test` left in a build directory.
 
-Prints each failed test case, with the end of what its program wrote, and as its last line the
+Prints each failed test case, with the end of what was written about it, and as its last line the
 number of passed and of failed cases.
 
     test_report.py BUILD_DIR
@@ -13,6 +13,7 @@ import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
 TAIL_LINES = 40
+LINE_WIDTH = 200
 GOOD_RESULTS = {"OK", "SKIP", "EXPECTEDFAIL"}
 
 
@@ -60,12 +61,21 @@ def failed_programs(programs, cases):
             yield program, [f"{program['name']}: {program['result']}"]
 
 
+def excerpt(output, name):
+    """Returns what GoogleTest wrote about one case, or the whole output where it isn't told."""
+    start = output.rfind(f"[ RUN      ] {name}")
+    if start < 0:
+        return output
+    end = output.find(f"[  FAILED  ] {name}", start)
+    return output[start:] if end < 0 else output[start:end]
+
+
 def print_failure(program, names):
+    output = program.get("stdout", "") + program.get("stderr", "")
     for name in names:
         print(f"FAILED {name}")
-    output = program.get("stdout", "") + program.get("stderr", "")
-    for line in output.splitlines()[-TAIL_LINES:]:
-        print(f"    {line}")
+        for line in excerpt(output, name).splitlines()[-TAIL_LINES:]:
+            print(f"    {line[:LINE_WIDTH]}")
 
 
 def main():

