@@ -1,26 +1,21 @@
 #include "failing_memory.hpp"
 
-#include <cstdint>
 #include <cstdlib>
 #include <new>
 
-namespace {
+namespace vantric::test {
 
-thread_local std::size_t left = SIZE_MAX;
-thread_local bool failed = false;
+thread_local std::size_t allocationsBeforeFailure = never;
 
-} // namespace
+} // namespace vantric::test
 
 void* operator new(std::size_t size) {
-    if (left == 0) {
-        failed = true;
-        left = SIZE_MAX;
-        throw std::bad_alloc();
+    auto& left = vantric::test::allocationsBeforeFailure;
+    const bool fails = left == 0;
+    if (left != vantric::test::never) {
+        --left; // once past 0, never again
     }
-    if (left != SIZE_MAX) {
-        --left;
-    }
-    void* memory = std::malloc(size > 0 ? size : 1);
+    void* memory = fails ? nullptr : std::malloc(size > 0 ? size : 1);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
@@ -34,20 +29,3 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, std::size_t /*size*/) noexcept {
     std::free(memory);
 }
-
-namespace vantric::test {
-
-FailingMemory::FailingMemory(std::size_t allocationsBefore) {
-    failed = false;
-    left = allocationsBefore;
-}
-
-FailingMemory::~FailingMemory() {
-    left = SIZE_MAX;
-}
-
-bool FailingMemory::Failed() const {
-    return failed;
-}
-
-} // namespace vantric::test

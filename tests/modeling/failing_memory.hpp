@@ -1,20 +1,14 @@
-/** Memory that runs short on demand. */
+/** Memory that runs short on demand: failing_memory.cpp takes the place of operator new. */
 #pragma once
 
 #include <cstddef>
+#include <limits>
 
 namespace vantric::test {
 
-/** While one lives, one allocation of this thread fails: the one behind the first so many. */
-class FailingMemory {
-public:
-    explicit FailingMemory(std::size_t allocationsBefore);
-    ~FailingMemory();
-    FailingMemory(const FailingMemory&) = delete;
-    FailingMemory& operator=(const FailingMemory&) = delete;
+inline constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
-    /** Whether it has come to that allocation. */
-    bool Failed() const;
-};
+/** Allocations that this thread makes before one fails. Back at never once it has failed. */
+extern thread_local std::size_t allocationsBeforeFailure;
 
 } // namespace vantric::test

@@ -10,14 +10,56 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace vantric::test {
 
-inline const std::string base = "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/";
-inline const std::string temperatures = "/xyz/openbmc_project/sensors/temperature/";
-inline const std::string powers = "/xyz/openbmc_project/sensors/power/";
+using Texts = std::vector<std::string>;
+
+/** Replaces the root that a path begins with by a letter, so that tables stay readable. */
+inline std::string Short(const std::string& path) {
+    static const std::array<std::pair<std::string, std::string>, 4> roots{{
+        {"/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/", "B"},
+        {"/xyz/openbmc_project/inventory/system/", "I:"},
+        {"/xyz/openbmc_project/sensors/temperature/", "T:"},
+        {"/xyz/openbmc_project/sensors/power/", "P:"},
+    }};
+    for (const auto& [root, letter] : roots) {
+        if (path.starts_with(root)) {
+            return letter + path.substr(root.size());
+        }
+    }
+    return path;
+}
+
+/** "object path, inventory path, name, instance", and what a virtual board adds to it. */
+inline std::string Show(const SensorInsertRequest& request) {
+    std::string text = Short(request.objectPath) + ", " + Short(request.inventoryPath) + ", " +
+                       request.entityName + ", " + std::to_string(request.sensor.entityInstance);
+    if (request.slot != 3 || !request.resolvedLdid.empty()) {
+        text += ", " + std::to_string(request.slot) + " " + request.resolvedLdid;
+    }
+    return request.deviceLdid == "NIC.Slot.3" ? text : "of another device: " + text;
+}
+
+/** "state path, instance, second LDID". */
+inline std::string Show(const StateSensorRequest& request) {
+    const std::string text = Short(request.statePath) + ", " +
+                             std::to_string(request.entityInstance) + ", " + request.secondLdid;
+    return request.deviceLdid == "NIC.Slot.3" ? text : "of another device: " + text;
+}
+
+template <typename Request>
+Texts ShowAll(const std::vector<Request>& requests) {
+    Texts texts;
+    for (const auto& request : requests) {
+        texts.push_back(Show(request));
+    }
+    return texts;
+}
 
 class ModelingTest : public testing::Test {
 protected:
@@ -34,26 +76,25 @@ protected:
 
     /** Makes the device anew: the card in slot 3. */
     void Begin(bool multipleControllers, const PciIdentity& identity = {}) {
-        modeling.reset();
-        modeling = std::make_unique<Modeling>(
-            ModelingParameters{.slot = 3,
-                               .ldid = "NIC.Slot.3",
-                               .inventoryBase = base,
-                               .multipleControllers = multipleControllers,
-                               .identity = identity,
-                               .cpuAffinity = 1});
+        modeling = std::make_unique<Modeling>(ModelingParameters{
+            .slot = 3,
+            .ldid = "NIC.Slot.3",
+            .inventoryBase = "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/",
+            .multipleControllers = multipleControllers,
+            .identity = identity,
+            .cpuAffinity = 1});
         Forget();
     }
 
-    /** What controller 1's tree makes the device post. */
-    PostedRequests Publish(const ToldCard& card) {
-        modeling->CreatePDRTree(card.data, 1);
+    /** What the tree makes the device post. */
+    PostedRequests Publish(const ToldCard& card, std::uint8_t controller = 1) {
+        modeling->CreatePDRTree(card.data, controller);
         return TakePosted();
     }
 
-    /** What controller 2 makes the device post. */
-    PostedRequests PublishSecond(const ToldCard& card) {
-        modeling->CreatePDRTree(card.data, 2);
+    /** What the device posts for an endpoint that tells of no entities. */
+    PostedRequests PublishFlat(const ToldCard& card, std::uint8_t controller) {
+        modeling->ModelWithoutTree(card.data, controller);
         return TakePosted();
     }
 

@@ -19,33 +19,28 @@ protected:
     }
 };
 
-TEST_F(SecondControllerTest, NamesANumericSensorByItsNumber) {
+TEST_F(SecondControllerTest, NumbersItsSensorsBehindThePortsOfTheFirst) {
     const struct {
         const char* what;
         Entity entity;
         std::uint8_t unit;
-        std::string sensorPath;
-        std::string name;
-        int instance;
+        std::string root;
+        std::string shown;
     } cases[] = {
-        {"a port's temperature", {300, 1, 2}, 2, temperatures, "ethernet3", 3},
-        {"a port's power", {300, 1, 2}, 7, powers, "ethernet3", 3},
-        {"a unit that isn't counted", {300, 1, 2}, 4, temperatures, "ethernet1", 1},
-        {"a connector", {202, 1, 2}, 2, temperatures, "ethernet_3", 3},
-        {"the controller", {144, 1, 2}, 2, temperatures, "networkcontroller2", 2},
-        {"no word", {204, 1, 2}, 2, temperatures, "networkcontroller", 3},
+        {"a port's temperature", {300, 1, 2}, 2, "T:", "ethernet3, 3"},
+        {"a port's power", {300, 1, 2}, 7, "P:", "ethernet3, 3"},
+        {"a unit that isn't counted", {300, 1, 2}, 4, "T:", "ethernet1, 1"},
+        {"a connector", {202, 1, 2}, 2, "T:", "ethernet_3, 3"},
+        {"the controller", {144, 1, 2}, 2, "T:", "networkcontroller2, 2"},
+        {"no word", {204, 1, 2}, 2, "T:", "networkcontroller, 3"},
     };
-    for (const auto& row : cases) {
+    for (const auto& [what, entity, unit, root, shown] : cases) {
         FirstControllerWithPorts(2);
-        const auto posted = PublishSecond(ToldCard().Numeric(5, row.entity, row.unit));
-        ASSERT_EQ(posted.order, std::vector<std::string>{"dbusDataInsert"}) << row.what;
-        const auto& sensor = posted.sensors[0];
-        EXPECT_EQ(sensor.objectPath, row.sensorPath + "NIC.Slot.3_sensorid_ctrl2_5") << row.what;
-        EXPECT_EQ(sensor.inventoryPath, base + "3/networkcontroller_2") << row.what;
-        EXPECT_EQ(sensor.entityName, row.name) << row.what;
-        EXPECT_EQ(sensor.sensor.entityInstance, row.instance) << row.what;
-        EXPECT_EQ(sensor.resolvedLdid, "") << row.what;
-        EXPECT_EQ(sensor.slot, 3) << row.what;
+        const auto posted = Publish(ToldCard().Numeric(5, entity, unit), 2);
+        EXPECT_EQ(posted.order, Texts{"dbusDataInsert"}) << what;
+        EXPECT_EQ(ShowAll(posted.sensors),
+                  Texts{root + "NIC.Slot.3_sensorid_ctrl2_5, B3/networkcontroller_2, " + shown})
+            << what;
     }
 }
 
@@ -58,68 +53,60 @@ TEST_F(SecondControllerTest, CountsTemperaturesAndPowersApart) {
                           .Numeric(4, {300, 2, 2})
                           .Numeric(5, {300, 2, 2}, 7);
     for (int round = 0; round < 2; ++round) { // counting begins anew each time
-        const auto posted = PublishSecond(card);
-        std::vector<std::string> names;
-        for (const auto& sensor : posted.sensors) {
+        Texts names;
+        for (const auto& sensor : Publish(card, 2).sensors) {
             names.push_back(sensor.entityName);
         }
-        EXPECT_EQ(names, (std::vector<std::string>{"ethernet3", "ethernet3", "networkcontroller2",
-                                                   "ethernet4", "ethernet4"}));
+        EXPECT_EQ(names, (Texts{"ethernet3", "ethernet3", "networkcontroller2", "ethernet4",
+                                "ethernet4"}));
     }
 }
 
-TEST_F(SecondControllerTest, NamesAStateSensorByItsNumber) {
+TEST_F(SecondControllerTest, NumbersItsStateSensorsBehindThePortsOfTheFirst) {
     const struct {
         const char* what;
         Entity entity;
         std::string path;
-        int instance;
+        std::string instance;
     } cases[] = {
-        {"a port", {300, 1, 2}, "/networkcontroller_2/ethernet_3", 3},
-        {"a port of another kind", {302, 2, 2}, "/networkcontroller_2/fibre_channel_4", 4},
-        {"a word but no port", {303, 1, 2}, "/networkcontroller_2", 3},
-        {"the first connector", {202, 1, 2}, "/connector_3/sfp_8079_1", 3},
-        {"the lowest connector type", {200, 1, 2}, "/networkcontroller_2/connector_3/rj45_1", 3},
+        {"a port", {300, 1, 2}, "/networkcontroller_2/ethernet_3", "3"},
+        {"a port of another kind", {302, 2, 2}, "/networkcontroller_2/fibre_channel_4", "4"},
+        {"a word but no port", {303, 1, 2}, "/networkcontroller_2", "3"},
+        {"the first connector", {202, 1, 2}, "/connector_3/sfp_8079_1", "3"},
+        {"the lowest connector type", {200, 1, 2}, "/networkcontroller_2/connector_3/rj45_1", "3"},
         {"the highest connector type",
          {299, 1, 2},
          "/networkcontroller_2/connector_3/unkknown_connector_type_1",
-         3},
-        {"the controller", {144, 1, 2}, "/networkcontroller_2", 0},
-        {"the card", {68, 1, 2}, "/networkcontroller_2", 0},
-        {"an accelerator", {149, 1, 2}, "/networkcontroller_2", 0},
+         "3"},
+        {"the controller", {144, 1, 2}, "/networkcontroller_2", "0"},
+        {"the card", {68, 1, 2}, "/networkcontroller_2", "0"},
+        {"an accelerator", {149, 1, 2}, "/networkcontroller_2", "0"},
     };
-    for (const auto& row : cases) {
+    for (const auto& [what, entity, path, instance] : cases) {
         FirstControllerWithPorts(2);
-        const auto posted = PublishSecond(ToldCard().State(9, row.entity, {"A", "B"}));
-        ASSERT_EQ(posted.stateSensors.size(), 1U) << row.what;
-        const auto& sensor = posted.stateSensors[0];
-        EXPECT_EQ(sensor.statePath, base + "3" + row.path + "/sensor/state/sensorid_ctrl2_9")
-            << row.what;
-        EXPECT_EQ(sensor.entityInstance, row.instance) << row.what;
-        EXPECT_EQ(sensor.deviceLdid, "NIC.Slot.3") << row.what;
-        EXPECT_EQ(sensor.secondLdid, "") << row.what;
-        EXPECT_EQ(sensor.memberCount, 2) << row.what;
-        EXPECT_EQ(sensor.memberNames, (std::vector<std::string>{"A", "B"})) << row.what;
-        EXPECT_EQ(sensor.stateSetNames, (std::vector<std::string>{"A set", "B set"})) << row.what;
+        const auto posted = Publish(ToldCard().State(9, entity), 2);
+        EXPECT_EQ(ShowAll(posted.stateSensors),
+                  Texts{"B3" + path + "/sensor/state/sensorid_ctrl2_9, " + instance + ", "})
+            << what;
+        EXPECT_EQ(posted.stateSensors.at(0).memberNames, (Texts{"Link", "Fault"}));
+        EXPECT_EQ(posted.stateSensors.at(0).stateSetNames, (Texts{"Link State", ""}));
     }
 }
 
 TEST_F(SecondControllerTest, EachConnectorSensorCountsOn) {
     FirstControllerWithPorts(2);
     const auto posted =
-        PublishSecond(ToldCard().State(1, {202, 1, 2}).State(2, {300, 1, 2}).State(3, {210, 1, 2}));
-    ASSERT_EQ(posted.stateSensors.size(), 3U);
-    EXPECT_EQ(posted.stateSensors[2].statePath,
-              base + "3/connector_4/qsfp_1/sensor/state/sensorid_ctrl2_3");
+        Publish(ToldCard().State(1, {202, 1, 2}).State(2, {300, 1, 2}).State(3, {210, 1, 2}), 2);
+    EXPECT_EQ(Show(posted.stateSensors.at(2)),
+              "B3/connector_4/qsfp_1/sensor/state/sensorid_ctrl2_3, 4, ");
 }
 
 TEST_F(SecondControllerTest, CountersWrapAfter255) {
     FirstControllerWithPorts(255);
-    const auto posted = PublishSecond(ToldCard().Numeric(5, {300, 1, 2}).State(9, {202, 1, 2}));
+    const auto posted = Publish(ToldCard().Numeric(5, {300, 1, 2}).State(9, {202, 1, 2}), 2);
     EXPECT_EQ(posted.sensors.at(0).entityName, "ethernet0");
-    EXPECT_EQ(posted.stateSensors.at(0).statePath,
-              base + "3/connector_0/sfp_8079_1/sensor/state/sensorid_ctrl2_9");
-    EXPECT_EQ(posted.stateSensors.at(0).entityInstance, 0);
+    EXPECT_EQ(Show(posted.stateSensors.at(0)),
+              "B3/connector_0/sfp_8079_1/sensor/state/sensorid_ctrl2_9, 0, ");
 }
 
 TEST_F(SecondControllerTest, OnlyEthernetInfiniBandAndFibreChannelArePorts) {
@@ -127,7 +114,7 @@ TEST_F(SecondControllerTest, OnlyEthernetInfiniBandAndFibreChannelArePorts) {
                 .Physical(1, {68, 1, 0}, {{144, 1, 1}})
                 .Physical(2, {144, 1, 1}, {{300, 1, 2}, {301, 1, 2}, {302, 1, 2}, {303, 1, 2}})
                 .Physical(3, {300, 1, 2}, {{202, 1, 3}})); // the port again, as a container
-    const auto posted = PublishSecond(ToldCard().Numeric(5, {300, 1, 2}));
+    const auto posted = Publish(ToldCard().Numeric(5, {300, 1, 2}), 2);
     EXPECT_EQ(posted.sensors.at(0).entityName, "ethernet4");
 }
 
@@ -135,8 +122,8 @@ TEST_F(SecondControllerTest, LeavesTheFirstControllerAlone) {
     const auto first = NetworkCard().State(9, {300, 1, 2});
     Publish(first);
     for (int round = 0; round < 2; ++round) {
-        const auto posted = PublishSecond(NetworkCard().Numeric(5, {300, 1, 2}));
-        EXPECT_EQ(posted.order, std::vector<std::string>{"dbusDataInsert"});
+        const auto posted = Publish(NetworkCard().Numeric(5, {300, 1, 2}), 2);
+        EXPECT_EQ(posted.order, Texts{"dbusDataInsert"});
         EXPECT_EQ(posted.sensors[0].entityName, "ethernet3"); // its own associations don't count
     }
     EXPECT_EQ(first.data->stateSensors[0].use_count(), 2) << "the tree has let go of its records";
@@ -146,28 +133,26 @@ TEST_F(SecondControllerTest, WithoutEntitiesASensorBelongsToItsController) {
     const struct {
         bool controllers;
         std::uint8_t controller;
-        Entity entity;
-        std::string tag;
-        std::string inventory;
-        int instance;
+        std::uint16_t type;
+        const char* shown;
     } cases[] = {
-        {false, 1, {300, 7, 2}, "_sensorid_5", "/networkcontroller_1", 0},
-        {false, 1, {144, 7, 2}, "_sensorid_5", "/networkcontroller_1", 0},
-        {false, 1, {204, 7, 2}, "_sensorid_5", "/networkcontroller_1", 0},
-        {true, 1, {300, 7, 2}, "_sensorid_ctrl1_5", "/networkcontroller_1", 0},
-        {true, 2, {202, 7, 2}, "_sensorid_ctrl2_5", "/networkcontroller_2", 0},
-        {true, 2, {144, 7, 2}, "_sensorid_ctrl2_5", "/networkcontroller_2", 1},
-        {true, 3, {300, 7, 2}, "_sensorid_ctrl1_5", "/networkcontroller_1", 0},
+        {false, 1, 300, "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1, networkcontroller, 0"},
+        {false, 1, 144, "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1, networkcontroller, 0"},
+        {false, 1, 204, "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1, networkcontroller, 0"},
+        {true, 1, 300,
+         "T:NIC.Slot.3_sensorid_ctrl1_5, B3/networkcontroller_1, networkcontroller, 0"},
+        {true, 2, 202,
+         "T:NIC.Slot.3_sensorid_ctrl2_5, B3/networkcontroller_2, networkcontroller, 0"},
+        {true, 2, 144,
+         "T:NIC.Slot.3_sensorid_ctrl2_5, B3/networkcontroller_2, networkcontroller, 1"},
+        {true, 3, 300,
+         "T:NIC.Slot.3_sensorid_ctrl1_5, B3/networkcontroller_1, networkcontroller, 0"},
     };
-    for (const auto& row : cases) {
-        Begin(row.controllers);
-        modeling->ModelWithoutTree(ToldCard().Numeric(5, row.entity).data, row.controller);
-        const auto posted = TakePosted();
-        ASSERT_EQ(posted.order, std::vector<std::string>{"dbusDataInsert"});
-        EXPECT_EQ(posted.sensors[0].objectPath, temperatures + "NIC.Slot.3" + row.tag);
-        EXPECT_EQ(posted.sensors[0].inventoryPath, base + "3" + row.inventory);
-        EXPECT_EQ(posted.sensors[0].entityName, "networkcontroller");
-        EXPECT_EQ(posted.sensors[0].sensor.entityInstance, row.instance);
+    for (const auto& [controllers, controller, type, shown] : cases) {
+        Begin(controllers);
+        const auto posted = PublishFlat(ToldCard().Numeric(5, {type, 7, 2}), controller);
+        EXPECT_EQ(posted.order, Texts{"dbusDataInsert"});
+        EXPECT_EQ(ShowAll(posted.sensors), Texts{shown});
     }
 }
 
@@ -176,32 +161,25 @@ TEST_F(SecondControllerTest, WithoutEntitiesAStateSensorBelongsToItsController) 
         bool controllers;
         std::uint8_t controller;
         std::uint16_t type;
-        std::string path;
+        const char* shown;
     } cases[] = {
-        {false, 1, 144, "/networkcontroller_1/sensor/state/sensorid_9"},
-        {false, 1, 202, "/sensor/state/sensorid_9"},
-        {false, 1, 200, "/networkcontroller_1/sensor/state/sensorid_9"},
-        {false, 1, 299, "/networkcontroller_1/sensor/state/sensorid_9"},
-        {false, 1, 300, "/networkcontroller_1/sensor/state/sensorid_9"},
-        {true, 1, 300, "/networkcontroller_1/sensor/state/sensorid_ctrl1_9"},
-        {true, 2, 300, "/networkcontroller_2/sensor/state/sensorid_ctrl2_9"},
+        {false, 1, 144, "B3/networkcontroller_1/sensor/state/sensorid_9, 0, "},
+        {false, 1, 202, "B3/sensor/state/sensorid_9, 0, "},
+        {false, 1, 200, "B3/networkcontroller_1/sensor/state/sensorid_9, 0, "},
+        {false, 1, 299, "B3/networkcontroller_1/sensor/state/sensorid_9, 0, "},
+        {true, 1, 300, "B3/networkcontroller_1/sensor/state/sensorid_ctrl1_9, 0, "},
+        {true, 2, 300, "B3/networkcontroller_2/sensor/state/sensorid_ctrl2_9, 0, "},
     };
-    for (const auto& row : cases) {
-        Begin(row.controllers);
-        modeling->ModelWithoutTree(ToldCard().State(9, {row.type, 7, 2}).data, row.controller);
-        const auto posted = TakePosted();
-        ASSERT_EQ(posted.stateSensors.size(), 1U) << row.type;
-        EXPECT_EQ(posted.stateSensors[0].statePath, base + "3" + row.path);
-        EXPECT_EQ(posted.stateSensors[0].entityInstance, 0);
-        EXPECT_EQ(posted.stateSensors[0].secondLdid, "");
-        EXPECT_EQ(posted.stateSensors[0].deviceLdid, "NIC.Slot.3");
+    for (const auto& [controllers, controller, type, shown] : cases) {
+        Begin(controllers);
+        EXPECT_EQ(ShowAll(PublishFlat(ToldCard().State(9, {type, 7, 2}), controller).stateSensors),
+                  Texts{shown});
     }
 }
 
 TEST_F(SecondControllerTest, AStateSensorOfAnUnknownEntityIsTold) {
     const CapturedLog log;
-    modeling->ModelWithoutTree(ToldCard().State(9, {204, 1, 2}).data, 1);
-    EXPECT_TRUE(TakePosted().order.empty());
+    EXPECT_TRUE(PublishFlat(ToldCard().State(9, {204, 1, 2}), 1).order.empty());
     EXPECT_EQ(log.Count(1, "Invalid/Not supported EntityType: 204\n"), 1);
 }
 

@@ -17,35 +17,16 @@ struct Entity {
     std::uint16_t container = 0;
 };
 
-inline std::shared_ptr<EAPDR> Association(std::uint8_t associationType, std::uint16_t containerId,
-                                          const Entity& container,
-                                          const std::vector<Entity>& contained) {
-    auto association = std::make_shared<EAPDR>();
-    association->ContainerID = containerId;
-    association->AssociationType = associationType;
-    association->ContainerEntityType = container.type;
-    association->ContainerEntityInstanceNumber = container.instance;
-    association->ContainerEntityContainerID = container.container;
-    association->ContainedEntityCount = static_cast<std::uint8_t>(contained.size());
-    for (const auto& entity : contained) {
-        association->containedEntities.push_back(std::make_shared<CEList>(
-            CEList{entity.type, entity.instance, containerId, entity.container}));
-    }
-    return association;
-}
-
 class ToldCard {
 public:
     ToldCard& Physical(std::uint16_t containerId, const Entity& container,
                        const std::vector<Entity>& contained) {
-        data->entityAssociations.push_back(Association(0, containerId, container, contained));
-        return *this;
+        return Associate(0, containerId, container, contained);
     }
 
     ToldCard& Logical(std::uint16_t containerId, const Entity& container,
                       const std::vector<Entity>& contained) {
-        data->entityAssociations.push_back(Association(1, containerId, container, contained));
-        return *this;
+        return Associate(1, containerId, container, contained);
     }
 
     ToldCard& Numeric(std::uint16_t sensorId, const Entity& entity,
@@ -61,34 +42,49 @@ public:
         return *this;
     }
 
-    ToldCard& State(std::uint16_t sensorId, const Entity& entity,
-                    const std::vector<std::string>& members = {"Health"}) {
+    /** A state sensor with the members "Link" and "Fault". */
+    ToldCard& State(std::uint16_t sensorId, const Entity& entity) {
         auto sensor = std::make_shared<_StateSensors>();
         sensor->sensorId = sensorId;
         sensor->entityType = entity.type;
         sensor->entityInstanceNumber = entity.instance;
         sensor->containerID = entity.container;
-        sensor->compositeSensorCount = static_cast<std::uint8_t>(members.size());
-        for (const auto& member : members) {
-            _CompositeSensorData data;
-            data.sensorName = member;
-            data.stateSetName = member + " set";
-            sensor->compositeSensors.push_back(data);
-        }
+        sensor->compositeSensorCount = 2;
+        sensor->compositeSensors.resize(2);
+        sensor->compositeSensors[0].sensorName = "Link";
+        sensor->compositeSensors[0].stateSetName = "Link State";
+        sensor->compositeSensors[1].sensorName = "Fault";
         data->stateSensors.push_back(sensor);
         return *this;
     }
 
     std::shared_ptr<__extractedData> data = std::make_shared<__extractedData>();
+
+private:
+    ToldCard& Associate(std::uint8_t associationType, std::uint16_t containerId,
+                        const Entity& container, const std::vector<Entity>& contained) {
+        auto association = std::make_shared<EAPDR>();
+        association->ContainerID = containerId;
+        association->AssociationType = associationType;
+        association->ContainerEntityType = container.type;
+        association->ContainerEntityInstanceNumber = container.instance;
+        association->ContainerEntityContainerID = container.container;
+        association->ContainedEntityCount = static_cast<std::uint8_t>(contained.size());
+        for (const auto& [type, instance, containedIn] : contained) {
+            association->containedEntities.push_back(
+                std::make_shared<CEList>(CEList{type, instance, containerId, containedIn}));
+        }
+        data->entityAssociations.push_back(association);
+        return *this;
+    }
 };
 
-/** A card with one network controller, two ports and a connector at the first of them. */
+/** A card with one network controller, two ports and a module at the first of them. */
 inline ToldCard NetworkCard() {
-    ToldCard card;
-    card.Physical(1, {68, 1, 0}, {{144, 1, 1}})
+    return ToldCard()
+        .Physical(1, {68, 1, 0}, {{144, 1, 1}})
         .Physical(2, {144, 1, 1}, {{300, 1, 2}, {300, 2, 2}})
         .Physical(3, {300, 1, 2}, {{202, 1, 3}});
-    return card;
 }
 
 } // namespace vantric::test

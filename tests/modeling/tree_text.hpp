@@ -1,4 +1,4 @@
-/** A tree as text, and a search that needs no index. */
+/** A tree as text, and a search that needs no index. Both for small trees. */
 #pragma once
 
 #include "modeling/pdr_tree.hpp"
@@ -7,25 +7,20 @@
 
 namespace vantric::test {
 
-/** "(container,type,instance)" with the children in brackets behind it. For small trees. */
+/** "container.type.instance" with the children in brackets behind it. */
 inline std::string Text(const PDRTree* node) {
     if (node == nullptr) {
         return "none";
     }
-    std::string text = "(" + std::to_string(node->containerID) + "," +
-                       std::to_string(node->entityType) + "," +
-                       std::to_string(node->entityInstance) + ")";
-    if (!node->children.empty()) {
-        text += "[";
-        for (const auto& child : node->children) {
-            text += Text(child.get());
-        }
-        text += "]";
+    std::string text = std::to_string(node->containerID) + "." + std::to_string(node->entityType) +
+                       "." + std::to_string(node->entityInstance);
+    for (const auto& child : node->children) {
+        text += (child == node->children.front() ? "[" : " ") + Text(child.get());
     }
-    return text;
+    return node->children.empty() ? text : text + "]";
 }
 
-/** The first match of a plain depth-first walk. For small trees. */
+/** The first match of a plain depth-first walk. */
 inline PDRTree* FirstMatch(PDRTree* node, const EntityKey& key) {
     if (node == nullptr || node->Key() == key) {
         return node;
