@@ -18,14 +18,6 @@ constexpr auto clockScale = "0.02";
 constexpr auto sensorsRoot = "/xyz/openbmc_project/sensors";
 constexpr auto inventoryRoot = "/xyz/openbmc_project/inventory/system";
 
-int CountOf(const std::string& text, const std::string& piece) {
-    int count = 0;
-    for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
-        ++count;
-    }
-    return count;
-}
-
 } // namespace
 
 PlayedServer::PlayedServer(const std::string& scenario, int logLevel)
@@ -115,6 +107,14 @@ bool PlayedServer::WaitForLog(const std::string& text, int times) {
         return false;
     }
     return true;
+}
+
+int CountOf(const std::string& text, const std::string& piece) {
+    int count = 0;
+    for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
+        ++count;
+    }
+    return count;
 }
 
 std::string ReadScenario(const std::string& name) {

@@ -43,6 +43,9 @@ public:
     /** Waits until the daemon has logged the text at least so many times. */
     bool WaitForLog(const std::string& text, int times = 1);
 
+    /** What the daemon has logged so far. */
+    std::string Log() const { return daemon->Log(); }
+
     BusClient& Client() { return *client; }
     Process& Daemon() { return *daemon; }
     PrivateBus& Bus() { return *bus; }
@@ -58,6 +61,9 @@ private:
     std::unique_ptr<Process> daemon;
     std::unique_ptr<BusClient> client;
 };
+
+/** How often a piece stands in a text. */
+int CountOf(const std::string& text, const std::string& piece);
 
 /** The text of one of the bench's own scenarios, by its file's name. */
 std::string ReadScenario(const std::string& name);
