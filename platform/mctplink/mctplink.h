@@ -23,26 +23,26 @@ enum { MCTPLINK_DISCOVERY_STARTED = 3, MCTPLINK_TABLE_DELIVERED = 4 };
 /* One request and its response. Zeroed by the caller, who keeps it until the completion function
  * has run or MctpLinkClearRequest has returned. */
 struct MctpLinkRequest {
-    uint32_t command;               /* caller: PLDM command code */
-    uint8_t eid;                    /* caller: destination endpoint id */
-    uint8_t messageType;            /* caller: MCTP message type, 1 for PLDM */
-    uint8_t requestFlagA;           /* caller */
+    uint32_t command;     /* caller: PLDM command code */
+    uint8_t eid;          /* caller: destination endpoint id */
+    uint8_t messageType;  /* caller: MCTP message type, 1 for PLDM */
+    uint8_t requestFlagA; /* caller */
     uint8_t unused7;
-    const uint8_t* requestBytes;    /* caller */
-    uint8_t* responseBytes;         /* caller: buffer for the response */
+    const uint8_t* requestBytes; /* caller */
+    uint8_t* responseBytes;      /* caller: buffer for the response */
     uint8_t unused24[2];
-    uint8_t requestFlagB;           /* caller */
+    uint8_t requestFlagB; /* caller */
     uint8_t unused27[13];
-    uint32_t requestLength;         /* caller: bytes */
-    uint32_t responseLength;        /* in: capacity, out: length of the response, in bytes */
-    MctpLinkCompletion completion;  /* caller */
-    uint32_t responseStatus;        /* library */
+    uint32_t requestLength;        /* caller: bytes */
+    uint32_t responseLength;       /* in: capacity, out: length of the response, in bytes */
+    MctpLinkCompletion completion; /* caller */
+    uint32_t responseStatus;       /* library */
     uint32_t unused60;
-    void* context;                  /* caller */
+    void* context; /* caller */
     uint8_t unused72[4];
-    uint32_t responseFlags;         /* library */
+    uint32_t responseFlags; /* library */
     uint8_t unused80[8];
-    uint32_t responseErrorType;     /* library: 0 means good */
+    uint32_t responseErrorType; /* library: 0 means good */
     uint8_t unused92[44];
 };
 
@@ -55,29 +55,29 @@ struct MctpLinkEndPoint {
     uint8_t unused0[2];
     uint8_t endPointType;
     uint8_t unused3[22];
-    uint8_t i2c;                    /* non-zero: reached over I2C */
-    uint8_t vdm;                    /* non-zero: reached over PCIe VDM */
+    uint8_t i2c; /* non-zero: reached over I2C */
+    uint8_t vdm; /* non-zero: reached over PCIe VDM */
     uint8_t unused27[3];
     uint16_t eid;
     uint8_t unused32[49];
-    uint8_t pldm;                   /* non-zero: supports PLDM */
+    uint8_t pldm; /* non-zero: supports PLDM */
     uint8_t unused82[14];
     char ldid[MCTPLINK_LDID_CAPACITY]; /* not terminated; any byte is possible */
-    uint16_t ldidLength;            /* bytes of ldid in use */
-    uint8_t slotType;               /* 0 a card slot, 4 embedded */
+    uint16_t ldidLength;               /* bytes of ldid in use */
+    uint8_t slotType;                  /* 0 a card slot, 4 embedded */
     uint8_t unused611;
     uint16_t slotNumber;
     uint8_t unused614[24];
-    uint16_t bdf;                   /* PCIe bus, device, function */
+    uint16_t bdf; /* PCIe bus, device, function */
     uint8_t unused640[3];
     uint8_t busAddress;
 };
 
 /* The endpoint table: this head, then entryCount entries of MctpLinkEndPoint. */
 struct MctpLinkEndPointResp {
-    uint32_t source;                /* 1 makes the table acceptable */
-    uint32_t acceptable;            /* non-zero also makes the table acceptable */
-    uint32_t discoveryState;        /* 2 when the discovery is complete */
+    uint32_t source;         /* 1 makes the table acceptable */
+    uint32_t acceptable;     /* non-zero also makes the table acceptable */
+    uint32_t discoveryState; /* 2 when the discovery is complete */
     uint32_t entryCount;
 };
 
@@ -85,7 +85,7 @@ struct MctpLinkEndPointResp {
  * freed by the callback. */
 struct MctpLinkCallbackInfo {
     uint32_t callbackType;
-    uint32_t tableAttached;         /* non-zero: the table follows */
+    uint32_t tableAttached; /* non-zero: the table follows */
     struct MctpLinkEndPointResp table;
 };
 
