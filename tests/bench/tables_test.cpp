@@ -40,20 +40,20 @@ TEST(SlotCatalog, TellsWhatStandsInEachSlot) {
     ASSERT_EQ(0, SlotCatalogDeviceData(SLOTCATALOG_ALL, 0, &count, &capacity, records.data(), 2));
     ASSERT_EQ(1, count);
     const auto& card = records[0];
-    EXPECT_EQ(0x1111, card.vendorId);
-    EXPECT_EQ(0x2222, card.deviceId);
-    EXPECT_EQ(0x3333, card.subVendorId);
-    EXPECT_EQ(0x4444, card.subDeviceId);
-    EXPECT_EQ(SLOTCATALOG_LOCATOR_SLOT, card.locatorType);
-    EXPECT_EQ(3, card.slotNumber);
-    EXPECT_EQ(10, card.deviceClass);
-    EXPECT_EQ(2, card.cpuAffinity);
+    EXPECT_EQ(0x1111, +card.vendorId);
+    EXPECT_EQ(0x2222, +card.deviceId);
+    EXPECT_EQ(0x3333, +card.subVendorId);
+    EXPECT_EQ(0x4444, +card.subDeviceId);
+    EXPECT_EQ(SLOTCATALOG_LOCATOR_SLOT, +card.locatorType);
+    EXPECT_EQ(3, +card.slotNumber);
+    EXPECT_EQ(10, +card.deviceClass);
+    EXPECT_EQ(2, +card.cpuAffinity);
     ASSERT_EQ(0, SlotCatalogDeviceData(SLOTCATALOG_ALL, 2, &count, &capacity, records.data(), 2));
     ASSERT_EQ(2, count);
     EXPECT_EQ(2U, capacity);
-    EXPECT_EQ(SLOTCATALOG_LOCATOR_EMBEDDED, records[0].locatorType);
-    EXPECT_EQ(252, records[0].deviceClass);
-    EXPECT_EQ(4, records[1].slotNumber);
+    EXPECT_EQ(SLOTCATALOG_LOCATOR_EMBEDDED, +records[0].locatorType);
+    EXPECT_EQ(252, +records[0].deviceClass);
+    EXPECT_EQ(4, +records[1].slotNumber);
 }
 
 TEST(SlotCatalog, WritesNoFurtherThanItsBuffer) {
@@ -63,7 +63,7 @@ TEST(SlotCatalog, WritesNoFurtherThanItsBuffer) {
     std::uint32_t capacity = 1;
     ASSERT_EQ(0, SlotCatalogDeviceData(SLOTCATALOG_ALL, 2, &count, &capacity, records.data(), 1));
     EXPECT_EQ(1, count);
-    EXPECT_EQ(0, records[1].slotNumber);
+    EXPECT_EQ(0, +records[1].slotNumber);
     EXPECT_NE(0, SlotCatalogDeviceData(SLOTCATALOG_ALL, 3, &count, &capacity, records.data(), 2));
 }
 

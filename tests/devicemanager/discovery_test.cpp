@@ -43,7 +43,7 @@ std::uint8_t SlotCatalogDeviceData(std::uint32_t, std::uint32_t group, std::uint
                                    std::uint32_t recordsCapacity) {
     const auto& all = Catalog().groups.at(group);
     const auto count = std::min<std::size_t>(all.size(), recordsCapacity);
-    std::memcpy(records, all.data(), count * sizeof(SlotCatalogRecord));
+    std::copy_n(all.begin(), count, static_cast<SlotCatalogRecord*>(records));
     *recordCount = static_cast<std::uint8_t>(all.size());
     *capacity = static_cast<std::uint32_t>(count);
     return Catalog().dataError;
