@@ -6,7 +6,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
-#include <regex>
+#include <string>
 #include <utility>
 
 namespace vantric::test {
@@ -14,7 +14,17 @@ namespace vantric::test {
 namespace {
 
 std::mutex linesMutex;
-std::vector<std::string> lines;
+/// Never destroyed: a detached thread may log until the end.
+auto& lines = *new std::vector<std::string>;
+
+/** Takes thread, file and line out of "thread:file:function:line:message\n". */
+std::string Shortened(const std::string& line) {
+    const auto function = line.find(':', line.find(':') + 1) + 1;
+    const auto number = line.find(':', function);
+    const auto message = line.find(':', number + 1) + 1;
+    return line.substr(function, number - function) + ": " +
+           line.substr(message, line.find('\n', message) - message);
+}
 
 } // namespace
 
@@ -32,8 +42,6 @@ void tracelog_printf(int level, int /*module*/, const char* format, ...) {
     va_start(values, format);
     std::vsnprintf(text.data(), text.size(), format, values);
     va_end(values);
-    // thread:file:function:line:message. Never destroyed: a detached thread may log until the end.
-    static const auto& head = *new std::regex("^[^:]*:[^:]*:([^:]*):\\d+:([^\n]*)\n?$");
     const std::lock_guard lock(linesMutex);
-    lines.push_back(std::to_string(level) + " " + std::regex_replace(text.data(), head, "$1: $2"));
+    lines.push_back(std::to_string(level) + " " + Shortened(text.data()));
 }
