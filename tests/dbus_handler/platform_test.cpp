@@ -18,21 +18,12 @@ const std::string assembly = "/xyz/openbmc_project/inventory/system/assembly/";
 constexpr auto host = "/xyz/openbmc_project/state/host0";
 constexpr auto unusable = "1 FRUEventCallback: failed to read message err[stoi]";
 
-/** Starts the thread that hears the signals, once for all tests: it never ends by itself. */
-void Listen() {
-    static const bool started = [] {
-        std::thread(&DBusHandler::RegisterForDBUSEvents, &DBusHandler::instance()).detach();
-        std::unique_lock lock(dbusReadyMutex);
-        return dbusReadyCond.wait_for(lock, BusClient::patience, [] { return dbusReady; });
-    }();
-    ASSERT_TRUE(started);
-}
-
 class Platform : public PublishedBus {
 protected:
     Platform() {
         sd_bus_open_system(&platform);
-        Listen();
+        std::unique_lock lock(dbusReadyMutex);
+        EXPECT_TRUE(dbusReadyCond.wait_for(lock, BusClient::patience, [] { return dbusReady; }));
         hostPowerState = HOST_POWER_UNKNOWN;
         TakeLog();
     }
@@ -166,6 +157,19 @@ TEST_F(Platform, RetypesTheSensorsOfACardThatTurnsOutToBeOcp) {
     handler.Clear(card, true);
     Do(dbusDataInsert, CardSensor());
     EXPECT_EQ("151", Thermal("Instance"));
+}
+
+TEST_F(Platform, RetypesByWhatTheSensorIsSinceTheReset) {
+    auto optics = CardSensor();
+    optics.sensor.entityType = 200;
+    Do(dbusDataInsert, optics);
+    handler.Clear(card, true);
+    handler.ResetNumbering();
+    Sent();
+    Do(dbusDataInsert, CardSensor());
+    services.Set(assembly + "PCIESLOT3_FRU", "OCP");
+    handler.UpdateSensorType(3);
+    EXPECT_TRUE(Becomes("NDC_ASIC", 5));
 }
 
 TEST_F(Platform, IsAskedForTheModelWhenASensorComes) {

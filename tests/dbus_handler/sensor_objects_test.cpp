@@ -270,6 +270,17 @@ TEST_F(SensorObjects, EndHighAlarmsWithAReadingButNeverRaiseThem) {
     EXPECT_EQ("false false true", alarms());
 }
 
+TEST_F(SensorObjects, EndAnAlarmThatHasNoThreshold) {
+    Do(dbusDataInsert, CardSensor());
+    constexpr auto warning = "xyz.openbmc_project.Sensor.Threshold.Warning";
+    for (const double threshold : {0.0, std::nan("")}) {
+        client.SetProperty(service, CardSensorPath(), warning, "WarningHigh", threshold);
+        client.SetProperty(service, CardSensorPath(), warning, "WarningAlarmHigh", true);
+        Do(dbusSetSensorValue, Reading(50));
+        EXPECT_EQ("false", Property(CardSensorPath(), warning, "WarningAlarmHigh")) << threshold;
+    }
+}
+
 TEST_F(SensorObjects, AreToldApartByTheirWholeNumber) {
     Do(dbusDataInsert, CardSensor(SENSOR_KIND_PROBE, 12));
     Do(dbusDataInsert, CardSensor(SENSOR_KIND_PROBE, 1));
