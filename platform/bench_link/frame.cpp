@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t lengthSize = 4;
 constexpr std::size_t headSize = 5;
-constexpr std::size_t frameLimit = 16 * 1024 * 1024;
+constexpr std::size_t frameLimit = 16UL * 1024 * 1024;
 
 } // namespace
 

@@ -38,7 +38,7 @@ std::string PLDMCmds::GetFWParameters() {
     // Bytes that were claimed and not sent are no part of the version.
     const auto rest = response.From(versionOffset);
     const auto text = rest.first(std::min(length, rest.size()));
-    const std::string version(text.begin(), text.end());
+    std::string version(text.begin(), text.end());
     VANTRIC_LOG(LOG_LEVEL_TRACE, "FWVersion = %s for Slot = %d\n", version.c_str(), slot);
     return version;
 }

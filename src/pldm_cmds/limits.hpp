@@ -10,13 +10,13 @@
 namespace vantric::limits {
 
 /** Bytes of one PDR, and the part of the claimed largest record size that is believed. */
-inline constexpr std::size_t recordSize = 64 * 1024;
+inline constexpr std::size_t recordSize = 64UL * 1024;
 
 /** Bytes of one FRU table. */
-inline constexpr std::size_t fruTableSize = 256 * 1024;
+inline constexpr std::size_t fruTableSize = 256UL * 1024;
 
 /** Bytes that one operation may bring: all records of a repository, or all tables of a FRU. */
-inline constexpr std::size_t operationSize = 1024 * 1024;
+inline constexpr std::size_t operationSize = 1024UL * 1024;
 
 /** Exchanges of one operation. */
 inline constexpr std::size_t operationExchanges = 32768;

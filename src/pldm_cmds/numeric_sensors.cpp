@@ -157,8 +157,7 @@ int PLDMCmds::GetSensorReading(std::uint16_t sensorID, ReadingMap& readings) {
     if (found == sensors.end()) {
         return ToInt(VantricStatus::SUCCESS);
     }
-    const auto sensor = *found;
-    const int status = GetSensorReading(sensor, readings);
+    const int status = GetSensorReading(*found, readings);
     if (status != ToInt(VantricStatus::SUCCESS) &&
         status != ToInt(VantricStatus::DISCOVERY_RUNNING) &&
         status != ToInt(VantricStatus::NEW_END_POINTS)) {

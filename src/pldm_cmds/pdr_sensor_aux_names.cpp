@@ -50,7 +50,7 @@ private:
         while (end + unitSize <= rest.size() && (rest[end] != 0 || rest[end + 1] != 0)) {
             end += unitSize;
         }
-        const auto name = Utf8FromUtf16BigEndian(rest.first(end));
+        auto name = Utf8FromUtf16BigEndian(rest.first(end));
         rest = rest.subspan(std::min(end + unitSize, rest.size()));
         return name;
     }
