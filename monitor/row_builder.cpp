@@ -45,7 +45,7 @@ std::string HealthText(const std::int64_t* severity) {
 }
 
 std::string NumericSensorName(const Object& object, const std::string& path) {
-    const std::string location = object.Text(probeInterface, "ProbeLocation");
+    std::string location = object.Text(probeInterface, "ProbeLocation");
     if (!location.empty()) {
         return location;
     }
@@ -162,7 +162,8 @@ private:
         }
         for (const auto& [member, state] : *details) {
             const auto& [set, value] = state;
-            row.object = sensor + ' ' + member;
+            row.object = sensor;
+            row.object.append(" ").append(member);
             row.value = value == unavailable ? "n/a" : OrNothing(value);
             row.unit = set == unavailable ? "" : set;
             row.status = row.value == "n/a" ? "unavailable" : "ok";
