@@ -29,8 +29,8 @@ public:
  *  ScenarioError with the node's line. */
 class Value {
 public:
-    Value(YAML::Node node, std::shared_ptr<const std::string> file)
-        : node(std::move(node)), file(std::move(file)) {}
+    Value(const YAML::Node& node, std::shared_ptr<const std::string> file)
+        : node(node), file(std::move(file)) {}
 
     /** Reads a whole file. */
     static Value FromFile(const std::string& path);
