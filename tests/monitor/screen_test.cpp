@@ -96,8 +96,8 @@ TEST(Screen, ShowsWhatFitsAndAtTheEndAll) {
     Screen screen(ends.Writer());
     screen.Draw({"1", "2", "3"});
     EXPECT_EQ(ends.Read(), "1\n2\n3\n");
-    screen.Draw({"1", "2", "3", "4", "5"});
-    EXPECT_EQ(ends.Read(), "\x1b[3A\r\x1b[J1\n2\n... 3 more lines\n");
+    screen.Draw({"1", "2", "3", "4"});
+    EXPECT_EQ(ends.Read(), "\x1b[3A\r\x1b[J1\n2\n... 2 more lines\n");
     screen.Finish({"1", "2", "3", "4", "5"});
     EXPECT_EQ(ends.Read(), "\x1b[3A\r\x1b[J1\n2\n3\n4\n5\n");
 }
