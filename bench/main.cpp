@@ -1,7 +1,7 @@
 /** Plays a platform with cards for the daemon. */
 
 #include "bus/platform_services.hpp"
-#include "scenario/card.hpp"
+#include "scenario/scenario.hpp"
 #include "server/server.hpp"
 
 #include <cstdio>

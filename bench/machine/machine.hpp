@@ -3,7 +3,7 @@
 
 #include "machine/faults.hpp"
 #include "pldm/terminus.hpp"
-#include "scenario/card.hpp"
+#include "scenario/scenario.hpp"
 
 namespace bench {
 

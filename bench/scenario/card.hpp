@@ -44,13 +44,4 @@ struct Card {
     std::vector<EndPoint> endPoints;
 };
 
-struct Scenario {
-    std::vector<Card> cards;
-    std::vector<std::vector<std::uint8_t>> accelerators; /**< entries of the accelerator table */
-    bool platformServices = false;
-};
-
-/** Reads a scenario. Throws ScenarioError. */
-Scenario ReadScenario(const std::string& path);
-
 } // namespace bench

@@ -44,6 +44,10 @@ Motion ParseMotion(const Value& value);
 NumericEffector ParseNumericEffector(const Value& value, const EntityTree& tree);
 StateEffector ParseStateEffector(const Value& value, const EntityTree& tree);
 
+PciIdentity ParsePci(const Value& value);
+/** Reads an entry of the accelerator table, described or as bytes, filled up to its size. */
+std::vector<std::uint8_t> ParseAccelerator(const Value& value);
+
 /** Reads FRU fields of one record, a list of records, or a raw table. */
 Fru ParseFru(const Value& value);
 Firmware ParseFirmware(const Value& value);

@@ -1,4 +1,5 @@
 #include "scenario/parse.hpp"
+#include "scenario/scenario.hpp"
 #include "scenario/vocabulary.hpp"
 
 namespace bench {
@@ -6,7 +7,6 @@ namespace bench {
 namespace {
 
 constexpr std::size_t ldidCapacity = 512;
-constexpr std::size_t acceleratorEntrySize = 232;
 
 const CardKind& ParseKind(const Value& value) {
     const auto text = value.Text();
@@ -32,17 +32,6 @@ Medium ParseMedium(const Value& value) {
         value.Fail("a medium is vdm, i2c or none");
     }
     return Medium::None;
-}
-
-PciIdentity ParsePci(const Value& value) {
-    Mapping mapping(value);
-    PciIdentity pci;
-    mapping.Read("vendor", pci.vendor);
-    mapping.Read("device", pci.device);
-    mapping.Read("subvendor", pci.subVendor);
-    mapping.Read("subdevice", pci.subDevice);
-    mapping.Finish();
-    return pci;
 }
 
 EndPoint ParseEndPoint(const Value& value, Mapping& cardMapping, const Card& card,
@@ -131,12 +120,7 @@ Scenario ReadScenario(const std::string& path) {
     RequireDistinctEids(cards, scenario.cards);
     if (const auto accelerators = mapping.Find("accelerator-table")) {
         for (const auto& entry : accelerators->Items()) {
-            auto bytes = entry.Hex();
-            if (bytes.size() > acceleratorEntrySize) {
-                entry.Fail("an entry of the accelerator table has at most 232 bytes");
-            }
-            bytes.resize(acceleratorEntrySize);
-            scenario.accelerators.push_back(std::move(bytes));
+            scenario.accelerators.push_back(ParseAccelerator(entry));
         }
     }
     mapping.Finish();

@@ -4,7 +4,7 @@
 #include "bench/bytes.hpp"
 #include "bench/scenario_file.hpp"
 #include "pldm/terminus.hpp"
-#include "scenario/card.hpp"
+#include "scenario/scenario.hpp"
 
 #include <gtest/gtest.h>
 

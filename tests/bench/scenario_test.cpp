@@ -1,7 +1,7 @@
 /** What is wrong with a scenario is said with its line. */
 
 #include "bench/scenario_file.hpp"
-#include "scenario/card.hpp"
+#include "scenario/scenario.hpp"
 #include "scenario/yaml.hpp"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 #include "bench/bytes.hpp"
 #include "payload.hpp"
 #include "pldm/terminus.hpp"
-#include "scenario/card.hpp"
+#include "scenario/scenario.hpp"
 
 #include <gtest/gtest.h>
 
@@ -126,8 +126,8 @@ TEST_P(Shipped, ReadsEverySensorThatItDescribes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, Shipped,
-                         testing::Values("first.yaml", "server.yaml", "quiet.yaml",
-                                         "entities.yaml"));
+                         testing::Values("first.yaml", "server.yaml", "quiet.yaml", "entities.yaml",
+                                         "accelerators.yaml"));
 
 TEST(ShippedBadInput, IsPlayedToo) {
     const auto scenario = bench::ReadScenario(Path("bad-input.yaml"));

@@ -25,7 +25,9 @@ constexpr const char* scenario =
     "  - {slot: 1, kind: embedded-nic, group: 2, endpoints: [{eid: 10}]}\n"
     "  - {slot: 4, kind: nic, group: 2, endpoints: [{eid: 11}]}\n"
     "  - {slot: 5, kind: nic, pcie-record: false, endpoints: [{eid: 12}]}\n"
-    "accelerator-table: [\"16 00 00 00\", \"01\"]\n";
+    "accelerator-table:\n"
+    "  - \"01\"\n"
+    "  - {pci: {vendor: 0x1002, device: 0x75a0, subvendor: 1, subdevice: 2}, sensors: [30, 405]}\n";
 
 TEST(SlotCatalog, TellsWhatStandsInEachSlot) {
     const test::BenchProcess bench(scenario);
@@ -72,8 +74,11 @@ TEST(SlotCatalog, TellsTheAccelerators) {
     void* entries = nullptr;
     ASSERT_EQ(2, SlotCatalogAllDevices(&entries));
     const std::span bytes(static_cast<const std::uint8_t*>(entries), 2 * 232);
-    EXPECT_EQ("16 00 00 00 00", test::Text(bytes.first(5)));
-    EXPECT_EQ("01 00", test::Text(bytes.subspan(232, 2)));
+    EXPECT_EQ("01 00 00", test::Text(bytes.first(3)));
+    const auto described = bytes.subspan(232);
+    EXPECT_EQ("16 00 00 00 00", test::Text(described.first(5)));
+    EXPECT_EQ("02 10 a0 75 01 00 02 00 00", test::Text(described.subspan(60, 9)));
+    EXPECT_EQ("1e 00 95 01 00 00 00 00 00", test::Text(described.subspan(114, 9)));
     std::free(entries);
 }
 

@@ -1,11 +1,14 @@
 #include "support/private_bus.hpp"
 
+#include <systemd/sd-bus.h>
+
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
@@ -72,6 +75,25 @@ void WriteConfig(const std::string& path, const std::string& folder) {
     _exit(127);
 }
 
+void Check(const char* function, int result) {
+    if (result < 0) {
+        throw std::system_error(-result, std::generic_category(), function);
+    }
+}
+
+/** Connects and waits until the daemon has answered. It tells its address before it is ready to be
+ *  stopped in good order; once it answers, it is. */
+void AwaitAnswer(const std::string& address) {
+    sd_bus* raw = nullptr;
+    Check("sd_bus_new", sd_bus_new(&raw));
+    const std::unique_ptr<sd_bus, decltype(&sd_bus_close_unref)> bus(raw, &sd_bus_close_unref);
+    const char* name = nullptr;
+    Check("sd_bus_set_address", sd_bus_set_address(raw, address.c_str()));
+    Check("sd_bus_set_bus_client", sd_bus_set_bus_client(raw, true));
+    Check("sd_bus_start", sd_bus_start(raw));
+    Check("sd_bus_get_unique_name", sd_bus_get_unique_name(raw, &name));
+}
+
 /** Reads up to the end of the line or of the stream. */
 std::string ReadLine(int fd) {
     std::string line;
@@ -127,6 +149,7 @@ void PrivateBus::Start(const std::string& config, const std::string& log) {
     if (address.empty()) {
         throw std::runtime_error("dbus-daemon didn't start: " + ReadFile(log));
     }
+    AwaitAnswer(address);
 }
 
 void PrivateBus::Stop() {
