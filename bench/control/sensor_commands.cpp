@@ -1,6 +1,8 @@
 #include "control/control.hpp"
 #include "scenario/vocabulary.hpp"
 
+#include <algorithm>
+#include <iterator>
 #include <sstream>
 
 namespace bench {
@@ -132,23 +134,48 @@ std::string Threshold(Control& control, Words& words) {
            "; the PDR repository has changed";
 }
 
+/** Moves the sensors with an id to the end of another list. Returns how many there were. */
+template <typename Sensor>
+std::ptrdiff_t MoveSensors(std::uint16_t id, std::vector<Sensor>& from, std::vector<Sensor>& to) {
+    const auto moved =
+        std::ranges::stable_partition(from, [&](const Sensor& sensor) { return sensor.id != id; });
+    const auto count = std::ranges::ssize(moved);
+    std::ranges::move(moved, std::back_inserter(to));
+    from.erase(moved.begin(), moved.end());
+    return count;
+}
+
 std::string Drop(Control& control, Words& words) {
     auto& endPoint = TakeEndPoint(control, words);
     const auto sensor = words.Integer<std::uint16_t>("a sensor id");
     words.Finish();
     auto& terminus = endPoint.terminus;
-    const auto dropped =
-        std::erase_if(terminus.description.numericSensors,
-                      [&](const NumericSensor& entry) { return entry.id == sensor; }) +
-        std::erase_if(terminus.description.stateSensors,
-                      [&](const StateSensor& entry) { return entry.id == sensor; });
-    if (dropped == 0) {
+    auto& [numeric, state] = terminus.dropped;
+    if (MoveSensors(sensor, terminus.description.numericSensors, numeric) +
+            MoveSensors(sensor, terminus.description.stateSensors, state) ==
+        0) {
         NoSensor(endPoint, "numeric or state", sensor);
     }
     terminus.numericSensors.erase(sensor);
     terminus.stateSensors.erase(sensor);
     terminus.RebuildRepository();
     return Place(endPoint, sensor) + " is gone; the PDR repository has changed";
+}
+
+std::string Restore(Control& control, Words& words) {
+    auto& endPoint = TakeEndPoint(control, words);
+    const auto sensor = words.Integer<std::uint16_t>("a sensor id");
+    words.Finish();
+    auto& terminus = endPoint.terminus;
+    auto& [numeric, state] = terminus.dropped;
+    if (MoveSensors(sensor, numeric, terminus.description.numericSensors) +
+            MoveSensors(sensor, state, terminus.description.stateSensors) ==
+        0) {
+        NoSensor(endPoint, "dropped", sensor);
+    }
+    terminus.StartSensors();
+    terminus.RebuildRepository();
+    return Place(endPoint, sensor) + " is back; the PDR repository has changed";
 }
 
 std::string Touch(Control& control, Words& words) {
@@ -169,6 +196,7 @@ std::span<const ControlCommand> SensorCommands() {
         {"operational", "EID SENSOR STATE [PRESENT]", Operational},
         {"threshold", "EID SENSOR NAME VALUE", Threshold},
         {"drop", "EID SENSOR", Drop},
+        {"restore", "EID SENSOR", Restore},
         {"touch", "EID", Touch},
     };
     return commands;

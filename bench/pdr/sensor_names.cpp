@@ -5,6 +5,14 @@ namespace bench {
 
 using benchlink::PayloadWriter;
 
+namespace {
+
+Bytes TextOf(const LocalName& name) {
+    return name.encoded ? Bytes(name.text.begin(), name.text.end()) : ToUtf16BigEndian(name.text);
+}
+
+} // namespace
+
 Pdr EncodeNames(std::uint16_t sensorId, const std::vector<std::vector<LocalName>>& members) {
     constexpr std::uint16_t endOfName = 0;
     constexpr std::uint8_t endOfTag = 0;
@@ -17,7 +25,7 @@ Pdr EncodeNames(std::uint16_t sensorId, const std::vector<std::vector<LocalName>
         for (const auto& name : names) {
             writer.Write(std::string_view(name.language))
                 .Write(endOfTag)
-                .Write(std::span<const std::uint8_t>(ToUtf16BigEndian(name.text)))
+                .Write(std::span<const std::uint8_t>(TextOf(name)))
                 .Write(endOfName);
         }
     }

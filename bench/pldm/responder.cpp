@@ -40,14 +40,18 @@ Bytes Answer(Terminus& terminus, std::uint8_t type, std::uint8_t code,
 
 Terminus::Terminus(TerminusDescription described)
     : description(std::move(described)), repository(description) {
-    for (const auto& sensor : description.numericSensors) {
-        numericSensors.emplace(sensor.id, LiveNumericSensor(sensor, sensor.id));
-    }
-    for (const auto& sensor : description.stateSensors) {
-        stateSensors.emplace(sensor.id, LiveStateSensor(sensor));
-    }
+    StartSensors();
     if (description.fru) {
         fruTable = EncodeFruTable(*description.fru);
+    }
+}
+
+void Terminus::StartSensors() {
+    for (const auto& sensor : description.numericSensors) {
+        numericSensors.try_emplace(sensor.id, sensor, sensor.id);
+    }
+    for (const auto& sensor : description.stateSensors) {
+        stateSensors.try_emplace(sensor.id, sensor);
     }
 }
 

@@ -12,6 +12,9 @@ namespace bench {
 struct Terminus {
     explicit Terminus(TerminusDescription described);
 
+    /** Gives each described sensor that has no state the one that it is described with. */
+    void StartSensors();
+
     /** Makes the records anew from the description; their update time moves. */
     void RebuildRepository();
 
@@ -20,6 +23,12 @@ struct Terminus {
     std::map<std::uint16_t, LiveNumericSensor> numericSensors;
     std::map<std::uint16_t, LiveStateSensor> stateSensors;
     Bytes fruTable; /**< empty if there is no FRU data */
+
+    /** Sensors that are described no more, and may come back. */
+    struct {
+        std::vector<NumericSensor> numericSensors;
+        std::vector<StateSensor> stateSensors;
+    } dropped;
 };
 
 /** Answers a PLDM request. Empty if the message is no request and so gets no answer. */

@@ -74,6 +74,11 @@ Thresholds ParseThresholds(const Value& value) {
     return thresholds;
 }
 
+LocalName ParseName(const std::string& language, const Value& value) {
+    const auto bytes = ParseBytes(value);
+    return {language, {bytes.begin(), bytes.end()}, value.IsMapping()};
+}
+
 StateMember ParseStateMember(const Value& value) {
     Mapping mapping(value);
     StateMember member;
@@ -108,11 +113,11 @@ std::vector<LocalName> ParseNames(Mapping& sensor) {
     const auto names = sensor.Find("names");
     std::vector<LocalName> parsed;
     if (name) {
-        parsed.push_back({"en", name->Text()});
+        parsed.push_back(ParseName("en", *name));
     }
     if (names) {
         for (const auto& [language, text] : names->Entries()) {
-            parsed.push_back({language.Text(), text.Text()});
+            parsed.push_back(ParseName(language.Text(), text));
         }
     }
     return parsed;

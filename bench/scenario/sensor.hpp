@@ -11,7 +11,8 @@ namespace bench {
 /** A name in one language. */
 struct LocalName {
     std::string language; /**< tag such as "en" */
-    std::string text;     /**< UTF-8 */
+    std::string text;     /**< UTF-8, or the bytes of the record */
+    bool encoded = false; /**< the text stands in the record as it is */
 };
 
 /** In the sensor's unit; what isn't there isn't supported. */

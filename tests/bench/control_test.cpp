@@ -80,6 +80,10 @@ TEST(Control, ChangesTheRepository) {
     EXPECT_EQ(0, bench.Control({"drop", "9", "2"}).status);
     EXPECT_EQ("80", Ask(bench, 9, "81 02 11 02 00 00"));
     EXPECT_EQ("02 00 00 00", Ask(bench, 9, "81 02 50").substr(28 * 3, 11));
+    EXPECT_EQ("sensor 2 of EID 9 is back; the PDR repository has changed\n",
+              bench.Control({"restore", "9", "2"}).output);
+    EXPECT_EQ("00 03 00 00 09 00 09 14 00", Ask(bench, 9, "81 02 11 02 00 00"));
+    EXPECT_EQ("03 00 00 00", Ask(bench, 9, "81 02 50").substr(28 * 3, 11));
 }
 
 TEST(Control, MakesAnEndpointFail) {
@@ -149,6 +153,7 @@ TEST(Control, SaysWhatIsWrong) {
         {{"malform", "9", "bend"},
          "\"bend\" is no mode; the modes are truncate N, extend N, flag N, garbage, endless and "
          "none (malform EID MODE [N])"},
+        {{"restore", "9", "1"}, "EID 9 has no dropped sensor 1 (restore EID SENSOR)"},
         {{"threshold", "9", "1", "high", "3"},
          "\"high\" is no threshold (threshold EID SENSOR NAME VALUE)"},
         {{"pull", "8"}, "no card belongs to slot 8 (pull SLOT [quietly])"},
