@@ -137,7 +137,8 @@ void Server::HandleRequest(const ClientPointer& client, const Frame& frame) {
         return;
     }
     client->Send(ReplyTo(frame, succeeded));
-    const auto response = endPoint->Answer(reader.Rest(), Now());
+    const auto request = reader.Rest();
+    const auto response = endPoint->Answer(request, Now());
     if (!response) {
         return;
     }
@@ -151,8 +152,12 @@ void Server::HandleRequest(const ClientPointer& client, const Frame& frame) {
                      .Write(std::span<const std::uint8_t>(*response))
                      .Finish()};
     const auto deliver = [this, endPoint, answer = std::move(answer),
+                          line = trace != nullptr ? Trace::Line(eid, request, *response) : "",
                           target = std::weak_ptr(client)] {
         ++endPoint->answered;
+        if (trace != nullptr) {
+            trace->Write(line);
+        }
         if (const auto alive = target.lock()) {
             alive->Send(answer);
         }

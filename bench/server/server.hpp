@@ -4,6 +4,7 @@
 #include "control/control.hpp"
 #include "server/audience.hpp"
 #include "server/client.hpp"
+#include "server/trace.hpp"
 
 namespace bench {
 
@@ -35,6 +36,9 @@ public:
     /** Who carries out benchctl's commands; set before the loop runs. */
     void SetControl(Control& commands) { control = &commands; }
 
+    /** Keeps a trace of all answers; set before the loop runs, if at all. */
+    void SetTrace(Trace& kept) { trace = &kept; }
+
 private:
     using ClientPointer = std::shared_ptr<Client>;
 
@@ -49,6 +53,7 @@ private:
     EventLoop& loop;
     Machine& machine;
     Control* control = nullptr;
+    Trace* trace = nullptr;
     std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
     ListeningSocket listening;
     std::set<ClientPointer> clients;
