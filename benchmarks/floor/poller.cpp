@@ -1,0 +1,102 @@
+#include "floor/poller.hpp"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+
+namespace measured_floor {
+
+namespace {
+
+constexpr std::uint8_t pldmMessage = 1;
+constexpr std::uint8_t requestBit = 0x80;
+constexpr std::uint8_t instanceIdCount = 32;
+constexpr std::uint8_t platformType = 2;
+constexpr std::uint8_t getSensorReading = 0x11;
+constexpr std::uint8_t noRearm = 0;
+constexpr std::size_t capacity = 23;
+constexpr std::size_t codeAt = 3;
+constexpr std::size_t readingAt = 10;
+constexpr std::size_t responseLength = 12; // with a reading of 16 bits
+constexpr std::chrono::seconds timeout{5};
+constexpr std::time_t rest = 5; // seconds
+
+/** A floor that loses an answer has measured nothing. */
+[[noreturn]] void Fail(const char* what, unsigned eid, unsigned sensor) {
+    std::fprintf(stderr, "floor: %s, EID %u, sensor %u\n", what, eid, sensor);
+    std::_Exit(1);
+}
+
+} // namespace
+
+Poller::Poller(std::uint8_t eid, std::vector<Object*> objects, Taker taker)
+    : eid(eid), taker(std::move(taker)) {
+    for (auto* const object : objects) {
+        sensors.push_back({object, std::numeric_limits<std::int32_t>::max()});
+    }
+}
+
+void Poller::Start() {
+    std::thread([this] { Run(); }).detach();
+}
+
+void Poller::Run() {
+    while (true) {
+        std::vector<Change> changes;
+        for (auto& [object, before] : sensors) {
+            const std::int32_t reading = Read(object->sensor);
+            if (reading != before) {
+                before = reading;
+                changes.push_back({object, reading});
+            }
+        }
+        taker(std::move(changes));
+        const timespec pause{.tv_sec = rest, .tv_nsec = 0};
+        nanosleep(&pause, nullptr);
+    }
+}
+
+std::int32_t Poller::Read(std::uint16_t sensor) {
+    instanceId = static_cast<std::uint8_t>((instanceId + 1) % instanceIdCount);
+    const std::array<std::uint8_t, 6> request{static_cast<std::uint8_t>(requestBit | instanceId),
+                                              platformType,
+                                              getSensorReading,
+                                              static_cast<std::uint8_t>(sensor & 0xFF),
+                                              static_cast<std::uint8_t>(sensor >> 8),
+                                              noRearm};
+    std::array<std::uint8_t, capacity> response{};
+    MctpLinkRequest record{};
+    record.command = getSensorReading;
+    record.eid = eid;
+    record.messageType = pldmMessage;
+    record.requestBytes = request.data();
+    record.requestLength = request.size();
+    record.responseBytes = response.data();
+    record.responseLength = response.size();
+    record.completion = OnCompletion;
+    record.context = this;
+    done = false; // nobody else has the record yet
+    if (MctpLinkSendRequest(&record, 0) != 0) {
+        Fail("a request was not taken", eid, sensor);
+    }
+    std::unique_lock lock(mutex);
+    if (!answered.wait_for(lock, timeout, [this] { return done; })) {
+        Fail("no answer", eid, sensor);
+    }
+    if (record.responseErrorType != 0 || record.responseLength != responseLength ||
+        response[codeAt] != 0) {
+        Fail("an answer that is no reading of 16 bits", eid, sensor);
+    }
+    return static_cast<std::int16_t>(response[readingAt] | response[readingAt + 1] << 8);
+}
+
+void Poller::OnCompletion(MctpLinkRequest* request) {
+    auto& poller = *static_cast<Poller*>(request->context);
+    const std::lock_guard lock(poller.mutex);
+    poller.done = true;
+    poller.answered.notify_one();
+}
+
+} // namespace measured_floor

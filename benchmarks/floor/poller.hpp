@@ -1,0 +1,54 @@
+/** Reads the sensors of one endpoint, as the daemon does. */
+#pragma once
+
+#include "floor/objects.hpp"
+
+#include <mctplink.h>
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace measured_floor {
+
+/** A reading that differs from the one before. */
+struct Change {
+    Object* object;
+    std::int32_t reading;
+};
+
+/** One endpoint and the thread that polls it: all sensors one after the other, then what changed is
+ *  handed over, then 5 s of rest. Readings are whole degrees in 16 bits, as `measure` plays them.
+ */
+class Poller {
+public:
+    /** Takes the changes of one poll, on the poller's thread. */
+    using Taker = std::function<void(std::vector<Change>)>;
+
+    Poller(std::uint8_t eid, std::vector<Object*> objects, Taker taker);
+
+    /** Starts the thread, which runs as long as the process. The poller stays where it is. */
+    void Start();
+
+private:
+    static void OnCompletion(MctpLinkRequest* request);
+
+    void Run();
+    std::int32_t Read(std::uint16_t sensor);
+
+    struct Sensor {
+        Object* object;
+        std::int32_t reading; ///< the one before
+    };
+
+    std::uint8_t eid;
+    std::uint8_t instanceId = 0;
+    std::vector<Sensor> sensors;
+    Taker taker;
+    std::mutex mutex;
+    std::condition_variable answered;
+    bool done = false; ///< the request is answered; under the mutex
+};
+
+} // namespace measured_floor
