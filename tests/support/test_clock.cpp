@@ -29,6 +29,7 @@ thread_local std::chrono::steady_clock::time_point now;
 
 std::mutex pausesMutex;
 std::vector<std::chrono::seconds> pauses;
+std::function<void(std::chrono::seconds)> pauseHook;
 
 std::chrono::nanoseconds Scaled(std::chrono::seconds duration) {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(
@@ -38,11 +39,16 @@ std::chrono::nanoseconds Scaled(std::chrono::seconds duration) {
 } // namespace
 
 void Pause(std::chrono::seconds duration) {
+    std::function<void(std::chrono::seconds)> hook;
     {
         const std::scoped_lock lock(pausesMutex);
+        hook = pauseHook;
         if (pauses.size() < pausesKept) {
             pauses.push_back(duration);
         }
+    }
+    if (hook) {
+        hook(duration);
     }
     std::this_thread::sleep_for(Scaled(duration));
     now += duration;
@@ -67,6 +73,11 @@ void SetClockScale(double scale) {
 
 void AdvanceClock(std::chrono::nanoseconds duration) {
     now += duration;
+}
+
+void OnPause(std::function<void(std::chrono::seconds)> hook) {
+    const std::scoped_lock lock(pausesMutex);
+    pauseHook = std::move(hook);
 }
 
 std::vector<std::chrono::seconds> TakePauses() {
