@@ -3,19 +3,67 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace vantric::test {
 namespace {
 
 constexpr auto valueInterface = "xyz.openbmc_project.Sensor.Value";
+constexpr auto powerOffLine = "EVENT_POWER_OFF Received deleting the devices";
 constexpr auto thermalInterface = "com.korv.bmc.Thermal.ThermalSensor";
 constexpr auto oneController = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_3_sensorid_1";
 constexpr auto firstOfTwo = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_3_sensorid_ctrl1_1";
 constexpr auto secondOfTwo = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_3_sensorid_ctrl2_1";
 
-/** A card in slot 3 with the given endpoints and one sensor. */
+/** A card with the given endpoints and one sensor. */
+std::string Entry(int slot, const std::string& endpoints) {
+    return "  - slot: " + std::to_string(slot) + "\n    kind: nic\n    endpoints:\n" + endpoints +
+           "    sensors:\n      - {id: 1, unit: celsius, value: 50, "
+           "entity: {type: network-controller}}\n";
+}
+
+/** A card in slot 3, alone. */
 std::string Card(const std::string& endpoints) {
-    return "cards:\n  - slot: 3\n    kind: nic\n    endpoints:\n" + endpoints +
-           "    sensors:\n      - {id: 1, unit: celsius, value: 50}\n";
+    return "cards:\n" + Entry(3, endpoints);
+}
+
+/** Cards in the slots 1 to 6, with EIDs 11 to 16 over VDM and 21 to 26 over I2C. */
+std::string SixCards() {
+    std::string text = "platform-services: true\ncards:\n";
+    for (int slot = 1; slot <= 6; ++slot) {
+        text += Entry(slot, "      - {eid: 1" + std::to_string(slot) +
+                                ", medium: vdm}\n      - {eid: 2" + std::to_string(slot) +
+                                ", medium: i2c}\n");
+    }
+    return text;
+}
+
+std::string SensorOf(int slot) {
+    return "/xyz/openbmc_project/sensors/temperature/NIC_Slot_" + std::to_string(slot) +
+           "_sensorid_1";
+}
+
+/** Waits until all six cards show their values, and returns the instances of their sensors. */
+std::set<std::string> WaitForSix(PlayedServer& server) {
+    std::set<std::string> instances;
+    EXPECT_TRUE(server.WaitForObjects([&](const PublishedObjects& objects) {
+        instances.clear();
+        for (int slot = 1; slot <= 6; ++slot) {
+            const auto sensor = objects.find(SensorOf(slot));
+            if (sensor == objects.end() || sensor->second.at(valueInterface).at("Value") != "50") {
+                return false;
+            }
+            instances.insert(sensor->second.at(thermalInterface).at("Instance"));
+        }
+        return true;
+    }));
+    return instances;
+}
+
+const std::set<std::string> firstSix{"151", "152", "153", "154", "155", "156"};
+
+bool WaitForNothing(PlayedServer& server) {
+    return server.WaitForObjects([](const PublishedObjects& objects) { return objects.empty(); });
 }
 
 const std::string vdmAndI2c = "      - {eid: 11, medium: vdm, bdf: 0x3b00}\n"
@@ -89,8 +137,70 @@ TEST(DeviceLife, ATableThatComesInATimeOutIsTakenAtOnce) {
     server.Benchctl({"move", "12", "32"});
     server.Benchctl({"unsilence", "32"});
     server.Benchctl({"table"});
-    EXPECT_TRUE(server.WaitForLog("Updating EID = 32 for slot 3"));
+    ASSERT_TRUE(server.WaitForLog("Updating EID = 32 for slot 3"));
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
+    // The attempt that ran when the table came, and at most one that began meanwhile.
+    const std::string log = server.Log();
+    const auto table = log.rfind("END_POINT_TABLE_UPDATED");
+    const auto taken = log.find("Updating EID = 32");
+    EXPECT_LE(CountOf(log.substr(table, taken - table), "MCTP Timeout"), 2);
+}
+
+TEST(DeviceLife, ATableEndsTheStandstillAfterAFailedInventory) {
+    PlayedServer server(SixCards());
+    WaitForSix(server);
+    server.Benchctl({"refuse", "13"});
+    server.Benchctl({"refuse", "23"});
+    server.Benchctl({"pull", "3"});
+    server.Benchctl({"plug", "3"});
+    ASSERT_TRUE(server.WaitForLog("PLDM Inventory failed for slot 3", 2)); // over VDM and I2C
+    server.Benchctl({"accept", "13"});
+    server.Benchctl({"table"});
+    WaitForSix(server);
+}
+
+TEST(DeviceLife, ControllersOverI2cAreOrderedByTheirNames) {
+    PlayedServer server("platform-services: true\n" +
+                        Card("      - {eid: 12, medium: i2c, bus-address: 0x1d, udid: second}\n"
+                             "      - {eid: 22, medium: i2c, bus-address: 0x1e, udid: first}\n"));
+    ASSERT_TRUE(server.WaitForProperty(secondOfTwo, valueInterface, "Value", "50"));
+    server.Benchctl({"set", "22", "1", "77"});
+    EXPECT_TRUE(server.WaitForProperty(firstOfTwo, valueInterface, "Value", "77"));
+}
+
+TEST(DeviceLife, ATableTakesADeviceAwayThatSitsInATimeOut) {
+    PlayedServer server(SixCards());
+    WaitForSix(server);
+    server.Benchctl({"silence", "13"});
+    ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 11 and EID = 13"));
+    server.Benchctl({"pull", "3"});
+    ASSERT_TRUE(server.WaitForObjects(
+        [](const PublishedObjects& objects) { return !objects.contains(SensorOf(3)); }));
+    server.Benchctl({"set", "14", "1", "60"});
+    EXPECT_TRUE(server.WaitForProperty(SensorOf(4), valueInterface, "Value", "60"));
+    server.Benchctl({"set", "14", "1", "50"});
+    server.Benchctl({"plug", "3"});
+    server.Benchctl({"recover", "13"});
+    WaitForSix(server);
+}
+
+TEST(DeviceLife, TablesInQuickSuccessionLoseNoDevice) {
+    PlayedServer server(SixCards());
+    WaitForSix(server);
+    for (int round = 0; round < 3; ++round) {
+        server.Benchctl({"pull", "2"});
+        server.Benchctl({"move", "13", "33"});
+        server.Benchctl({"plug", "2"});
+        server.Benchctl({"move", "33", "13"});
+    }
+    for (int slot = 1; slot <= 6; ++slot) {
+        for (const char* medium : {"1", "2"}) {
+            server.Benchctl({"set", medium + std::to_string(slot), "1", "51"});
+        }
+    }
+    for (int slot = 1; slot <= 6; ++slot) {
+        EXPECT_TRUE(server.WaitForProperty(SensorOf(slot), valueInterface, "Value", "51"));
+    }
 }
 
 TEST(DeviceLife, AChangedRepositoryIsNoticedAndReadAgain) {
@@ -103,16 +213,14 @@ TEST(DeviceLife, AChangedRepositoryIsNoticedAndReadAgain) {
 }
 
 TEST(HostPower, OffRemovesEverythingAndOnBringsItBackWithItsFirstNumbers) {
-    PlayedServer server("platform-services: true\n" + Card(vdmAndI2c));
-    ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
+    PlayedServer server(SixCards());
+    EXPECT_EQ(WaitForSix(server), firstSix);
     server.Benchctl({"host", "off"});
-    ASSERT_TRUE(
-        server.WaitForObjects([](const PublishedObjects& objects) { return objects.empty(); }));
+    ASSERT_TRUE(WaitForNothing(server));
     ASSERT_TRUE(server.Daemon().Runs());
     server.Benchctl({"host", "on"});
     server.Benchctl({"table"});
-    ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    EXPECT_EQ(server.Objects().at(oneController).at(thermalInterface).at("Instance"), "151");
+    EXPECT_EQ(WaitForSix(server), firstSix);
 }
 
 TEST(HostPower, OffInTheMiddleOfATimeOutEndsTheDevice) {
@@ -121,9 +229,63 @@ TEST(HostPower, OffInTheMiddleOfATimeOutEndsTheDevice) {
     server.Benchctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 11 and EID = 11"));
     server.Benchctl({"host", "off"});
-    EXPECT_TRUE(
-        server.WaitForObjects([](const PublishedObjects& objects) { return objects.empty(); }));
-    EXPECT_TRUE(server.WaitForLog("EVENT_POWER_OFF Received deleting the devices"));
+    EXPECT_TRUE(WaitForNothing(server));
+    EXPECT_TRUE(server.WaitForLog(powerOffLine));
+}
+
+TEST(HostPower, OffInTheMiddleOfAnInventoryEndsTheDevice) {
+    PlayedServer server(SixCards());
+    WaitForSix(server);
+    server.Benchctl({"slow", "13", "60"});
+    server.Benchctl({"pull", "3"});
+    server.Benchctl({"plug", "3"});
+    server.Benchctl({"wait-requests", "13", "3"});
+    server.Benchctl({"host", "off"});
+    ASSERT_TRUE(server.WaitForLog(powerOffLine));
+    ASSERT_TRUE(WaitForNothing(server));
+    server.Benchctl({"recover", "13"});
+    server.Benchctl({"host", "on"});
+    server.Benchctl({"table"});
+    EXPECT_EQ(WaitForSix(server), firstSix);
+}
+
+TEST(HostPower, OffWhileDevicesAreRemovedIsNotLostAndATableWaitsForBoth) {
+    PlayedServer server(SixCards());
+    WaitForSix(server);
+    // The removal of six devices takes 12 s of the daemon's, time enough for all of this.
+    server.Benchctl({"host", "off"});
+    ASSERT_TRUE(server.WaitForLog(powerOffLine));
+    server.Benchctl({"host", "on"});
+    server.Benchctl({"host", "off"});
+    EXPECT_TRUE(server.WaitForLog(powerOffLine, 2));
+    ASSERT_TRUE(WaitForNothing(server));
+
+    server.Benchctl({"host", "on"});
+    server.Benchctl({"table"});
+    EXPECT_EQ(WaitForSix(server), firstSix);
+    server.Benchctl({"host", "off"});
+    ASSERT_TRUE(server.WaitForLog(powerOffLine, 3));
+    server.Benchctl({"host", "on"});
+    server.Benchctl({"table"});
+    EXPECT_EQ(WaitForSix(server), firstSix) << "the table came during the removal";
+}
+
+TEST(FruEvent, TypesTheSensorsOfACardAnewOnTheMainThread) {
+    PlayedServer server("platform-services: true\n" + Card(vdmAndI2c));
+    ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
+    const std::string types = "com.korv.bmc.Thermal.ThermalSensor.dev_types.";
+    const auto type = [&] {
+        return server.Objects()[oneController][thermalInterface]["SensorType"];
+    };
+    EXPECT_EQ(type(), "\"" + types + "NIC_ASIC\"");
+    for (const char* fru : {"4", "3"}) { // another slot's, and one of a card that isn't OCP
+        server.Benchctl({"fru", fru, "plain"});
+    }
+    server.Benchctl({"fru", "3", "OCP-100G"});
+    EXPECT_TRUE(server.WaitForProperty(oneController, thermalInterface, "SensorType",
+                                       "\"" + types + "NDC_ASIC\""));
+    EXPECT_TRUE(server.WaitForProperty(oneController, thermalInterface, "DeviceType", "\"OCP3\""));
+    EXPECT_TRUE(server.WaitForLog("vantricd_fast:sensor_type_update.cpp:RetypeSensors:"));
 }
 
 } // namespace
