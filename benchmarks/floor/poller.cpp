@@ -94,8 +94,10 @@ std::int32_t Poller::Read(std::uint16_t sensor) {
 
 void Poller::OnCompletion(MctpLinkRequest* request) {
     auto& poller = *static_cast<Poller*>(request->context);
-    const std::lock_guard lock(poller.mutex);
-    poller.done = true;
+    {
+        const std::lock_guard lock(poller.mutex);
+        poller.done = true;
+    }
     poller.answered.notify_one();
 }
 
