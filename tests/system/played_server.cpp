@@ -21,9 +21,9 @@ constexpr auto inventoryRoot = "/xyz/openbmc_project/inventory/system";
 } // namespace
 
 PlayedServer::PlayedServer(const std::string& scenario, int logLevel)
-    : bus(std::make_unique<PrivateBus>()) {
+    : logLevel(logLevel), bus(std::make_unique<PrivateBus>()) {
     StartBench(scenario);
-    StartDaemon(logLevel);
+    StartDaemon();
     client = std::make_unique<BusClient>();
 }
 
@@ -43,7 +43,12 @@ void PlayedServer::StartBench(const std::string& scenario) {
     }
 }
 
-void PlayedServer::StartDaemon(int logLevel) {
+void PlayedServer::RestartDaemon() {
+    daemon.reset();
+    StartDaemon();
+}
+
+void PlayedServer::StartDaemon() {
     auto environment = BenchEnvironment();
     environment["TRACELOG_LEVEL"] = std::to_string(logLevel);
     environment["TEST_CLOCK_SCALE"] = clockScale;

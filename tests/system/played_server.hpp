@@ -26,6 +26,9 @@ public:
      *  @param logLevel what of the daemon's log is kept */
     explicit PlayedServer(const std::string& scenario, int logLevel = 4);
 
+    /** Ends the daemon and starts another one on the same bus and bench. */
+    void RestartDaemon();
+
     /** Runs benchctl with the words of a command. */
     std::string Benchctl(const std::vector<std::string>& words) const;
 
@@ -54,8 +57,9 @@ public:
 private:
     std::map<std::string, std::string> BenchEnvironment() const;
     void StartBench(const std::string& scenario);
-    void StartDaemon(int logLevel);
+    void StartDaemon();
 
+    const int logLevel;
     std::unique_ptr<PrivateBus> bus;
     std::unique_ptr<Process> bench;
     std::unique_ptr<Process> daemon;
