@@ -137,11 +137,12 @@ std::string Threshold(Control& control, Words& words) {
 /** Moves the sensors with an id to the end of another list. Returns how many there were. */
 template <typename Sensor>
 std::ptrdiff_t MoveSensors(std::uint16_t id, std::vector<Sensor>& from, std::vector<Sensor>& to) {
-    const auto moved =
-        std::ranges::stable_partition(from, [&](const Sensor& sensor) { return sensor.id != id; });
-    const auto count = std::ranges::ssize(moved);
-    std::ranges::move(moved, std::back_inserter(to));
-    from.erase(moved.begin(), moved.end());
+    // Pairs of iterators: clang 14 can't take the ranges of libstdc++ here.
+    const auto moved = std::stable_partition(from.begin(), from.end(),
+                                             [&](const Sensor& sensor) { return sensor.id != id; });
+    const auto count = from.end() - moved;
+    std::move(moved, from.end(), std::back_inserter(to));
+    from.erase(moved, from.end());
     return count;
 }
 
