@@ -31,7 +31,7 @@ constexpr std::time_t rest = 5; // seconds
 
 } // namespace
 
-Poller::Poller(std::uint8_t eid, std::vector<Object*> objects, Taker taker)
+Poller::Poller(std::uint8_t eid, const std::vector<Object*>& objects, Taker taker)
     : eid(eid), taker(std::move(taker)) {
     for (auto* const object : objects) {
         sensors.push_back({object, std::numeric_limits<std::int32_t>::max()});

@@ -26,7 +26,7 @@ public:
     /** Takes the changes of one poll, on the poller's thread. */
     using Taker = std::function<void(std::vector<Change>)>;
 
-    Poller(std::uint8_t eid, std::vector<Object*> objects, Taker taker);
+    Poller(std::uint8_t eid, const std::vector<Object*>& objects, Taker taker);
 
     /** Starts the thread, which runs as long as the process. The poller stays where it is. */
     void Start();
