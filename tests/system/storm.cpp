@@ -162,7 +162,7 @@ std::vector<Storm::Kind> Storm::Kinds() {
         {4, [this] { return DropSensor(); }},
         {10, [sensor, number] { return sensor("set", number(100)); }},
         {3,
-         [this, number] {
+         [this] {
              return Words{"set-state", AnyEid(), std::to_string(stateSensor), "1",
                           std::to_string(1 + Below(4))};
          }},
