@@ -60,8 +60,8 @@ void PullAndPlug(PlayedServer& server) {
 }
 
 /** How many inventories the card in slot 3 has been through, well or not. */
-int InventoriesOfSlot3(const PlayedServer& server) {
-    const std::string log = server.Log();
+int InventoriesOfSlot3(PlayedServer& server) {
+    const std::string& log = server.Log();
     return CountOf(log, "Inventory successful for slot 3") +
            CountOf(log, "Inventory failed for slot 3");
 }

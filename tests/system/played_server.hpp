@@ -47,7 +47,7 @@ public:
     bool WaitForLog(const std::string& text, int times = 1);
 
     /** What the daemon has logged so far. */
-    std::string Log() const { return daemon->Log(); }
+    const std::string& Log() { return daemon->Log(); }
 
     BusClient& Client() { return *client; }
     Process& Daemon() { return *daemon; }

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <utility>
 
 #include <fcntl.h>
@@ -36,13 +36,6 @@ namespace {
     arguments.push_back(nullptr);
     execv(arguments.front(), arguments.data());
     _exit(127);
-}
-
-std::string ReadFile(const std::filesystem::path& path) {
-    std::ifstream file(path);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
 }
 
 } // namespace
@@ -84,8 +77,11 @@ std::optional<int> Process::WaitForEnd() {
     return status;
 }
 
-std::string Process::Log() const {
-    return ReadFile(log);
+const std::string& Process::Log() {
+    std::ifstream file(log);
+    file.seekg(static_cast<std::streamoff>(written.size()));
+    written.append(std::istreambuf_iterator<char>(file), {});
+    return written;
 }
 
 std::string Run(const std::vector<std::string>& command,

@@ -35,8 +35,8 @@ public:
 
     pid_t Id() const { return process; }
 
-    /** What the program has written so far. */
-    std::string Log() const;
+    /** What the program has written so far. Only what is new is read: a long log is waited on. */
+    const std::string& Log();
 
 private:
     bool Reap(int options);
@@ -44,6 +44,7 @@ private:
     pid_t process = -1;
     std::optional<int> status;
     std::filesystem::path log;
+    std::string written;
 };
 
 /** Runs a program to its end and returns its standard output. A status other than 0 is a failure
