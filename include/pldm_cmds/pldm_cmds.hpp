@@ -22,8 +22,8 @@ class PldmResponse;
 /** Asks one endpoint, that is one EID of one slot, what it is and what it measures, and gathers
  *  the answers in its __extractedData.
  *
- * Belongs to the monitor thread of its device, which calls with the device's mutex held; there is
- * no lock here. Each operation blocks until its exchanges are over and never retries: the
+ * Belongs to the monitor thread of its device, which holds the device's mutex in every exchange;
+ * there is no lock here. Each operation blocks until its exchanges are over and never retries: the
  * transport does that. Unless told otherwise an operation returns 0, or 1 on failure, and keeps
  * what it had stored when it failed. Messages follow DSP0240, DSP0248, DSP0257 and DSP0267. */
 class PLDMCmds {
@@ -39,7 +39,8 @@ public:
 
     // --- What was read ---
 
-    /** Logs everything that was read, at level 4, and returns it. The reference stays valid as
+    /** Logs the sensors, names, associations and effectors that were read, at level 4, and returns
+     *  all that was read. The reference stays valid as
      *  long as this object; the device may replace records and lists behind it. */
     std::shared_ptr<__extractedData>& GetExtractedData();
 
@@ -143,7 +144,7 @@ public:
 
     // --- Parsers ---
     // One for each kind of PDR, with a complete record, common header included. GetPDR calls them.
-    // A record whose fields run past its end is dropped whole.
+    // A record whose fields run past its end is dropped whole, but for names: those are cut.
 
     /** Hands a record to the parser of its type. */
     void HandlePDR(std::span<const std::uint8_t> record);

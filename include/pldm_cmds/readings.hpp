@@ -11,7 +11,7 @@
 namespace vantric {
 
 /** Sensor id to (sensorNeededFor, value). The value is in whole units of the sensor's base unit,
- *  or readingUnavailable. */
+ *  in degrees Celsius for every temperature, or readingUnavailable. */
 using ReadingMap = std::map<std::uint16_t, std::pair<std::uint8_t, std::int32_t>>;
 
 /** All members of a state sensor of which at least one has changed: three parallel vectors. */

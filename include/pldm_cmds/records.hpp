@@ -1,10 +1,10 @@
 /** What one PLDM endpoint told: one plain record for each PDR that matters, its FRU data and its
  *  latest readings.
  *
- * Written by the monitor thread of the device under the device's mutex, and read under it by
- * modeling. Records are held by shared pointer, so that an entity tree can share them. All lists
- * are in the order in which the PDRs arrived. Fields without a comment carry the PDR field of the
- * same name as it stands (DSP0248). */
+ * Written and read by the monitor thread of the device: its commands write under the device's
+ * mutex, while modeling after an inventory works without it. Records are held by shared pointer, so
+ * that an entity tree can share them. All lists are in the order in which the PDRs arrived. Fields
+ * without a comment carry the PDR field of the same name as it stands (DSP0248). */
 #pragma once
 
 #include <array>
@@ -81,7 +81,8 @@ struct __Temp_sensors {
     std::uint8_t previousState = 0;
     std::uint8_t eventState = 0;
     std::int64_t presentReading = 0; ///< raw
-    std::int32_t temperature = 0;    ///< converted: whole units of baseUnit, or readingUnavailable
+    /// Converted: whole degrees Celsius, or whole units of baseUnit; or readingUnavailable.
+    std::int32_t temperature = 0;
     std::string auxLanguageTag;
     std::string auxSensorName;        ///< the sensor's own name; may be empty
     std::uint8_t sensorNeededFor = 0; ///< set by the owning device before modeling: a SensorKind

@@ -13,7 +13,7 @@
 
 namespace vantric {
 
-/** Makes an LDID or a name fit for an object path: "." and "-" become "_". */
+/** Makes a path of LDIDs and names fit for the bus: "." and "-" become "_". */
 inline void NormalisePath(std::string& path) {
     std::ranges::replace(path, '.', '_');
     std::ranges::replace(path, '-', '_');

@@ -49,8 +49,8 @@ public:
      *  thread. */
     void ResetNumbering();
 
-    /** Turns the sensors of an OCP card, which were typed before the card's FRU was known, into
-     *  OCP sensors. Blocks while it asks for the card's model; any thread. */
+    /** Asks for the model of a card whose sensors were typed before its FRU was known, and posts
+     *  the change of an OCP card's sensors to the main thread. Blocks while it asks; any thread. */
     void UpdateSensorType(std::uint8_t slot);
 
     /** Asks the entity manager for a property of the card in the slot. Returns an empty string if

@@ -28,9 +28,10 @@ enum DeviceState : std::int32_t {
 
 /** A device with its endpoints, its controllers and its monitor thread.
  *
- * Two threads work on it: its own, and the callback thread of the MCTP client library in
- * Initialize, UpdateEIDTables and Stop. deviceMutex orders them: it is held for a monitor cycle,
- * for the commands of an inventory, and while endpoints change. */
+ * Its own thread works on it, the callback thread of the MCTP client library in Initialize,
+ * UpdateEIDTables and Stop, and the device manager's thread in Stop when the host's power is off.
+ * deviceMutex orders them: it is held for a monitor cycle, for the commands of an inventory, and
+ * while endpoints change. */
 class Device {
 public:
     /** @param details what discovery learned
@@ -90,7 +91,7 @@ protected:
      *  has; false also where that failed. */
     static bool RepositoryHasChanged(PLDMCmds& endpoint);
 
-    /** True for one endpoint in six. */
+    /** True in one turn of six. */
     bool StateSensorsAreDue() const;
 
     /** Reads the endpoint's state sensors and hands what has changed to their objects. */

@@ -28,7 +28,8 @@ SensorKind KindOf(std::uint8_t baseUnit) {
 }
 
 /** What is posted of a record. The temperature stays behind: an object begins without a reading,
- *  and what the record holds before its first poll would raise alarms. */
+ *  and the mark for "not available", which the record holds before its first poll, would raise the
+ *  high alarms. */
 __Sensor MakeSensor(const __Temp_sensors& record) {
     __Sensor sensor = ReduceSensor(record);
     sensor.temperature = 0;

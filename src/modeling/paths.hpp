@@ -9,8 +9,8 @@
 
 namespace vantric {
 
-/** The longest path, in bytes, under which a sensor is published. No honest card comes near it; one
- *  that nests its entities without end can't make every path grow with the depth. */
+/** The longest inventory path, in bytes, under which sensors are published. No honest card comes
+ * near it; one that nests its entities without end can't make every path grow with the depth. */
 inline constexpr std::size_t longestPath = 4096;
 
 /** The word of a supported entity type, "" for any other. */
