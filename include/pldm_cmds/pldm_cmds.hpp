@@ -64,7 +64,8 @@ public:
     /** Reads which PLDM types the endpoint supports. */
     int GetPLDMTypes();
 
-    /** Reads the versions of one type; 1 also for a type that the endpoint doesn't support. */
+    /** Reads the versions of one type; 1 also for a type that the endpoint doesn't support, and for
+     *  a list that is longer than limits::versionsOfType, of which the first ones are kept. */
     int GetPLDMVersionForType(std::uint8_t type);
 
     /** Reads the versions of one type, or with 255 those of all types in use; then always 0. */
@@ -98,8 +99,8 @@ public:
      *  is 1. Returns 0, 1 on failure, or 10 where forceRead is 0 and the records were replaced. */
     int GetPDRRepositoryInfo(std::uint8_t forceRead);
 
-    /** Reads every record of the repository. A walk that doesn't end within the limits of
-     *  src/pldm_cmds/limits.hpp fails. */
+    /** Reads every record of the repository. A walk that comes to a record a second time, or
+     * doesn't end within the limits of src/pldm_cmds/limits.hpp, fails. */
     int GetPDR();
 
     /** True if the update time differs from that of the last read. */
@@ -131,7 +132,9 @@ public:
     int GetFRUMetaData();
 
     /** Reads the FRU table and takes the fields of its first record. Call it only after
-     *  GetFRUMetaData has returned 0. */
+     *  GetFRUMetaData has returned 0. A table that goes on beyond the limits of
+     *  src/pldm_cmds/limits.hpp is cut there, and what came before counts: 0, or 1 if nothing did.
+     */
     int GetFRUContents();
 
     /** Reads the version of the active firmware. Bytes as the endpoint sends them, in whatever
@@ -144,7 +147,10 @@ public:
 
     // --- Parsers ---
     // One for each kind of PDR, with a complete record, common header included. GetPDR calls them.
-    // A record whose fields run past its end is dropped whole, but for names: those are cut.
+    // A sensor or an association whose fields run past the record's end is dropped whole: half a
+    // sensor is a wrong one. Names are cut there. An effector or a terminus locator is kept as long
+    // as its fixed fields are whole, and the values behind them read as 0 where they are missing.
+    // No list grows beyond the limits of src/pldm_cmds/limits.hpp.
 
     /** Hands a record to the parser of its type. */
     void HandlePDR(std::span<const std::uint8_t> record);

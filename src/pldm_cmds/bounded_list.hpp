@@ -1,6 +1,7 @@
-/** Lists that outlive a change of the repository. */
+/** Lists of records that stay short whatever a card sends. */
 #pragma once
 
+#include "common/log.hpp"
 #include "pldm_cmds/limits.hpp"
 
 #include <memory>
@@ -9,12 +10,16 @@
 
 namespace vantric {
 
-/** Appends a record to a list that a re-read of the repository doesn't empty. A full list takes no
- *  more: an endpoint that claims a change at every look would otherwise make it grow for ever. */
+/** Appends a record. A full list takes no more, and says once that it is full. */
 template <typename Record>
 void AppendBounded(std::vector<std::shared_ptr<Record>>& records, std::shared_ptr<Record> record) {
-    if (records.size() < limits::recordsOfKind) {
-        records.push_back(std::move(record));
+    if (records.size() == limits::recordsOfKind) {
+        return;
+    }
+    records.push_back(std::move(record));
+    if (records.size() == limits::recordsOfKind) {
+        VANTRIC_LOG(LOG_LEVEL_WARNING, "No more than %d records of one kind are kept\n",
+                    static_cast<int>(limits::recordsOfKind));
     }
 }
 

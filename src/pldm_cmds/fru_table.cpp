@@ -54,6 +54,11 @@ int PLDMCmds::GetFRUContents() {
     std::uint32_t handle = firstHandle;
     std::uint8_t operation = GET_FIRST_PART;
     std::size_t tables = 0;
+    const auto takeTable = [&] {
+        extractedData->fruTable = assembly.Finish();
+        CheckFRURecordTypeAndParse(extractedData->fruTable);
+        tables += 1;
+    };
     bool more = true;
     while (more) {
         const auto response =
@@ -76,9 +81,7 @@ int PLDMCmds::GetFRUContents() {
         switch (assembly.Take(response.At<std::uint8_t>(transferFlagOffset),
                               response.From(tableDataOffset))) {
         case MultipartAssembly::Step::COMPLETE:
-            extractedData->fruTable = assembly.Finish();
-            CheckFRURecordTypeAndParse(extractedData->fruTable);
-            tables += 1;
+            takeTable();
             handle = nextHandle;
             operation = GET_FIRST_PART;
             more = handle != 0 && tables < extractedData->fruRecordCount;
@@ -91,7 +94,11 @@ int PLDMCmds::GetFRUContents() {
             break;
         case MultipartAssembly::Step::TOO_LONG:
             VANTRIC_LOG(LOG_LEVEL_ERROR, "FRU table without end for EID = %d\n", Eid());
-            return ToInt(VantricStatus::FAILURE);
+            // Its first record is as good as that of a table that ends: nothing else is taken.
+            if (assembly.HasBytes()) {
+                takeTable();
+            }
+            return ToInt(tables > 0 ? VantricStatus::SUCCESS : VantricStatus::FAILURE);
         }
     }
     return ToInt(VantricStatus::SUCCESS);

@@ -19,15 +19,19 @@ inline constexpr std::size_t fruTableSize = 256UL * 1024;
 inline constexpr std::size_t operationSize = 1024UL * 1024;
 
 /** Exchanges of one operation. */
-inline constexpr std::size_t operationExchanges = 32768;
+inline constexpr std::size_t operationExchanges = 8192;
 
-/** Responses in a row whose transfer flag has no meaning. */
-inline constexpr std::size_t meaninglessFlags = 16;
+/** Responses in a row that bring nothing: no byte, or a transfer flag without meaning. */
+inline constexpr std::size_t idleResponses = 16;
 
-/** Records of one kind that are kept where a re-read of the repository adds to them. */
-inline constexpr std::size_t recordsOfKind = 16384;
+/** Records of one kind that are kept. Some kinds are added to by each read of the repository, and
+ *  a numeric sensor is kept once for each version, so the bytes that were read are no bound. */
+inline constexpr std::size_t recordsOfKind = 8192;
 
-/** Versions of one PLDM type. */
-inline constexpr std::size_t versionsOfType = 16;
+/** Members of all state sensors together: one takes 3 bytes of its record and many more of ours. */
+inline constexpr std::size_t stateMembers = 8192;
+
+/** Versions of one PLDM type, and exchanges of their list: more than the largest response holds. */
+inline constexpr std::size_t versionsOfType = 64;
 
 } // namespace vantric::limits

@@ -10,23 +10,26 @@ namespace vantric {
 MultipartAssembly::Step MultipartAssembly::Take(std::uint8_t transferFlag,
                                                 std::span<const std::uint8_t> part) {
     exchanges += 1;
-    if (exchanges > limits::operationExchanges) {
-        return Step::TOO_LONG;
-    }
+    idle += 1;
+    Step step = Step::COMPLETE;
     switch (transferFlag) {
     case TRANSFER_START:
     case TRANSFER_MIDDLE:
-        return Append(part) ? Step::MORE_TO_COME : Step::TOO_LONG;
+        step = Step::MORE_TO_COME;
+        break;
     case TRANSFER_START_AND_END:
         object.clear();
-        [[fallthrough]];
+        break;
     case TRANSFER_LAST:
     case TRANSFER_END:
-        return Append(part) ? Step::COMPLETE : Step::TOO_LONG;
+        break;
     default:
-        meaningless += 1;
-        return meaningless < limits::meaninglessFlags ? Step::NO_MEANING : Step::TOO_LONG;
+        step = Step::NO_MEANING;
     }
+    const bool taken = step == Step::NO_MEANING || Append(part);
+    const bool inBounds =
+        exchanges <= limits::operationExchanges && idle < limits::idleResponses && taken;
+    return inBounds ? step : Step::TOO_LONG;
 }
 
 std::vector<std::uint8_t> MultipartAssembly::Finish() {
@@ -34,10 +37,13 @@ std::vector<std::uint8_t> MultipartAssembly::Finish() {
 }
 
 bool MultipartAssembly::Append(std::span<const std::uint8_t> part) {
-    meaningless = 0;
     total += part.size();
+    if (object.size() + part.size() > objectLimit || total > limits::operationSize) {
+        return false;
+    }
     object.insert(object.end(), part.begin(), part.end());
-    return object.size() <= objectLimit && total <= limits::operationSize;
+    idle = part.empty() ? idle : 0;
+    return true;
 }
 
 } // namespace vantric

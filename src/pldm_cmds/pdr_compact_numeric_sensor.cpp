@@ -1,4 +1,5 @@
 /** Compact Numeric Sensor PDR, type 21 (DSP0248). */
+#include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
@@ -47,7 +48,7 @@ void PLDMCmds::HandleCompactNumericSensorPDR(std::span<const std::uint8_t> recor
     sensor->resolution = 1.0F;
 
     if (IsWhole(body, PDR_COMPACT_NUMERIC_SENSOR) && IsKeptUnit(sensor->baseUnit)) {
-        extractedData->numericSensors.push_back(std::move(sensor));
+        AppendBounded(extractedData->numericSensors, std::move(sensor));
     }
 }
 

@@ -1,5 +1,6 @@
 /** Entity Association PDR, type 15 (DSP0248). */
 #include "modeling/vocabulary/vocabulary.hpp"
+#include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
@@ -28,7 +29,7 @@ void PLDMCmds::HandleEntityAssociationPDR(std::span<const std::uint8_t> record) 
     // An entity without a word can't stand in a path, and so holds nothing that could be shown.
     if (IsWhole(body, PDR_ENTITY_ASSOCIATION) &&
         entityWords.contains(association->ContainerEntityType)) {
-        extractedData->entityAssociations.push_back(std::move(association));
+        AppendBounded(extractedData->entityAssociations, std::move(association));
     }
 }
 

@@ -26,7 +26,8 @@ std::int64_t ReadValue(ByteReader& body, std::uint8_t effectorDataSize) {
     }
 }
 
-/** Reads the limits and ranges, all in the width of the effector's data. */
+/** Reads the limits and ranges, all in the width of the effector's data. A record may hold fewer
+ *  bytes, since its own rangeFieldFormat can say narrower ranges; what isn't there reads as 0. */
 void ReadRanges(ByteReader& body, _Effectors& effector) {
     constexpr std::uint8_t lastDataSize = 5;
     constexpr std::uint8_t firstFourByteSize = 4;
@@ -78,9 +79,9 @@ void PLDMCmds::HandleNumericEffectorPDR(std::span<const std::uint8_t> record) {
     effector->minusTolerance = body.Read<std::uint8_t>();
     effector->stateTransitionInterval = ReadReal32(body);
     effector->TransitionInterval = ReadReal32(body);
-    ReadRanges(body, *effector);
     if (IsWhole(body, PDR_NUMERIC_EFFECTOR)) {
-        extractedData->effectors.push_back(std::move(effector));
+        ReadRanges(body, *effector);
+        AppendBounded(extractedData->effectors, std::move(effector));
     }
 }
 
@@ -89,9 +90,9 @@ void PLDMCmds::HandleNumericEffectorInitPDR(std::span<const std::uint8_t> record
     auto init = std::make_shared<__Numeric_Effector_Init>();
     init->PLDMTerminusHandle = body.Read<std::uint16_t>();
     init->effectorID = body.Read<std::uint16_t>();
-    init->entityType = body.Read<std::uint16_t>();
-    init->entityInstanceNumber = body.Read<std::uint8_t>();
     if (IsWhole(body, PDR_NUMERIC_EFFECTOR_INIT)) {
+        init->entityType = body.Read<std::uint16_t>();
+        init->entityInstanceNumber = body.Read<std::uint8_t>();
         AppendBounded(extractedData->numericEffectorInits, std::move(init));
     }
 }

@@ -1,4 +1,5 @@
 /** Numeric Sensor PDR, type 2, in its two layouts (DSP0248). */
+#include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
@@ -154,7 +155,7 @@ void PLDMCmds::HandleNumericSensorPDR(std::span<const std::uint8_t> record) {
         ByteReader body = BodyOf(record);
         auto sensor = ReadSensor(body, *layout);
         if (IsWhole(body, PDR_NUMERIC_SENSOR) && sensor) {
-            extractedData->numericSensors.push_back(std::move(sensor));
+            AppendBounded(extractedData->numericSensors, std::move(sensor));
         }
     }
 }

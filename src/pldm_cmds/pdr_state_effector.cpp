@@ -22,6 +22,10 @@ void PLDMCmds::HandleStateEffectorPDR(std::span<const std::uint8_t> record) {
     effector->effectorDescriptionPDR = body.Read<std::uint8_t>();
     effector->compositeEffectorCount = body.Read<std::uint8_t>();
 
+    if (!IsWhole(body, PDR_STATE_EFFECTOR)) {
+        return;
+    }
+
     body.Seek(compositesOffset);
     const auto kept = std::min<std::size_t>(effector->compositeEffectorCount,
                                             _state_Effector::maxCompositeEffectors);
@@ -29,16 +33,17 @@ void PLDMCmds::HandleStateEffectorPDR(std::span<const std::uint8_t> record) {
         std::ranges::copy(body.Take(_state_Effector::bytesOfComposite),
                           effector->compositeEffectors[i].begin());
     }
-    if (IsWhole(body, PDR_STATE_EFFECTOR)) {
-        AppendBounded(extractedData->stateEffectors, std::move(effector));
-    }
+    AppendBounded(extractedData->stateEffectors, std::move(effector));
 }
 
 void PLDMCmds::HandleStateEffectorInitPDR(std::span<const std::uint8_t> record) {
+    constexpr std::size_t identitySize = 4; // terminus handle and effector ID
     ByteReader body = BodyOf(record);
-    auto init = std::make_shared<__State_Effectors_Init_PDR>();
-    std::ranges::copy(body.Take(init->body.size()), init->body.begin());
+    body.Skip(identitySize);
     if (IsWhole(body, PDR_STATE_EFFECTOR_INIT)) {
+        auto init = std::make_shared<__State_Effectors_Init_PDR>();
+        body.Seek(0);
+        std::ranges::copy(body.Take(init->body.size()), init->body.begin());
         AppendBounded(extractedData->stateEffectorInits, std::move(init));
     }
 }

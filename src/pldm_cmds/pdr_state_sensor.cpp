@@ -1,8 +1,13 @@
 /** State Sensor PDR, type 4 (DSP0248). */
+#include "common/log.hpp"
 #include "modeling/vocabulary/vocabulary.hpp"
+#include "pldm_cmds/bounded_list.hpp"
+#include "pldm_cmds/limits.hpp"
 #include "pldm_cmds/pdr_record.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+
+#include <numeric>
 
 namespace vantric {
 
@@ -45,6 +50,12 @@ _CompositeSensorData ReadMember(ByteReader& body, const std::string& defaultName
     return member;
 }
 
+std::size_t MembersOf(const std::vector<std::shared_ptr<_StateSensors>>& sensors) {
+    return std::accumulate(
+        sensors.begin(), sensors.end(), std::size_t{0},
+        [](std::size_t sum, const auto& sensor) { return sum + sensor->compositeSensors.size(); });
+}
+
 } // namespace
 
 void PLDMCmds::HandleStateSensorPDR(std::span<const std::uint8_t> record) {
@@ -62,13 +73,19 @@ void PLDMCmds::HandleStateSensorPDR(std::span<const std::uint8_t> record) {
     // With a names PDR to come the names stay empty until it does.
     const bool named = sensor->sensorAuxiliaryNamesPDR == 0;
     const std::string prefix = "StateSensor." + std::to_string(sensor->sensorId) + ".";
+    auto& sensors = extractedData->stateSensors;
+    if (MembersOf(sensors) + sensor->compositeSensorCount > limits::stateMembers) {
+        VANTRIC_LOG(LOG_LEVEL_WARNING, "State sensor %d of EID = %d has too many members\n",
+                    sensor->sensorId, Eid());
+        return;
+    }
     sensor->compositeSensors.reserve(sensor->compositeSensorCount);
     for (unsigned position = 1; position <= sensor->compositeSensorCount; ++position) {
         sensor->compositeSensors.push_back(
             ReadMember(body, named ? prefix + std::to_string(position) : std::string()));
     }
     if (IsWhole(body, PDR_STATE_SENSOR)) {
-        extractedData->stateSensors.push_back(std::move(sensor));
+        AppendBounded(sensors, std::move(sensor));
     }
 }
 

@@ -27,6 +27,10 @@ void PLDMCmds::HandleTerminusLocatorPDR(std::span<const std::uint8_t> record) {
     locator->tid = body.Read<std::uint8_t>();
     locator->containerID = body.Read<std::uint16_t>();
     const auto type = body.Read<std::uint8_t>();
+    if (!IsWhole(body, PDR_TERMINUS_LOCATOR) || validity == invalid) {
+        return;
+    }
+    // The value is as long as its type makes it, and what it doesn't hold reads as 0.
     body.Skip(1); // size of the value
     switch (type) {
     case LOCATOR_UID:
@@ -47,9 +51,7 @@ void PLDMCmds::HandleTerminusLocatorPDR(std::span<const std::uint8_t> record) {
     default:
         break;
     }
-    if (IsWhole(body, PDR_TERMINUS_LOCATOR) && validity != invalid) {
-        AppendBounded(extractedData->terminusLocators, std::move(locator));
-    }
+    AppendBounded(extractedData->terminusLocators, std::move(locator));
 }
 
 } // namespace vantric

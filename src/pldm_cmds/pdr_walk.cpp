@@ -8,6 +8,7 @@
 #include "pldm_cmds/pldm_codes.hpp"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace vantric {
 
@@ -50,8 +51,13 @@ std::size_t PLDMCmds::PdrCapacity() const {
 }
 
 int PLDMCmds::GetPDR() {
+    const auto giveUp = [this] {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", Eid());
+        return ToInt(VantricStatus::FAILURE);
+    };
     MultipartAssembly assembly(limits::recordSize);
     PdrPosition position;
+    std::unordered_set<std::uint32_t> handles;
     // Counted in one byte, whatever the repository holds.
     std::uint8_t received = 0;
     bool more = true;
@@ -75,6 +81,9 @@ int PLDMCmds::GetPDR() {
             received += 1;
             position = {.recordHandle = response.At<std::uint32_t>(nextRecordHandleOffset)};
             more = position.recordHandle != 0;
+            if (more && !handles.insert(position.recordHandle).second) {
+                return giveUp(); // the records go round in a circle
+            }
             break;
         case MultipartAssembly::Step::MORE_TO_COME:
             if (flag == TRANSFER_START) {
@@ -86,8 +95,7 @@ int PLDMCmds::GetPDR() {
         case MultipartAssembly::Step::NO_MEANING:
             break;
         case MultipartAssembly::Step::TOO_LONG:
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", Eid());
-            return ToInt(VantricStatus::FAILURE);
+            return giveUp();
         }
     }
 

@@ -65,7 +65,6 @@ int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
                         response.CompletionCode());
             return ToInt(VantricStatus::FAILURE);
         }
-        // An honest endpoint brings at least one version in each part.
         exchanges += 1;
         const bool taken = TakeVersions(response.From(versionDataOffset), supported->second);
         if (!taken || exchanges > limits::versionsOfType) {

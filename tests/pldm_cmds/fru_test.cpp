@@ -174,13 +174,32 @@ TEST(GetFRUContents, AsksForAsManyTablesAsThereAreRecords) {
     EXPECT_EQ(endpoint.Data().fruContents->SN, "SN") << "contents of a table before stay";
 }
 
-TEST(GetFRUContents, EndsWithAnEndpointThatNeverDoes) {
-    for (const auto& answer : {Table(1, 0, {}), Table(1, 1, Bytes(900, 1)), Table(1, 3, {}),
-                               Table(1, 9, Bytes(900, 1)), Table(1, 5, {})}) {
+TEST(GetFRUContents, EndsWithAnEndpointThatNeverDoesAndKeepsItsFirstRecord) {
+    struct Row {
+        const char* name;
+        Answer answer;
+        int status;
+        std::string serialNumber;
+        std::size_t askedAtMost;
+    };
+    const Bytes good = Record(1, 1, Field(4, "SN123")).AddZeros(900);
+    const std::vector<Row> rows{
+        {"nothing ever", Table(1, 0, {}), 1, "-", 16},
+        {"no meaning", Table(1, 3, good), 1, "-", 16},
+        {"no meaning either", Table(1, 9, good), 1, "-", 16},
+        {"empty tables", Table(1, 5, {}), 0, "-", 16},
+        {"one endless table", Table(1, 1, good), 0, "SN123", 300},
+        {"endless tables", Table(1, 5, good), 0, "SN123", 1200},
+        {"small parts without end", Table(1, 0, {1}), 0, "", 8193},
+    };
+    for (const auto& row : rows) {
         FruEndpoint endpoint(1000, 65535);
-        endpoint.transport.respond = [&](const Bytes&) { return answer; };
-        EXPECT_EQ(endpoint.cmds.GetFRUContents(), 1) << answer.bytes.size();
-        EXPECT_LE(endpoint.Data().fruTable.size(), 1000U);
+        endpoint.transport.respond = [&](const Bytes&) { return row.answer; };
+        EXPECT_EQ(endpoint.cmds.GetFRUContents(), row.status) << row.name;
+        const auto& contents = endpoint.Data().fruContents;
+        EXPECT_EQ(contents ? contents->SN : "-", row.serialNumber) << row.name;
+        EXPECT_LE(endpoint.Data().fruTable.size(), 256U * 1024) << row.name;
+        EXPECT_LE(endpoint.Asked(), row.askedAtMost) << row.name;
     }
 }
 

@@ -93,9 +93,8 @@ TEST(NumericEffectorPdr, FillsEachField) {
         Bytes body = Counting(44);
         body[22] = 0xEE;
         body[23] = row.dataSize;
-        Bytes ranges = row.ranges;
         ScriptedEndpoint endpoint;
-        endpoint.cmds.HandlePDR(Pdr(9, Bytes(body).Add(ranges)));
+        endpoint.cmds.HandlePDR(Pdr(9, Bytes(body).Add(row.ranges)));
         ASSERT_EQ(endpoint.Data().effectors.size(), 1U) << int{row.dataSize};
         const auto& effector = *endpoint.Data().effectors[0];
         EXPECT_EQ(effector.PLDMTerminusHandle, 0x0201);
@@ -111,11 +110,11 @@ TEST(NumericEffectorPdr, FillsEachField) {
         EXPECT_EQ(effector.rangeFieldFormat, row.format) << int{row.dataSize};
         EXPECT_EQ(effector.nominalValue, row.nominalValue) << int{row.dataSize};
         EXPECT_EQ(effector.ratedMin, row.ratedMin) << int{row.dataSize};
-        if (!ranges.empty()) {
-            ranges.pop_back();
-            endpoint.cmds.HandlePDR(Pdr(9, Bytes(body).Add(ranges)));
-            EXPECT_EQ(endpoint.Data().effectors.size(), 1U) << "cut within its fields";
-        }
+        // Ranges as narrow as their own format says, or none: what is missing reads as 0.
+        endpoint.cmds.HandlePDR(Pdr(9, body));
+        endpoint.cmds.HandlePDR(Pdr(9, Bytes(body.begin(), body.end() - 1)));
+        ASSERT_EQ(endpoint.Data().effectors.size(), 2U) << "kept with its fixed fields only";
+        EXPECT_EQ(endpoint.Data().effectors[1]->maxSettable, 0);
     }
 }
 
@@ -133,22 +132,34 @@ TEST(StateEffectorPdr, KeepsSixteenComposites) {
         EXPECT_EQ(effector.compositeEffectors[0], (std::array<std::uint8_t, 4>{17, 18, 19, 20}));
         EXPECT_EQ(effector.compositeEffectors[15][3], count == 1 ? 0 : 80);
     }
+    // Two members with a byte of states each, as they stand behind byte 14.
     body[14] = 2;
-    body.resize(16 + 7);
+    body.resize(15 + 2 * 4);
     endpoint.cmds.HandlePDR(Pdr(11, body));
-    EXPECT_EQ(endpoint.Data().stateEffectors.size(), 3U);
+    ASSERT_EQ(endpoint.Data().stateEffectors.size(), 4U);
+    EXPECT_EQ(endpoint.Data().stateEffectors[3]->compositeEffectors[1],
+              (std::array<std::uint8_t, 4>{21, 22, 23, 0}));
+    body.resize(14);
+    endpoint.cmds.HandlePDR(Pdr(11, body));
+    EXPECT_EQ(endpoint.Data().stateEffectors.size(), 4U) << "a count that isn't there";
 }
 
 TEST(EffectorInitPdrs, CopyTheirHeads) {
     ScriptedEndpoint endpoint;
-    endpoint.cmds.HandlePDR(Pdr(10, Counting(30)));
-    endpoint.cmds.HandlePDR(Pdr(10, Counting(6)));
-    endpoint.cmds.HandlePDR(Pdr(12, Counting(30)));
-    endpoint.cmds.HandlePDR(Pdr(12, Counting(21)));
-    ASSERT_EQ(endpoint.Data().numericEffectorInits.size(), 1U);
-    EXPECT_EQ(endpoint.Data().numericEffectorInits[0]->entityInstanceNumber, 7);
-    ASSERT_EQ(endpoint.Data().stateEffectorInits.size(), 1U);
-    EXPECT_EQ(endpoint.Data().stateEffectorInits[0]->body[21], 22);
+    // With 30 bytes, as the smallest effector needs them, and without an effector ID.
+    for (const std::size_t size : {30U, 6U, 4U, 3U}) {
+        endpoint.cmds.HandlePDR(Pdr(10, Counting(size)));
+        endpoint.cmds.HandlePDR(Pdr(12, Counting(size)));
+    }
+    const auto& numeric = endpoint.Data().numericEffectorInits;
+    const auto& state = endpoint.Data().stateEffectorInits;
+    ASSERT_EQ(numeric.size(), 3U);
+    ASSERT_EQ(state.size(), 3U);
+    EXPECT_EQ(numeric[0]->entityInstanceNumber, 7);
+    EXPECT_EQ(numeric[1]->entityType, 0x0605);
+    EXPECT_EQ(numeric[1]->entityInstanceNumber, 0);
+    EXPECT_EQ(state[0]->body[21], 22);
+    EXPECT_EQ(state[1]->body[5] + state[1]->body[6], 6);
 }
 
 TEST(TerminusLocatorPdr, TypeSaysWhatTheValueIs) {
@@ -177,14 +188,40 @@ TEST(TerminusLocatorPdr, TypeSaysWhatTheValueIs) {
         endpoint.cmds.HandlePDR(Pdr(1, body));
     }
     EXPECT_EQ(endpoint.Data().terminusLocators.size(), rows.size()) << "invalid ones are dropped";
+    Bytes bus{0, 0, 1, 4, 5, 0, 2, 2, 0x1E, 0x20}; // a value of two bytes
+    endpoint.cmds.HandlePDR(Pdr(1, bus));
+    ASSERT_EQ(endpoint.Data().terminusLocators.size(), rows.size() + 1);
+    EXPECT_EQ(endpoint.Data().terminusLocators.back()->uidHead, 0x201E);
+    EXPECT_EQ(endpoint.Data().terminusLocators.back()->uidNext, 0);
+    bus.resize(6);
+    endpoint.cmds.HandlePDR(Pdr(1, bus));
+    EXPECT_EQ(endpoint.Data().terminusLocators.size(), rows.size() + 1) << "without a type";
 }
 
-TEST(ListsThatAreNotEmptied, StopGrowing) {
+TEST(Lists, StopGrowing) {
     ScriptedEndpoint endpoint;
-    for (int i = 0; i < 20000; ++i) {
-        endpoint.cmds.HandlePDR(Pdr(10, Counting(7)));
+    Bytes manyMembers(13 + 3 * 255, 0);
+    manyMembers[12] = 255;
+    const std::vector<Bytes> records{Pdr(10, Counting(7)), CompactSensorPdr{}.Build(),
+                                     Pdr(9, Counting(44)), AssociationPdr(144, {}),
+                                     Pdr(4, Bytes(13, 0)), Pdr(4, manyMembers)};
+    for (const auto& record : records) {
+        const auto count = &record == &records.back() ? 40 : 8200;
+        if (count == 40) {
+            endpoint.Data().stateSensors.clear();
+        }
+        for (int i = 0; i < count; ++i) {
+            endpoint.cmds.HandlePDR(record);
+        }
+        if (&record == &records[4]) {
+            EXPECT_EQ(endpoint.Data().stateSensors.size(), 8192U);
+        }
     }
-    EXPECT_EQ(endpoint.Data().numericEffectorInits.size(), 16384U);
+    EXPECT_EQ(endpoint.Data().numericEffectorInits.size(), 8192U);
+    EXPECT_EQ(endpoint.Data().numericSensors.size(), 8192U);
+    EXPECT_EQ(endpoint.Data().effectors.size(), 8192U);
+    EXPECT_EQ(endpoint.Data().entityAssociations.size(), 8192U);
+    EXPECT_EQ(endpoint.Data().stateSensors.size(), 32U) << "of 255 members each";
 }
 
 TEST(GetExtractedData, LogsWhatWasReadAndReturnsIt) {
