@@ -7,14 +7,14 @@ std::mutex dbusReadyMutex;
 std::condition_variable dbusReadyCond;
 
 std::atomic<std::uint32_t> hostPowerState{HOST_POWER_UNKNOWN};
-std::uint64_t hostPowerChanges = 0;
+std::uint64_t hostPowerOffs = 0;
 std::mutex hostPowerMutex;
 std::condition_variable hostPowerCond;
 
 void ReportHostPower(HostPower power) {
     const std::scoped_lock lock(hostPowerMutex);
     hostPowerState = power;
-    ++hostPowerChanges;
+    hostPowerOffs += power == HOST_POWER_OFF ? 1 : 0;
     hostPowerCond.notify_all();
 }
 

@@ -30,8 +30,8 @@ extern std::condition_variable dbusReadyCond;
 
 /** Host power as last heard. Written by ReportHostPower only. */
 extern std::atomic<std::uint32_t> hostPowerState;
-/** Counts the reports of host power, so that a waiter misses none. Guarded by hostPowerMutex. */
-extern std::uint64_t hostPowerChanges;
+/** Counts the power offs heard of, so that none is missed. Guarded by hostPowerMutex. */
+extern std::uint64_t hostPowerOffs;
 extern std::mutex hostPowerMutex;
 extern std::condition_variable hostPowerCond;
 

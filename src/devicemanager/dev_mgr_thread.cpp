@@ -15,6 +15,11 @@ void DeviceManager::DevMgrThread() {
         std::unique_lock lock(dbusReadyMutex);
         dbusReadyCond.wait(lock, [] { return dbusReady; });
     }
+    {
+        // No device is older than the attachment: there is nothing that a power off could end yet.
+        const std::scoped_lock lock(hostPowerMutex);
+        powerOffsServed = hostPowerOffs;
+    }
     // Before the attachment: the first table comes by itself and must find its observer.
     RegisterObserver(this);
     mctpClient = std::make_unique<MctpClient>();
@@ -23,35 +28,38 @@ void DeviceManager::DevMgrThread() {
 }
 
 void DeviceManager::DeleteDevicesThread() {
-    std::uint64_t changesSeen = 0;
     while (true) {
         {
-            // Counted, so that a change isn't lost that comes while devices are being removed.
             std::unique_lock lock(hostPowerMutex);
-            hostPowerCond.wait(lock, [&] { return hostPowerChanges != changesSeen; });
-            changesSeen = hostPowerChanges;
-            if (hostPowerState != HOST_POWER_OFF) {
-                continue;
-            }
+            hostPowerCond.wait(lock, [this] { return powerOffsServed != hostPowerOffs; });
         }
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "EVENT_POWER_OFF Received deleting the devices\n");
-        if (DeleteAllDevices()) {
-            DBusHandler::instance().ResetNumbering();
-            malloc_trim(0);
-        }
+        const std::scoped_lock lock(tableMutex);
+        ServePowerOffs();
     }
 }
 
-bool DeviceManager::DeleteAllDevices() {
-    const std::scoped_lock lock(devicesMutex);
-    if (hostPowerState != HOST_POWER_OFF) {
-        return false; // on again while a table was at work, and that table's devices are good
+void DeviceManager::ServePowerOffs() {
+    {
+        // Counted: one that comes while devices are being removed isn't lost, nor is one after
+        // which the host is on again before its turn comes.
+        const std::scoped_lock lock(hostPowerMutex);
+        if (powerOffsServed == hostPowerOffs) {
+            return;
+        }
+        powerOffsServed = hostPowerOffs;
     }
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "EVENT_POWER_OFF Received deleting the devices\n");
+    DeleteAllDevices();
+    DBusHandler::instance().ResetNumbering();
+    malloc_trim(0);
+}
+
+void DeviceManager::DeleteAllDevices() {
+    const std::scoped_lock lock(devicesMutex);
     for (const auto& [ldid, device] : devices) {
         device->Stop();
     }
     devices.clear();
-    return true;
 }
 
 } // namespace vantric

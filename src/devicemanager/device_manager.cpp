@@ -19,13 +19,19 @@ constexpr int deviceStarted = 0;
 constexpr int deviceNotSupported = 2;
 constexpr int deviceExisted = 6;
 
-/** Makes commands that time out give way, for as long as it lives. */
+/** Holds a mutex, and makes commands that time out give way from before it waits for it. */
 class NewEndPointsAtHand {
 public:
-    NewEndPointsAtHand() { useNewEndPoints = true; }
+    explicit NewEndPointsAtHand(std::mutex& mutex) : lock(mutex, std::defer_lock) {
+        useNewEndPoints = true;
+        lock.lock();
+    }
     ~NewEndPointsAtHand() { useNewEndPoints = false; }
     NewEndPointsAtHand(const NewEndPointsAtHand&) = delete;
     NewEndPointsAtHand& operator=(const NewEndPointsAtHand&) = delete;
+
+private:
+    std::unique_lock<std::mutex> lock;
 };
 
 std::shared_ptr<Device> MakeDevice(const DeviceDetails& details) {
@@ -59,10 +65,16 @@ void DeviceManager::Update(EventKind kind, const std::any& payload) {
         break;
     case END_POINT_TABLE_UPDATED:
         VANTRIC_LOG(LOG_LEVEL_TRACE, "END_POINT_TABLE_UPDATED\n");
-        createDevicesFromDiscoveredMap(filterPLDMSupportedDevices(payload));
-        RemoveUndiscoveredDevices();
+        TakeTable(payload);
         break;
     }
+}
+
+void DeviceManager::TakeTable(const std::any& payload) {
+    const std::scoped_lock lock(tableMutex);
+    ServePowerOffs(); // so that what this table makes is newer than all of them
+    createDevicesFromDiscoveredMap(filterPLDMSupportedDevices(payload));
+    RemoveUndiscoveredDevices();
 }
 
 void DeviceManager::SetFwUpdateInProgress(bool inProgress) {
@@ -103,8 +115,7 @@ int DeviceManager::createDevice(const std::string& ldid, const DeviceDetails& de
 }
 
 bool DeviceManager::UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details) {
-    const NewEndPointsAtHand newEndPoints;
-    const std::scoped_lock lock(devicesMutex);
+    const NewEndPointsAtHand newEndPoints(devicesMutex);
     const auto device = devices.find(ldid);
     if (device == devices.end()) {
         return false;

@@ -41,13 +41,17 @@ private:
     void RemoveUndiscoveredDevices();
     void SetFwUpdateInProgress(bool inProgress);
     [[noreturn]] void DeleteDevicesThread();
-    /** Returns false, with nothing done, if the host is on again. */
-    bool DeleteAllDevices();
+    /** Removes all devices if the host has gone off since the last call. With tableMutex. */
+    void ServePowerOffs();
+    void DeleteAllDevices();
+    void TakeTable(const std::any& payload);
 
     std::unique_ptr<MctpClient> mctpClient;
+    std::mutex tableMutex; ///< one table or power off at a time; before devicesMutex
     std::unordered_map<std::string, std::shared_ptr<Device>> devices; ///< by LDID; devicesMutex
     std::mutex devicesMutex;                                          ///< before any deviceMutex
-    std::vector<std::string> discoveredDevices; ///< from the latest table; callback thread
+    std::vector<std::string> discoveredDevices; ///< from the latest table; tableMutex
+    std::uint64_t powerOffsServed = 0;          ///< of hostPowerOffs; hostPowerMutex
 };
 
 } // namespace vantric
