@@ -1,4 +1,5 @@
-/** Writes the seed inputs of all fuzz targets: make_seeds DIRECTORY. */
+/** Writes the seed inputs of all fuzz targets: make_seeds DIRECTORY [STAMP]. The stamp is a file
+ *  that says to a build when that was. */
 #include "chunks.hpp"
 #include "pldm_cmds/pdr_builders.hpp"
 
@@ -82,7 +83,7 @@ void Write(const std::filesystem::path& directory, const std::string& name, cons
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
+    if (argc < 2 || argc > 3) {
         return 1;
     }
     const std::filesystem::path root(argv[1]);
@@ -98,5 +99,8 @@ int main(int argc, char** argv) {
     Write(root / "fuzz_fru", "timestamp", {0, 0, 0, 0, 0, 9, 5, 7, 12, 3, 0xE5, 7, 0});
     Write(root / "fuzz_names", "names",
           {1, 2, 'e', 'n', 0, 0, 'T', 0, 0, 'd', 'e', 0, 0xD8, 0x3D, 0xDE, 0x00, 0, 0});
+    if (argc == 3) {
+        std::ofstream(argv[2]) << "written\n";
+    }
     return 0;
 }
