@@ -1,106 +1,149 @@
-/** Writes the seed inputs of all fuzz targets: make_seeds DIRECTORY [STAMP]. The stamp is a file
- *  that says to a build when that was. */
+/** Writes the seed inputs of all fuzz targets: make_seeds DIRECTORY STAMP SCENARIO... They are what
+ *  the bench's endpoints say, and some things that no scenario can. The stamp is a file that says
+ *  to a build when that was. */
 #include "chunks.hpp"
+#include "conversation.hpp"
+#include "pldm/terminus.hpp"
 #include "pldm_cmds/pdr_builders.hpp"
+#include "scenario/scenario.hpp"
 
+#include <array>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
+#include <set>
 #include <string>
-#include <vector>
 
 namespace {
 
-/** One record of each type that has a parser. */
-std::vector<Bytes> Records() {
-    const Bytes name = Bytes{'e', 'n', 0, 0, 'T', 0xD8, 0x3D, 0xDE, 0x00, 0, 0};
-    Bytes locator(12, 1);
-    Bytes stateEffector(32, 2);
-    Bytes numericEffector(76, 5);
-    return {
-        Pdr(1, locator),
-        NumericSensorPdr{}.Build(),
-        NumericSensorPdr{.idWidth = 1, .dataSize = 7, .rangeFormat = 8}.Build(),
-        Pdr(4, Bytes{0, 0, 9, 0, 144, 0, 1, 0, 1, 0, 0, 0, 2, 1, 0, 1, 6, 33, 0, 2, 6, 1}),
-        Pdr(6, Bytes{0, 0, 5, 0, 1, 1}.Add(name)),
-        Pdr(6, Bytes{0, 0, 9, 0, 2, 1}.Add(name).Add(name)),
-        Pdr(9, numericEffector),
-        Pdr(10, Bytes(7, 3)),
-        Pdr(11, stateEffector),
-        Pdr(12, Bytes(22, 4)),
-        Pdr(15, Bytes{1, 0, 0, 68, 0, 1, 0, 0, 0, 1, 144, 0, 1, 0, 1, 0}),
-        CompactSensorPdr{.nameLength = 5, .name = Bytes().Add("GPU0").AddZeros(1)}.Build(),
-    };
+namespace fs = std::filesystem;
+
+/** The inputs of one target: DIRECTORY/TARGET/NAME. */
+class Seeds {
+public:
+    Seeds(const fs::path& root, const char* target) : directory(root / target) {
+        fs::remove_all(directory);
+        fs::create_directories(directory);
+    }
+
+    void Write(const std::string& name, const Bytes& bytes) const {
+        std::ofstream file(directory / name, std::ios::binary);
+        file.exceptions(std::ios::failbit | std::ios::badbit);
+        file.write(reinterpret_cast<const char*>(bytes.data()),
+                   static_cast<std::streamsize>(bytes.size()));
+        file.close();
+    }
+
+private:
+    fs::path directory;
+};
+
+Bytes From(const bench::Bytes& bytes) {
+    return {bytes.begin(), bytes.end()};
 }
 
-Bytes FruTable() {
-    return Bytes{1, 0, 1, 4, 1}
-        .Add({4, 5, 'S', 'N', '1', '2', '3'})
-        .Add({6, 13, 0, 0, 0, 0, 0, 9, 5, 7, 12, 3, 0xE5, 7, 0})
-        .Add({15, 4, 0x8C, 0x1A, 0, 0})
-        .Add({16, 1, 'x'});
-}
+class SeedWriter {
+public:
+    explicit SeedWriter(const fs::path& root)
+        : fru(root, "fuzz_fru"), names(root, "fuzz_names"), pdr(root, "fuzz_pdr"),
+          responses(root, "fuzz_responses") {}
 
-Bytes Good(const Bytes& data) {
-    return AsChunk(Bytes{0, 0, 0, 0}.Add(data));
-}
+    void WriteTerminus(const std::string& name, const bench::TerminusDescription& description) {
+        bench::Terminus terminus(description);
+        if (!terminus.fruTable.empty()) {
+            fru.Write(name, From(terminus.fruTable));
+        }
+        WriteRecords(name, terminus.repository);
+        responses.Write(name, Conversation(terminus));
+    }
 
-/** The answers of a whole inventory and one reading. */
-Bytes Inventory() {
-    Bytes input = Good({0x35, 0, 0, 0, 0, 0, 0, 0});
-    input.Add(Good(Bytes(7, 0).Add({5, 0, 0}).Add("1.2.3")));
-    input.Add(Good(Bytes(6, 0).Add(std::uint32_t{300}).AddZeros(2).Add(std::uint16_t{1})));
-    input.Add(Good(Bytes{0, 0, 0, 0, 5}.Add(FruTable())));
-    for (int type = 0; type < 4; ++type) {
-        input.Add(Good(Bytes{0, 0, 0, 0, 5}.Add(std::uint32_t{0xF1F2F000}).AddZeros(4)));
+    /** What the bench's scenarios don't say. */
+    void WriteOddOnes() const {
+        fru.Write("timestamp", {0, 0, 0, 0, 0, 9, 5, 7, 12, 3, 0xE5, 7, 0});
+        fru.Write("field-above-15", {1, 0, 1, 2, 1, 16, 1, 'x', 15, 2, 0x8C, 0x1A});
+        // A member without a name between two names, one of them beyond the first plane.
+        names.Write("three-members", {3, 1,   'e', 'n', 0,    0,    'T',  0,    0, 0, 0,
+                                      0, 'd', 'e', 0,   0xD8, 0x3D, 0xDE, 0x00, 0, 0});
+        pdr.Write("narrow-sensor-id",
+                  AsChunk(NumericSensorPdr{.idWidth = 1, .dataSize = 7, .rangeFormat = 8}.Build()));
     }
-    for (int i = 0; i < 8; ++i) {
-        input.Add(Good({0x7F})); // commands and selections
-    }
-    input.Add(Good({7}));
-    const auto records = Records();
-    input.Add(Good(Bytes(1 + 13 + 13, 0)
-                       .Add(static_cast<std::uint32_t>(records.size()))
-                       .Add(std::uint32_t{2000})
-                       .Add(std::uint32_t{200})
-                       .Add(std::uint8_t{0})));
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        const auto next = static_cast<std::uint32_t>((i + 1) % records.size());
-        input.Add(Good(Bytes().Add(next).AddZeros(4).Add({5, 0, 0}).Add(records[i])));
-    }
-    for (int sensor = 0; sensor < 6; ++sensor) {
-        input.Add(Good({2, 0, 0, 1, 1, 1, 40, 0}));
-    }
-    return input;
-}
 
-void Write(const std::filesystem::path& directory, const std::string& name, const Bytes& bytes) {
-    std::filesystem::create_directories(directory);
-    std::ofstream(directory / name, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
+private:
+    /** All records in one input, and one input for each type that comes the first time. */
+    void WriteRecords(const std::string& name, const bench::Repository& repository) {
+        constexpr std::size_t typeOffset = 5;
+        constexpr std::size_t namesOffset = 14;
+        constexpr std::uint8_t auxiliaryNames = 6;
+        Bytes all;
+        std::uint32_t handle = repository.Count() == 0 ? 0 : 1;
+        for (; handle != 0; handle = repository.Next(handle)) {
+            const Bytes record = From(*repository.Find(handle));
+            all.Add(AsChunk(record));
+            const auto label = name + "-" + std::to_string(handle);
+            const auto type = record.size() > typeOffset ? record[typeOffset] : std::uint8_t{0};
+            if (typesSeen.insert(type).second) {
+                pdr.Write(label, AsChunk(record));
+            }
+            if (type == auxiliaryNames && record.size() > namesOffset) {
+                names.Write(label, Bytes(record.begin() + namesOffset, record.end()));
+            }
+        }
+        pdr.Write(name, all);
+    }
+
+    /** The answers to everything that is asked. The repository changes once, so that its records
+     *  come a second time. */
+    static Bytes Conversation(bench::Terminus& terminus) {
+        constexpr std::uint8_t repositoryInfo = 0x50;
+        Bytes answers;
+        int infos = 0;
+        ScriptedEndpoint endpoint;
+        endpoint.transport.respond = [&](const Bytes& request) {
+            if (request.at(2) == repositoryInfo && ++infos == 2) {
+                terminus.repository.Touch();
+            }
+            const auto response = bench::Respond(terminus, request, bench::Seconds(infos));
+            answers.Add(AsChunk(From(response.value())));
+            return Answer{.status = 0, .bytes = From(*response)};
+        };
+        TalkTo(endpoint);
+        return answers;
+    }
+
+    Seeds fru;
+    Seeds names;
+    Seeds pdr;
+    Seeds responses;
+    std::set<std::uint8_t> typesSeen;
+};
+
+void WriteAll(const fs::path& root, const std::vector<std::string>& scenarios) {
+    SeedWriter writer(root);
+    for (const auto& path : scenarios) {
+        for (const auto& card : bench::ReadScenario(path).cards) {
+            const auto& endPoint = card.endPoints.front();
+            writer.WriteTerminus(fs::path(path).stem().string() + "-" +
+                                     std::to_string(endPoint.eid),
+                                 endPoint.terminus);
+        }
+    }
+    writer.WriteOddOnes();
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2 || argc > 3) {
+    if (argc < 4) {
+        std::cerr << "usage: make_seeds DIRECTORY STAMP SCENARIO...\n";
+        return 2;
+    }
+    try {
+        WriteAll(argv[1], {argv + 3, argv + argc});
+    } catch (const std::exception& error) {
+        std::cerr << "make_seeds: " << error.what() << "\n";
         return 1;
     }
-    const std::filesystem::path root(argv[1]);
-    Bytes all;
-    const auto records = Records();
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        Write(root / "fuzz_pdr", std::to_string(i), AsChunk(records[i]));
-        all.Add(AsChunk(records[i]));
-    }
-    Write(root / "fuzz_pdr", "all", all);
-    Write(root / "fuzz_responses", "inventory", Inventory());
-    Write(root / "fuzz_fru", "table", FruTable());
-    Write(root / "fuzz_fru", "timestamp", {0, 0, 0, 0, 0, 9, 5, 7, 12, 3, 0xE5, 7, 0});
-    Write(root / "fuzz_names", "names",
-          {1, 2, 'e', 'n', 0, 0, 'T', 0, 0, 'd', 'e', 0, 0xD8, 0x3D, 0xDE, 0x00, 0, 0});
-    if (argc == 3) {
-        std::ofstream(argv[2]) << "written\n";
-    }
+    std::ofstream(argv[2]) << "written\n";
     return 0;
 }
