@@ -99,8 +99,9 @@ public:
      *  is 1. Returns 0, 1 on failure, or 10 where forceRead is 0 and the records were replaced. */
     int GetPDRRepositoryInfo(std::uint8_t forceRead);
 
-    /** Reads every record of the repository. A walk that comes to a record a second time, or
-     * doesn't end within the limits of src/pldm_cmds/limits.hpp, fails. */
+    /** Reads every record of the repository, up to the one without a next record; or up to one that
+     *  leads back to an earlier one, once there are as many as the repository's info counts. A walk
+     *  that doesn't end within the limits of src/pldm_cmds/limits.hpp fails. Returns 0 or 1. */
     int GetPDR();
 
     /** True if the update time differs from that of the last read. */

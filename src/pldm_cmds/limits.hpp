@@ -21,7 +21,7 @@ inline constexpr std::size_t operationSize = 1024UL * 1024;
 /** Exchanges of one operation. */
 inline constexpr std::size_t operationExchanges = 8192;
 
-/** Responses in a row that bring nothing: no byte, or a transfer flag without meaning. */
+/** Responses in a row that bring neither a byte nor the end of a record or table. */
 inline constexpr std::size_t idleResponses = 16;
 
 /** Records of one kind that are kept. Some kinds are added to by each read of the repository, and

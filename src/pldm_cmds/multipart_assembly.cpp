@@ -26,6 +26,9 @@ MultipartAssembly::Step MultipartAssembly::Take(std::uint8_t transferFlag,
     default:
         step = Step::NO_MEANING;
     }
+    if (step == Step::COMPLETE) {
+        idle = 0; // an empty object is one, and others may come behind it
+    }
     const bool taken = step == Step::NO_MEANING || Append(part);
     const bool inBounds =
         exchanges <= limits::operationExchanges && idle < limits::idleResponses && taken;

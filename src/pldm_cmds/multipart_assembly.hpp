@@ -41,7 +41,7 @@ private:
     std::vector<std::uint8_t> object;
     std::size_t exchanges = 0;
     std::size_t total = 0;
-    std::size_t idle = 0; ///< responses in a row that brought nothing
+    std::size_t idle = 0; ///< responses in a row that brought no byte and no end
 };
 
 } // namespace vantric

@@ -1,4 +1,5 @@
 /** GetPDR: the walk through the endpoint's repository (DSP0248). */
+#include "common/byte_reader.hpp"
 #include "common/byte_writer.hpp"
 #include "common/log.hpp"
 #include "pldm_cmds/exchange.hpp"
@@ -43,6 +44,28 @@ PldmRequest MakeRequest(const PdrPosition& at, std::uint32_t largestRecordSize,
             .capacity = capacity};
 }
 
+/** The records that a walk has come by. */
+class VisitedRecords {
+public:
+    /** @param askedHandle 0 for the first record, whose own handle stands in its header */
+    void Add(std::uint32_t askedHandle, std::span<const std::uint8_t> record) {
+        handles.insert(askedHandle == 0 ? ByteReader(record).Read<std::uint32_t>() : askedHandle);
+        count += 1;
+    }
+
+    std::size_t Count() const { return count; }
+
+    /** True if the walk has been at the next record and has all that the endpoint counts: its last
+     *  record leads to an earlier one. A handle that comes again before that may still lead on. */
+    bool LeadsBackTo(std::uint32_t nextHandle, std::uint32_t countOfEndpoint) const {
+        return countOfEndpoint > 0 && count >= countOfEndpoint && handles.contains(nextHandle);
+    }
+
+private:
+    std::unordered_set<std::uint32_t> handles;
+    std::size_t count = 0;
+};
+
 } // namespace
 
 std::size_t PLDMCmds::PdrCapacity() const {
@@ -57,9 +80,7 @@ int PLDMCmds::GetPDR() {
     };
     MultipartAssembly assembly(limits::recordSize);
     PdrPosition position;
-    std::unordered_set<std::uint32_t> handles;
-    // Counted in one byte, whatever the repository holds.
-    std::uint8_t received = 0;
+    VisitedRecords visited;
     bool more = true;
     while (more) {
         const auto response =
@@ -76,15 +97,15 @@ int PLDMCmds::GetPDR() {
 
         const auto flag = response.At<std::uint8_t>(transferFlagOffset);
         switch (assembly.Take(flag, response.From(recordDataOffset))) {
-        case MultipartAssembly::Step::COMPLETE:
-            HandlePDR(assembly.Finish());
-            received += 1;
+        case MultipartAssembly::Step::COMPLETE: {
+            const auto record = assembly.Finish();
+            HandlePDR(record);
+            visited.Add(position.recordHandle, record);
             position = {.recordHandle = response.At<std::uint32_t>(nextRecordHandleOffset)};
-            more = position.recordHandle != 0;
-            if (more && !handles.insert(position.recordHandle).second) {
-                return giveUp(); // the records go round in a circle
-            }
+            more = position.recordHandle != 0 &&
+                   !visited.LeadsBackTo(position.recordHandle, extractedData->iRecordCount);
             break;
+        }
         case MultipartAssembly::Step::MORE_TO_COME:
             if (flag == TRANSFER_START) {
                 position.changeNumber = response.At<std::uint16_t>(changeNumberOffset);
@@ -99,6 +120,8 @@ int PLDMCmds::GetPDR() {
         }
     }
 
+    // Counted in one byte, whatever the repository holds.
+    const auto received = static_cast<std::uint8_t>(visited.Count());
     if (received != extractedData->iRecordCount) {
         VANTRIC_LOG(LOG_LEVEL_ERROR,
                     "Mismatch in expected PDR Count (%d) and received PDR Count(%d)\n",

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace vantric;
 
 namespace {
@@ -198,47 +200,88 @@ TEST(PdrWalk, EndsWithAnEndpointThatNeverDoes) {
     struct Row {
         const char* name;
         Answer answer;
-        std::size_t askedAtMost;
+        std::size_t asked;
     };
     const std::vector<Row> rows{
         {"flag without meaning", Part(1, 1, 3, Sensor(1)), 16},
         {"another flag without meaning", Part(0, 0, 6, {}), 16},
         {"no flag at all", Good(), 16},
         {"empty parts", Part(1, 1, 0, {}), 16},
-        {"endless record", Part(1, 1, 0, Bytes(1000, 1)), 70},
+        {"endless record", Part(1, 1, 0, Bytes(1000, 1)), 66},
         {"small parts", Part(1, 1, 0, {1}), 8193},
-        {"records in a circle", Whole(1, Sensor(1)), 2},
     };
     for (const auto& row : rows) {
         const CapturedLog log;
         WalkedEndpoint endpoint;
         endpoint.transport.respond = [&](const Bytes&) { return row.answer; };
         EXPECT_EQ(endpoint.cmds.GetPDR(), 1) << row.name;
-        EXPECT_LE(endpoint.Asked(), row.askedAtMost) << row.name;
+        EXPECT_EQ(endpoint.Asked(), row.asked) << row.name;
         EXPECT_EQ(log.Messages(1).size(), 1U) << row.name;
     }
 }
 
-TEST(PdrWalk, EndsWhereRecordsComeAgainOrNeverEnd) {
+/** A repository of sensors 1 to size whose last record leads to another one instead of to none. */
+TEST(PdrWalk, EndsWhereTheLastRecordLeadsBack) {
     struct Row {
         const char* name;
-        std::uint32_t lastHandle; ///< the one behind it is 1 again
-        Bytes record;
-        std::size_t askedAtMost;
+        std::uint32_t size, lastLeadsTo, claimed;
+        std::size_t asked;
+        int status;
     };
-    for (const auto& row : {Row{"a circle of 40", 40, Sensor(1), 41},
-                            Row{"new handles for ever", ~0U, Sensor(1), 8193},
-                            Row{"large records for ever", ~0U, Pdr(3, Bytes(1000, 1)), 1100},
-                            Row{"empty records for ever", ~0U, {}, 16}}) {
+    for (const auto& row :
+         {Row{"to the first", 40, 1, 40, 40, 0}, Row{"into the middle", 40, 7, 40, 40, 0},
+          Row{"to itself", 40, 40, 40, 40, 0}, Row{"only one", 1, 1, 1, 1, 0},
+          Row{"more than counted", 40, 1, 3, 40, 0}, Row{"none counted", 40, 1, 0, 8193, 1},
+          Row{"far more counted", 40, 1, ~0U, 8193, 1}}) {
         WalkedEndpoint endpoint;
-        std::uint32_t handle = 0;
-        endpoint.transport.respond = [&](const Bytes&) {
-            handle = handle == row.lastHandle ? 1 : handle + 1;
-            return Whole(handle, row.record);
+        endpoint.Data().iRecordCount = row.claimed;
+        endpoint.transport.respond = [&](const Bytes& request) {
+            const std::uint32_t asked = std::max<std::uint32_t>(1, request[3]);
+            return Whole(asked == row.size ? row.lastLeadsTo : asked + 1,
+                         Sensor(static_cast<std::uint16_t>(asked)));
         };
-        EXPECT_EQ(endpoint.cmds.GetPDR(), 1) << row.name;
-        EXPECT_LE(endpoint.Asked(), row.askedAtMost) << row.name;
+        EXPECT_EQ(endpoint.cmds.GetPDR(), row.status) << row.name;
+        EXPECT_EQ(endpoint.Asked(), row.asked) << row.name;
+        if (row.status == 0) {
+            EXPECT_EQ(endpoint.cmds.GetAllSensorIDs().size(), row.size) << row.name;
+        }
     }
+}
+
+TEST(PdrWalk, GoesOnWhereAHandleComesAgainTooEarly) {
+    WalkedEndpoint endpoint;
+    endpoint.Data().iRecordCount = 3;
+    endpoint.Answers({Whole(1, Sensor(1)), Whole(1, Sensor(2)), Whole(0, Sensor(3))});
+    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{1, 2, 3}));
+}
+
+TEST(PdrWalk, EndsWhereNewRecordsNeverEnd) {
+    struct Row {
+        const char* name;
+        Bytes record;
+        std::size_t asked;
+    };
+    for (const auto& row :
+         {Row{"sensors", Sensor(1), 8193}, Row{"large records", Pdr(3, Bytes(1000, 1)), 1039},
+          Row{"empty records", {}, 8193}}) {
+        WalkedEndpoint endpoint;
+        endpoint.Data().iRecordCount = 2;
+        std::uint32_t handle = 100;
+        endpoint.transport.respond = [&](const Bytes&) { return Whole(++handle, row.record); };
+        EXPECT_EQ(endpoint.cmds.GetPDR(), 1) << row.name;
+        EXPECT_EQ(endpoint.Asked(), row.asked) << row.name;
+    }
+}
+
+TEST(PdrWalk, EmptyRecordsCostNoOther) {
+    WalkedEndpoint endpoint;
+    std::uint32_t sent = 0;
+    endpoint.transport.respond = [&](const Bytes&) {
+        return ++sent <= 20 ? Whole(sent, {}) : Whole(0, Sensor(6));
+    };
+    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{6});
 }
 
 TEST(PdrWalk, OneStrayFlagCostsOneRequest) {
