@@ -36,7 +36,7 @@ private:
     void ModelAccelerator();
 
     // Monitoring, with deviceMutex held.
-    int MonitorEndpoint(PLDMCmds& endpoint);
+    int MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue);
     int ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings);
     static void ReadSensorGroup(const std::vector<std::uint16_t>& ids, TimePoint& readAt,
                                 PLDMCmds& endpoint, ReadingMap& readings, int& status);

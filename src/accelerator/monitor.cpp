@@ -49,17 +49,20 @@ void Accelerator::GroupSensors() {
 int Accelerator::MonitorTheDevice() {
     {
         const auto lock = BeginWork();
+        // The same for all endpoints: counted by endpoint, some would never have their turn.
+        const bool statesAreDue = StateSensorsAreDue();
         for (const auto& endpoint : cmds) {
-            const int status = MonitorEndpoint(*endpoint);
+            const int status = MonitorEndpoint(*endpoint, statesAreDue);
             if (status != ToInt(VantricStatus::SUCCESS)) {
                 return FailedCycle(status);
             }
         }
+        ++stateSensorCycles;
     }
     return PauseAfterCycle();
 }
 
-int Accelerator::MonitorEndpoint(PLDMCmds& endpoint) {
+int Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue) {
     if (PeriodicCheckIsDue()) {
         RefreshFWVersion(endpoint, true);
         if (RepositoryHasChanged(endpoint)) {
@@ -76,10 +79,9 @@ int Accelerator::MonitorEndpoint(PLDMCmds& endpoint) {
         status != ToInt(VantricStatus::INVALID_OR_CHANGED)) {
         return status;
     }
-    if (StateSensorsAreDue()) {
+    if (statesAreDue) {
         RefreshStateSensors(endpoint, onlyController);
     }
-    ++stateSensorCycles;
     ++monitorCycles;
     return ToInt(VantricStatus::SUCCESS);
 }

@@ -35,14 +35,16 @@ protected:
         TakePauses();
     }
 
-    /** What the first inventory of a new device in slot 5 posts. */
-    PostedRequests Inventory() {
+    /** What the first inventory of a new device in slot 5, with this fixture's card and more,
+     *  posts. */
+    PostedRequests Inventory(std::vector<PlayedCard*> cards = {}) {
         DeviceDetails details;
         details.identity = identity;
         details.cpuAffinity = 7;
         details.slotNumber = 5;
         details.ldid = "ProcAccelerator.Slot.5-1";
-        device.emplace(details, base, std::vector<PlayedCard*>{&card}, sct);
+        cards.insert(cards.begin(), &card);
+        device.emplace(details, base, cards, sct);
         TakePosted();
         device->InventoryTheDevice();
         TakePauses();
@@ -186,6 +188,16 @@ TEST_F(AcceleratorTest, StatesAreReadInEverySixthCycleAndTheRestLookedAtInEveryT
     EXPECT_EQ(posted.firmware.at(0).version, "2.0");
     EXPECT_EQ(Shown(posted), "405/1 ");
     EXPECT_EQ(CyclesWith(PLAYED_GET_SENSOR_READING, 1), std::vector{1}) << "in its new group";
+}
+
+TEST_F(AcceleratorTest, EveryEndpointTellsItsStatesInTheSameCycle) {
+    PlayedCard second;
+    card.pdrs.push_back(StatePdr(20, 149));
+    second.pdrs.push_back(StatePdr(21, 149));
+    Inventory({&second});
+    EXPECT_EQ(CyclesWith(PLAYED_GET_STATE_READINGS, 12), (std::vector{1, 7}));
+    EXPECT_EQ(second.TakeCount(PLAYED_GET_STATE_READINGS), 2U);
+    EXPECT_EQ(TakePosted().states.size(), 2U) << "the first states of each";
 }
 
 class BoardTest : public AcceleratorTest {
