@@ -127,8 +127,8 @@ TEST_P(Shipped, ReadsEverySensorThatItDescribes) {
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, Shipped,
                          testing::Values("first.yaml", "server.yaml", "quiet.yaml", "entities.yaml",
-                                         "accelerators.yaml", "dual-port.yaml", "cards.yaml",
-                                         "texts.yaml"));
+                                         "accelerators.yaml", "cxl.yaml", "dual-port.yaml",
+                                         "cards.yaml", "texts.yaml"));
 
 TEST(ShippedBadInput, IsPlayedToo) {
     const auto scenario = bench::ReadScenario(Path("bad-input.yaml"));
