@@ -22,17 +22,20 @@ struct Expected {
 
 /** The whole path of an object of a table. */
 inline std::string WholePath(const std::string& path) {
-    const bool sensor = path.starts_with("temperature/") || path.starts_with("power/");
-    return (sensor ? "/xyz/openbmc_project/sensors/"
-                   : "/xyz/openbmc_project/inventory/system/networkdevice/") +
-           path;
+    const auto starts = [&path](const char* text) { return path.starts_with(text); };
+    if (starts("temperature/") || starts("power/")) {
+        return "/xyz/openbmc_project/sensors/" + path;
+    }
+    const bool network = !starts("accelerator/") && !starts("cxl/") && !starts("UBB");
+    return "/xyz/openbmc_project/inventory/system/" + (network ? "networkdevice/" + path : path);
 }
 
 /** The paths of objects as a table writes them, sorted. */
 inline std::vector<std::string> ShortPaths(const PublishedObjects& objects) {
     std::vector<std::string> paths;
     for (auto path : Paths(objects)) {
-        for (const auto& root : {WholePath(""), std::string("/xyz/openbmc_project/sensors/")}) {
+        for (const auto& root : {WholePath(""), std::string("/xyz/openbmc_project/sensors/"),
+                                 std::string("/xyz/openbmc_project/inventory/system/")}) {
             path.erase(0, path.starts_with(root) ? root.size() : 0);
         }
         paths.push_back(path);

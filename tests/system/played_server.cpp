@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -34,13 +35,39 @@ std::map<std::string, std::string> PlayedServer::BenchEnvironment() const {
 void PlayedServer::StartBench(const std::string& scenario) {
     const std::string file = bus->Folder() + "/scenario.yaml";
     std::ofstream(file) << scenario;
-    bench = std::make_unique<Process>(std::vector<std::string>{BENCH_PROGRAM, file},
-                                      BenchEnvironment(), bus->Folder() + "/bench.log");
+    bench =
+        std::make_unique<Process>(std::vector<std::string>{BENCH_PROGRAM, "--trace", Trace(), file},
+                                  BenchEnvironment(), bus->Folder() + "/bench.log");
     const std::string socket = bus->Folder() + "/bench";
     Eventually([&] { return access(socket.c_str(), F_OK) == 0 || !bench->Runs(); });
     if (!bench->Runs()) {
         throw std::runtime_error("the bench doesn't start: " + bench->Log());
     }
+}
+
+void PlayedServer::RestartBench(const std::string& scenario) {
+    bench.reset();
+    std::filesystem::remove(bus->Folder() + "/bench"); // tells that the new one listens
+    StartBench(scenario);
+}
+
+std::string PlayedServer::Trace() const {
+    return bus->Folder() + "/trace";
+}
+
+int PlayedServer::Answered(int eid, const std::string& bytes) const {
+    std::ifstream trace(Trace());
+    int count = 0;
+    std::string line;
+    while (std::getline(trace, line)) {
+        std::istringstream words(line);
+        std::string time;
+        std::string request;
+        int from = 0;
+        words >> time >> from >> request;
+        count += from == eid && request.compare(2, bytes.size(), bytes) == 0 ? 1 : 0;
+    }
+    return count;
 }
 
 void PlayedServer::RestartDaemon() {

@@ -29,6 +29,13 @@ public:
     /** Ends the daemon and starts another one on the same bus and bench. */
     void RestartDaemon();
 
+    /** Ends the bench and starts another one in its place, with a scenario of its own. */
+    void RestartBench(const std::string& scenario);
+
+    /** How many requests with these bytes behind the instance id, in lower case hexadecimal, an
+     *  endpoint has answered so far; all of them if there are none. */
+    int Answered(int eid, const std::string& bytes = "") const;
+
     /** Runs benchctl with the words of a command. */
     std::string Benchctl(const std::vector<std::string>& words) const;
 
@@ -56,6 +63,7 @@ public:
 
 private:
     std::map<std::string, std::string> BenchEnvironment() const;
+    std::string Trace() const;
     void StartBench(const std::string& scenario);
     void StartDaemon();
 
