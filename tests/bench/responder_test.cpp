@@ -50,6 +50,8 @@ TEST_P(Exchanges, GiveTheseBytes) {
     EXPECT_EQ(GetParam().answer, Answer(terminus, GetParam().request));
 }
 
+const std::string firstRecord = "81 02 51 00 00 00 00 00 00 00 00 01 ff 00 00 00";
+
 std::string Zeros(int count) {
     std::string text;
     for (int i = 0; i < count; ++i) {
@@ -131,19 +133,24 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Exchange{"an empty repository", "", "81 02 50",
                  "00 00 00 00 01 00 00 00 00 00 01 01 ea 07 00" + Zeros(13 + 4 + 4 + 4 + 1)},
-        Exchange{"no first record", "", "81 02 51 00 00 00 00 00 00 00 00 01 ff 00 00 00", "82"},
+        Exchange{"no first record", "", firstRecord, "82"},
+        Exchange{"counted numbers", "    raw-pdrs: [\"0102\", \"030405\"]\n", "81 02 50",
+                 "00 00 00 00 01 00 00 00 00 00 01 01 ea 07 00" + Zeros(13) +
+                     " 02 00 00 00 05 00 00 00 03 00 00 00 00"},
         Exchange{"claimed numbers",
                  "    repository: {state: updating, record-count: 12, largest-record: 0x10203}\n"
                  "    raw-pdrs: [\"0102\", \"030405\"]\n",
                  "81 02 50",
                  "00 01 00 00 01 00 00 00 00 00 01 01 ea 07 00" + Zeros(13) +
                      " 0c 00 00 00 05 00 00 00 03 02 01 00 00"},
-        Exchange{"a raw record", "    raw-pdrs: [\"01 02\", \"030405\"]\n",
-                 "81 02 51 00 00 00 00 00 00 00 00 01 ff 00 00 00",
+        Exchange{"a raw record", "    raw-pdrs: [\"01 02\", \"030405\"]\n", firstRecord,
                  "00 02 00 00 00 00 00 00 00 05 02 00 01 02"},
         Exchange{"the last record", "    raw-pdrs: [\"01 02\", \"030405\"]\n",
                  "81 02 51 02 00 00 00 00 00 00 00 01 ff 00 00 00",
                  "00 00 00 00 00 00 00 00 00 05 03 00 03 04 05"},
+        Exchange{"as much of it as the request takes", "    raw-pdrs: [\"010203\"]\n",
+                 "81 02 51 00 00 00 00 00 00 00 00 01 02 00 00 00",
+                 "00 00 00 00 00 02 00 00 00 01 02 00 01 02"},
         Exchange{"a change number with a first part", "    raw-pdrs: [\"01 02\"]\n",
                  "81 02 51 01 00 00 00 00 00 00 00 01 ff 00 01 00", "83"},
         // Handle, version, type, change number, length; then the body.
@@ -154,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "      entity: {type: 68, instance: 2, container: 3}, "
                  "thresholds: {warning-high: 9, critical-high: 10, fatal-low: 0.5},\n"
                  "      range-format: sint16, name: A, value: 1}]\n",
-                 "81 02 51 00 00 00 00 00 00 00 00 01 ff 00 00 00",
+                 firstRecord,
                  "00 02 00 00 00 00 00 00 00 05 4e 00 01 00 00 00 01 02 02 01 44 00 "
                  "01 00 05 01 44 00 02 00 03 00 02 01 02 ff 00 00 00 00 00 00 00 01 00 "
                  "00 00 00 3f 00 00 20 c1 00 00 00 00 02 23 00 00 00 00 00 00 00 80 3f ff 00 "
@@ -262,20 +269,13 @@ TEST(Responder, VersionsComeInParts) {
 TEST(Responder, ARecordComesInPartsWithItsChangeNumberAndItsChecksum) {
     auto terminus = Described("    multipart: {pdr: 4}\n"
                               "    raw-pdrs: [\"01000000010207000200\"]\n");
-    EXPECT_EQ("00 00 00 00 00 04 00 00 00 01 04 00 01 00 00 00",
-              Answer(terminus, "81 02 51 00 00 00 00 00 00 00 00 01 ff 00 00 00"));
+    EXPECT_EQ("00 00 00 00 00 04 00 00 00 01 04 00 01 00 00 00", Answer(terminus, firstRecord));
     EXPECT_EQ("83", Answer(terminus, "81 02 51 00 00 00 00 04 00 00 00 00 ff 00 00 00"));
     EXPECT_EQ("00 00 00 00 00 08 00 00 00 00 04 00 01 02 07 00",
               Answer(terminus, "81 02 51 00 00 00 00 04 00 00 00 00 ff 00 07 00"));
     EXPECT_EQ("00 00 00 00 00 00 00 00 00 04 02 00 02 00 cd",
               Answer(terminus, "81 02 51 00 00 00 00 08 00 00 00 00 ff 00 07 00"));
     EXPECT_EQ("80", Answer(terminus, "81 02 51 00 00 00 00 0a 00 00 00 00 ff 00 07 00"));
-}
-
-TEST(Responder, ARequestLimitsThePartOfARecord) {
-    auto terminus = Described("    raw-pdrs: [\"010203\"]\n");
-    EXPECT_EQ("00 00 00 00 00 02 00 00 00 01 02 00 01 02",
-              Answer(terminus, "81 02 51 00 00 00 00 00 00 00 00 01 02 00 00 00"));
 }
 
 TEST(Responder, AFruTableComesInPartsWithDescribedFlags) {
