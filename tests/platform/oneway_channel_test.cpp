@@ -64,136 +64,134 @@ int Post(std::function<void()> body) {
         nullptr, 0, false);
 }
 
+void InAChild(const std::function<void()>& body) {
+    EXPECT_EQ(0, RunInChild(body));
+}
+
+/// Runs body in a child, with a loop that has the channel on it.
+void OnALoop(const std::function<void(Loop&)>& body) {
+    InAChild([&] {
+        Loop loop;
+        ASSERT_EQ(0, loop.Register());
+        body(loop);
+    });
+}
+
 TEST(OneWayChannel, HandsContextDataAndSizeToTheHandlerOnTheLoopsThread) {
-    EXPECT_EQ(0, RunInChild([] {
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  std::string record = "record";
-                  std::thread::id handlerThread;
-                  void* context = nullptr;
-                  std::thread poster([&] {
-                      const auto handler = [&](void* given, void* data, unsigned long size) {
-                          handlerThread = std::this_thread::get_id();
-                          context = given;
-                          EXPECT_EQ(data, &record);
-                          EXPECT_EQ(size, sizeof(record));
-                          return -1;
-                      };
-                      EXPECT_EQ(0, OneWayChannel::GetInstance().Execute(handler, &record,
-                                                                        sizeof(record), false));
-                  });
-                  poster.join();
-                  loop.RunUntil([&] { return context != nullptr; });
-                  EXPECT_EQ(context, &loop);
-                  EXPECT_EQ(handlerThread, std::this_thread::get_id());
-              }));
+    OnALoop([](Loop& loop) {
+        std::string record = "record";
+        std::thread::id handlerThread;
+        void* context = nullptr;
+        std::thread poster([&] {
+            const auto handler = [&](void* given, void* data, unsigned long size) {
+                handlerThread = std::this_thread::get_id();
+                context = given;
+                EXPECT_EQ(data, &record);
+                EXPECT_EQ(size, sizeof(record));
+                return -1;
+            };
+            EXPECT_EQ(
+                0, OneWayChannel::GetInstance().Execute(handler, &record, sizeof(record), false));
+        });
+        poster.join();
+        loop.RunUntil([&] { return context != nullptr; });
+        EXPECT_EQ(context, &loop);
+        EXPECT_EQ(handlerThread, std::this_thread::get_id());
+    });
 }
 
 TEST(OneWayChannel, KeepsTheOrderOfEachThreadAndLosesNothing) {
-    EXPECT_EQ(0, RunInChild([] {
-                  constexpr int threadCount = 4;
-                  constexpr int requestCount = 2000;
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  std::map<int, std::vector<int>> seen;
-                  std::vector<std::thread> posters;
-                  for (int thread = 0; thread < threadCount; ++thread) {
-                      posters.emplace_back([&seen, thread] {
-                          for (int request = 0; request < requestCount; ++request) {
-                              EXPECT_EQ(0, Post([&seen, thread, request] {
-                                            seen[thread].push_back(request);
-                                        }));
-                          }
-                      });
-                  }
-                  const auto all = [&] {
-                      return seen.size() == threadCount &&
-                             std::ranges::all_of(seen, [](const auto& each) {
-                                 return each.second.size() == requestCount;
-                             });
-                  };
-                  loop.RunUntil(all);
-                  for (std::thread& poster : posters) {
-                      poster.join();
-                  }
-                  EXPECT_FALSE(loop.RunDry());
-                  for (const auto& [thread, requests] : seen) {
-                      EXPECT_TRUE(std::ranges::is_sorted(requests)) << "thread " << thread;
-                  }
-              }));
+    OnALoop([](Loop& loop) {
+        constexpr int threadCount = 4;
+        constexpr int requestCount = 2000;
+        std::map<int, std::vector<int>> seen;
+        std::vector<std::jthread> posters;
+        for (int thread = 0; thread < threadCount; ++thread) {
+            posters.emplace_back([&seen, thread] {
+                for (int request = 0; request < requestCount; ++request) {
+                    EXPECT_EQ(0,
+                              Post([&seen, thread, request] { seen[thread].push_back(request); }));
+                }
+            });
+        }
+        loop.RunUntil([&] {
+            return seen.size() == threadCount && std::ranges::all_of(seen, [](const auto& each) {
+                       return each.second.size() == requestCount;
+                   });
+        });
+        posters.clear();
+        EXPECT_FALSE(loop.RunDry());
+        for (const auto& [thread, requests] : seen) {
+            EXPECT_TRUE(std::ranges::is_sorted(requests)) << "thread " << thread;
+        }
+    });
 }
 
 TEST(OneWayChannel, IsOneForAllThreads) {
-    EXPECT_EQ(0, RunInChild([] {
-                  std::mutex mutex;
-                  std::set<OneWayChannel*> channels;
-                  std::vector<std::thread> threads;
-                  for (int thread = 0; thread < 8; ++thread) {
-                      threads.emplace_back([&] {
-                          OneWayChannel* channel = &OneWayChannel::GetInstance();
-                          const std::lock_guard lock(mutex);
-                          channels.insert(channel);
-                      });
-                  }
-                  for (std::thread& thread : threads) {
-                      thread.join();
-                  }
-                  EXPECT_EQ(channels.size(), 1U);
-              }));
+    InAChild([] {
+        std::mutex mutex;
+        std::set<OneWayChannel*> channels;
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < 8; ++thread) {
+            threads.emplace_back([&] {
+                OneWayChannel* channel = &OneWayChannel::GetInstance();
+                const std::lock_guard lock(mutex);
+                channels.insert(channel);
+            });
+        }
+        threads.clear();
+        EXPECT_EQ(channels.size(), 1U);
+    });
 }
 
 TEST(OneWayChannel, WakesTheLoopForABurstAndNotForEachRequest) {
-    EXPECT_EQ(0, RunInChild([] {
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  for (int burst = 1; burst <= 3; ++burst) {
-                      int handled = 0;
-                      for (int request = 0; request < 100'000; ++request) {
-                          ASSERT_EQ(0, Post([&] { ++handled; }));
-                      }
-                      loop.wakeUps = 0;
-                      loop.RunUntil([&] { return handled == 100'000; });
-                      // Once, and again for each turn that a busy machine made too short.
-                      EXPECT_LT(loop.wakeUps, 1'000);
-                      loop.RunDry();
-                      EXPECT_EQ(handled, 100'000);
-                  }
-              }));
+    OnALoop([](Loop& loop) {
+        for (int burst = 1; burst <= 3; ++burst) {
+            int handled = 0;
+            for (int request = 0; request < 100'000; ++request) {
+                ASSERT_EQ(0, Post([&] { ++handled; }));
+            }
+            loop.wakeUps = 0;
+            loop.RunUntil([&] { return handled == 100'000; });
+            // Once, and again for each turn that a busy machine made too short.
+            EXPECT_LT(loop.wakeUps, 1'000);
+            loop.RunDry();
+            EXPECT_EQ(handled, 100'000);
+        }
+    });
 }
 
 TEST(OneWayChannel, RunsRequestsFromBeforeTheRegistration) {
-    EXPECT_EQ(0, RunInChild([] {
-                  std::vector<int> seen;
-                  EXPECT_EQ(0, Post([&] { seen.push_back(1); }));
-                  EXPECT_EQ(0, Post([&] { seen.push_back(2); }));
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  EXPECT_EQ(0, Post([&] { seen.push_back(3); }));
-                  EXPECT_TRUE(loop.RunDry());
-                  EXPECT_THAT(seen, ElementsAre(1, 2, 3));
-              }));
+    InAChild([] {
+        std::vector<int> seen;
+        EXPECT_EQ(0, Post([&] { seen.push_back(1); }));
+        EXPECT_EQ(0, Post([&] { seen.push_back(2); }));
+        Loop loop;
+        ASSERT_EQ(0, loop.Register());
+        EXPECT_EQ(0, Post([&] { seen.push_back(3); }));
+        EXPECT_TRUE(loop.RunDry());
+        EXPECT_THAT(seen, ElementsAre(1, 2, 3));
+    });
 }
 
 TEST(OneWayChannel, LeavesTheLoopItsTurnWhenHandlersPostAgain) {
-    EXPECT_EQ(0, RunInChild([] {
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  std::function<void()> again = [&] { Post(again); };
-                  Post(again);
+    OnALoop([](Loop& loop) {
+        std::function<void()> again = [&] { Post(again); };
+        Post(again);
 
-                  std::array<int, 2> other{};
-                  ASSERT_EQ(0, pipe(other.data()));
-                  ASSERT_EQ(1, write(other[1], "x", 1));
-                  bool otherRan = false;
-                  const auto readOther = [](sd_event_source*, int fd, uint32_t, void* ran) {
-                      char byte = 0;
-                      *static_cast<bool*>(ran) = true;
-                      return static_cast<int>(read(fd, &byte, 1)) - 1;
-                  };
-                  ASSERT_LE(0, sd_event_add_io(loop.event.get(), nullptr, other[0], EPOLLIN,
-                                               readOther, &otherRan));
-                  loop.RunUntil([&] { return otherRan && loop.wakeUps > 2; });
-              }));
+        std::array<int, 2> other{};
+        ASSERT_EQ(0, pipe(other.data()));
+        ASSERT_EQ(1, write(other[1], "x", 1));
+        bool otherRan = false;
+        const auto readOther = [](sd_event_source*, int fd, uint32_t, void* ran) {
+            char byte = 0;
+            *static_cast<bool*>(ran) = true;
+            return static_cast<int>(read(fd, &byte, 1)) - 1;
+        };
+        ASSERT_LE(
+            0, sd_event_add_io(loop.event.get(), nullptr, other[0], EPOLLIN, readOther, &otherRan));
+        loop.RunUntil([&] { return otherRan && loop.wakeUps > 2; });
+    });
 }
 
 TEST(OneWayChannel, SurvivesAHandlerThatThrows) {
@@ -218,20 +216,18 @@ TEST(OneWayChannel, SurvivesAHandlerThatThrows) {
 }
 
 TEST(OneWayChannel, LeavesARefusedRequestWithItsCaller) {
-    EXPECT_EQ(0, RunInChild([] {
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  EXPECT_NE(0, loop.Register());
-                  int record = 0;
-                  OneWayChannel& channel = OneWayChannel::GetInstance();
-                  const auto handler = [](void*, void* data, unsigned long) {
-                      return ++*static_cast<int*>(data);
-                  };
-                  EXPECT_NE(0, channel.Execute(nullptr, &record, sizeof(record), false));
-                  EXPECT_NE(0, channel.Execute(handler, &record, sizeof(record), true));
-                  EXPECT_FALSE(loop.RunDry());
-                  EXPECT_EQ(record, 0);
-              }));
+    OnALoop([](Loop& loop) {
+        EXPECT_NE(0, loop.Register());
+        int record = 0;
+        OneWayChannel& channel = OneWayChannel::GetInstance();
+        const auto handler = [](void*, void* data, unsigned long) {
+            return ++*static_cast<int*>(data);
+        };
+        EXPECT_NE(0, channel.Execute(nullptr, &record, sizeof(record), false));
+        EXPECT_NE(0, channel.Execute(handler, &record, sizeof(record), true));
+        EXPECT_FALSE(loop.RunDry());
+        EXPECT_EQ(record, 0);
+    });
 }
 
 TEST(OneWayChannel, SaysThatItsPipeCouldNotBeMade) {
@@ -252,41 +248,37 @@ TEST(OneWayChannel, SaysThatItsPipeCouldNotBeMade) {
         // A first channel that the child then loses: the sanitizer needs files of its own when it
         // meets a type for the first time.
         OneWayChannel::GetInstance();
-        EXPECT_EQ(0, RunInChild(withoutFiles));
+        InAChild(withoutFiles);
     });
     EXPECT_THAT(writes, ElementsAre(MatchesRegex("<3>oneway_channel\\.[0-9]+\\.OneWayChannel: Pipe "
                                                  "creation failed : 24\n")));
 }
 
 TEST(OneWayChannel, StaysWithTheParentOverAFork) {
-    EXPECT_EQ(0, RunInChild([] {
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  int handled = 0;
-                  Post([&] { ++handled; });
-                  const auto inChild = [&] {
-                      Loop own;
-                      EXPECT_EQ(
-                          0,
-                          own.Register()); // a second registration of one channel would be refused
-                      EXPECT_FALSE(own.RunDry());
-                      EXPECT_EQ(handled, 0);
-                      Post([&] { handled += 10; });
-                      EXPECT_TRUE(own.RunDry());
-                      EXPECT_EQ(handled, 10);
-                      EXPECT_EQ(0, RunInChild([] { EXPECT_EQ(0, Post([] {})); }));
-                  };
-                  EXPECT_EQ(0, RunInChild(inChild));
-                  EXPECT_TRUE(loop.RunDry());
-                  EXPECT_EQ(handled, 1);
-              }));
+    OnALoop([](Loop& loop) {
+        int handled = 0;
+        Post([&] { ++handled; });
+        InAChild([&] {
+            Loop own;
+            // A second registration of one channel would be refused.
+            EXPECT_EQ(0, own.Register());
+            EXPECT_FALSE(own.RunDry());
+            EXPECT_EQ(handled, 0);
+            Post([&] { handled += 10; });
+            EXPECT_TRUE(own.RunDry());
+            EXPECT_EQ(handled, 10);
+            InAChild([] { EXPECT_EQ(0, Post([] {})); });
+        });
+        EXPECT_TRUE(loop.RunDry());
+        EXPECT_EQ(handled, 1);
+    });
 }
 
 TEST(OneWayChannel, SaysInTheChildThatAForkHappened) {
     const auto writes = CaptureWrites([] {
         setenv("TRACELOG_LEVEL", "4", 1);
         OneWayChannel::GetInstance();
-        EXPECT_EQ(0, RunInChild([] {}));
+        InAChild([] {});
     });
     EXPECT_THAT(writes,
                 ElementsAre(MatchesRegex(
@@ -295,53 +287,46 @@ TEST(OneWayChannel, SaysInTheChildThatAForkHappened) {
 }
 
 TEST(OneWayChannel, EndsInTheChildOfAHandlerThatForks) {
-    EXPECT_EQ(0, RunInChild([] {
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  pid_t child = -1;
-                  bool next = false;
-                  Post([&] { child = fork(); });
-                  Post([&] { next = true; });
-                  EXPECT_TRUE(loop.RunDry());
-                  if (child == 0) {
-                      EXPECT_FALSE(next);
-                      EXPECT_EQ(loop.wakeUps, 0);
-                      std::exit(testing::Test::HasFailure() ? 1 : 0);
-                  }
-                  int status = 0;
-                  EXPECT_EQ(child, waitpid(child, &status, 0));
-                  EXPECT_EQ(0, status);
-                  EXPECT_TRUE(next);
-                  EXPECT_GE(loop.wakeUps, 1);
-              }));
+    OnALoop([](Loop& loop) {
+        pid_t child = -1;
+        bool next = false;
+        Post([&] { child = fork(); });
+        Post([&] { next = true; });
+        EXPECT_TRUE(loop.RunDry());
+        if (child == 0) {
+            EXPECT_FALSE(next);
+            EXPECT_EQ(loop.wakeUps, 0);
+            std::exit(testing::Test::HasFailure() ? 1 : 0);
+        }
+        int status = 0;
+        EXPECT_EQ(child, waitpid(child, &status, 0));
+        EXPECT_EQ(0, status);
+        EXPECT_TRUE(next);
+        EXPECT_GE(loop.wakeUps, 1);
+    });
 }
 
 TEST(OneWayChannel, CanBeUsedInAChildForkedAmongBusyThreads) {
-    EXPECT_EQ(0, RunInChild([] {
-                  Loop loop;
-                  ASSERT_EQ(0, loop.Register());
-                  std::atomic<bool> stop{false};
-                  std::vector<std::thread> posters;
-                  for (int thread = 0; thread < 2; ++thread) {
-                      posters.emplace_back([&] {
-                          while (!stop) {
-                              Post([] {});
-                              std::this_thread::yield();
-                          }
-                      });
-                  }
-                  for (int round = 0; round < 20; ++round) {
-                      EXPECT_EQ(0, RunInChild([] {
-                                    EXPECT_EQ(0, Post([] {}));
-                                    _exit(testing::Test::HasFailure() ? 1 : 0);
-                                }));
-                      sd_event_run(loop.event.get(), 0); // one turn: the posters never rest
-                  }
-                  stop = true;
-                  for (std::thread& poster : posters) {
-                      poster.join();
-                  }
-              }));
+    OnALoop([](Loop& loop) {
+        std::atomic<bool> stop{false};
+        std::vector<std::jthread> posters;
+        for (int thread = 0; thread < 2; ++thread) {
+            posters.emplace_back([&] {
+                while (!stop) {
+                    Post([] {});
+                    std::this_thread::yield();
+                }
+            });
+        }
+        for (int round = 0; round < 20; ++round) {
+            InAChild([] {
+                EXPECT_EQ(0, Post([] {}));
+                _exit(testing::Test::HasFailure() ? 1 : 0);
+            });
+            sd_event_run(loop.event.get(), 0); // one turn: the posters never rest
+        }
+        stop = true;
+    });
 }
 
 } // namespace
