@@ -101,6 +101,10 @@ private:
                        Construct construct);
     template <typename Composition>
     void CreateSensor(ObjectStore<Composition>& store, const SensorInsertRequest& request);
+    /** Creates a sensor for thermal control and probes. If the card's FRU comes up meanwhile, its
+     *  model is asked for again. */
+    void CreateThermalProbe(const SensorInsertRequest& request);
+    std::uint32_t FruEventsOf(std::uint8_t slot);
     PropertyBags BuildSensorProperties(const SensorInsertRequest& request, const std::string& path);
     PropertyBag<bindings::ThermalSensor> BuildThermalProperties(const SensorInsertRequest& request,
                                                                 const std::string& path,
@@ -125,6 +129,8 @@ private:
     ObjectStore<InventoryWithFRUDbusInterface> fruInventoryObjects;
     ObjectStore<ControllerDbusInterface> controllerObjects;
     ObjectStore<AccInvDbusInterface> acceleratorObjects;
+    /** FRU events heard, by slot; objectsMutex. */
+    std::map<std::uint8_t, std::uint32_t> fruEvents;
     /** Object path to SensorCategory; belongs to the main thread, like numbering. */
     std::map<std::string, std::uint32_t> sensorCategories;
 

@@ -30,7 +30,7 @@ void DBusHandler::InsertSensor(const SensorInsertRequest& request) {
         CreateSensor(probeObjects, request);
         break;
     case SENSOR_KIND_THERMAL_PROBE:
-        CreateSensor(thermalProbeObjects, request);
+        CreateThermalProbe(request);
         break;
     default:
         break; // a sensor that nobody needs
@@ -43,6 +43,15 @@ void DBusHandler::CreateSensor(ObjectStore<Composition>& store,
     createDbusObj(store, request.deviceLdid, request.objectPath, [&](const std::string& path) {
         return std::make_shared<Composition>(*bus, path, BuildSensorProperties(request, path));
     });
+}
+
+void DBusHandler::CreateThermalProbe(const SensorInsertRequest& request) {
+    const std::uint32_t heard = FruEventsOf(request.slot);
+    CreateSensor(thermalProbeObjects, request);
+    if (FruEventsOf(request.slot) != heard) {
+        // The event found no sensor to retype, and the sensor may have its type from before it.
+        UpdateSensorType(request.slot);
+    }
 }
 
 PropertyBags DBusHandler::BuildSensorProperties(const SensorInsertRequest& request,

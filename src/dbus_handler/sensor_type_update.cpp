@@ -39,6 +39,7 @@ void DBusHandler::UpdateSensorType(std::uint8_t slot) {
     try {
         {
             const std::lock_guard lock(objectsMutex);
+            ++fruEvents[slot];
             if (!thermalProbeObjects.contains(SlotLdid(slot))) {
                 return;
             }
@@ -54,6 +55,11 @@ void DBusHandler::UpdateSensorType(std::uint8_t slot) {
     } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "%s\n", error.what());
     }
+}
+
+std::uint32_t DBusHandler::FruEventsOf(std::uint8_t slot) {
+    const std::lock_guard lock(objectsMutex);
+    return fruEvents[slot];
 }
 
 void DBusHandler::RetypeSensors(std::uint8_t slot) {

@@ -54,6 +54,11 @@ void PlatformServices::Set(const std::string& path, Answer answer) {
     answers.insert_or_assign(path, std::move(answer));
 }
 
+void PlatformServices::InNextRead(std::function<void()> happens) {
+    const std::lock_guard lock(mutex);
+    inNextRead = std::move(happens);
+}
+
 void PlatformServices::Forget() {
     const std::lock_guard lock(mutex);
     answers.clear();
@@ -74,16 +79,22 @@ int PlatformServices::OnMessage(sd_bus_message* message, void* self, sd_bus_erro
     const char* interface = nullptr;
     const char* property = nullptr;
     sd_bus_message_read(message, "ss", &interface, &property);
-    const std::lock_guard lock(services.mutex);
+    std::unique_lock lock(services.mutex);
     services.reads.push_back(std::string(sd_bus_message_get_destination(message)) + " " + path +
                              " " + interface + " " + property);
     const auto answer = services.answers.find(path);
     if (answer == services.answers.end()) {
         return 0; // sd-bus says that there is no such object
     }
+    const Answer decided = answer->second;
+    const auto happens = std::exchange(services.inNextRead, {});
+    lock.unlock();
+    if (happens) {
+        happens();
+    }
     sd_bus_message* raw = nullptr;
     if (sd_bus_message_new_method_return(message, &raw) >= 0) {
-        sdbusplus::message_t(raw).append(answer->second);
+        sdbusplus::message_t(raw).append(decided);
         sd_bus_send(nullptr, raw, nullptr);
         sd_bus_message_unref(raw);
     }

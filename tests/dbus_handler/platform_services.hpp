@@ -4,6 +4,7 @@
 #include <systemd/sd-bus.h>
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -28,6 +29,10 @@ public:
     /** Makes the object at path answer every read; any thread. */
     void Set(const std::string& path, Answer answer);
 
+    /** Does this once, in the next read: when the answer is decided and not yet sent. Any thread.
+     */
+    void InNextRead(std::function<void()> happens);
+
     /** Forgets all objects; any thread. */
     void Forget();
 
@@ -41,6 +46,7 @@ private:
     std::mutex mutex;
     std::map<std::string, Answer> answers;
     std::vector<std::string> reads;
+    std::function<void()> inNextRead;
     std::atomic<bool> stopped = false;
     std::thread thread;
 };

@@ -5,6 +5,7 @@
 
 #include <sdbusplus/message/native_types.hpp>
 
+#include <functional>
 #include <thread>
 
 namespace vantric::test {
@@ -106,16 +107,35 @@ TEST_F(Platform, TellsTheHostsPower) {
 }
 
 TEST_F(Platform, IsHeardOnBehindASignalThatCantBeRead) {
-    Emit(host, "org.freedesktop.DBus.Properties", "PropertiesChanged", std::int32_t{5});
-    Emit("/xyz/openbmc_project/inventory", "org.freedesktop.DBus.ObjectManager", "InterfacesAdded",
-         std::string("no path"));
-    const auto log = Heard();
-    ASSERT_EQ(2U, log.size());
-    EXPECT_TRUE(log[0].starts_with("1 HostPowerStatusCB: failed to read message err[sd_bus_"))
-        << log[0];
-    EXPECT_TRUE(log[1].starts_with(
-        "1 FRUEventCallback: failed to read message err[sd_bus_message_read_basic string"))
-        << log[1];
+    const auto emitHost = [this](const auto&... values) {
+        Emit(host, "org.freedesktop.DBus.Properties", "PropertiesChanged", values...);
+    };
+    const auto emitFru = [this](const auto&... values) {
+        Emit("/xyz/openbmc_project/inventory", "org.freedesktop.DBus.ObjectManager",
+             "InterfacesAdded", values...);
+    };
+    const std::string name = "any.Interface";
+    const std::string hostLine = "1 HostPowerStatusCB: failed to read message err[sd_bus_";
+    const std::string fruLine = "1 FRUEventCallback: failed to read message err[";
+    const std::pair<std::function<void()>, std::string> rows[] = {
+        {[&] { emitHost(); }, hostLine},
+        {[&] { emitHost(std::int32_t{5}); }, hostLine},
+        {[&] { emitHost(name); }, hostLine},
+        {[&] { emitHost(name, std::string("CurrentHostState")); }, hostLine},
+        {[&] {
+             emitHost(name, std::map<std::string, std::string>{{"CurrentHostState", "Off"}});
+         },
+         hostLine},
+        {[&] { emitFru(); }, fruLine + "sd_bus_message_read_basic string"},
+        {[&] { emitFru(std::string("no path")); }, fruLine + "sd_bus_message_read_basic string"},
+    };
+    for (const auto& [emit, line] : rows) {
+        emit();
+        const auto log = Heard();
+        ASSERT_EQ(1U, log.size()) << line;
+        EXPECT_TRUE(log[0].starts_with(line)) << log[0];
+    }
+    EXPECT_EQ(HOST_POWER_UNKNOWN, hostPowerState);
 }
 
 TEST_F(Platform, RetypesTheSensorsOfACardThatTurnsOutToBeOcp) {
@@ -189,6 +209,16 @@ TEST_F(Platform, IsAskedForTheModelWhenASensorComes) {
     EXPECT_TRUE(log[0].starts_with("4 getFRUPropertyVal: FRU Dbus is not having details for "
                                    "slot[4]: sd_bus_call"))
         << log[0];
+}
+
+TEST_F(Platform, RetypesASensorWhoseCardSaysSoWhileItIsCreated) {
+    services.Set(assembly + "PCIESLOT3_FRU", "Plain card");
+    services.InNextRead([this] {
+        services.Set(assembly + "PCIESLOT3_FRU", "OCP");
+        handler.UpdateSensorType(3);
+    });
+    Do(dbusDataInsert, CardSensor());
+    EXPECT_TRUE(Becomes("NDC_ASIC", 5));
 }
 
 TEST_F(Platform, NamesTheSlotOfAFru) {
