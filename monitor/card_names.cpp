@@ -28,6 +28,12 @@ std::string NameFromPath(const std::string& path) {
     return leaf.substr(0, leaf.find("_sensorid_"));
 }
 
+/// Whether a friendly name is that of a card with something behind it, such as a port.
+bool IsPartOf(const std::string& part, const std::string& card) {
+    return !card.empty() && part.size() > card.size() && part.starts_with(card) &&
+           (part[card.size()] == ' ' || part[card.size()] == '-');
+}
+
 } // namespace
 
 CardNames::CardNames(const ObjectModel& model) {
@@ -44,16 +50,17 @@ CardNames::CardNames(const ObjectModel& model) {
 }
 
 std::string CardNames::Of(const std::string& path, const Object& object) const {
-    if (const auto own = OwnCard(object)) {
-        return Name(*own);
+    const auto own = OwnCard(object);
+    auto card = CardAbove(path);
+    if (!card) {
+        card = CardAbove(AssociatedPath(object));
     }
-    if (const auto above = CardAbove(path)) {
-        return Name(*above);
+    if (own) {
+        return card && IsPartOf(own->friendly, card->friendly)
+                   ? Name(*card) + own->friendly.substr(card->friendly.size())
+                   : Name(*own);
     }
-    if (const auto associated = CardAbove(AssociatedPath(object))) {
-        return Name(*associated);
-    }
-    return NameFromPath(path);
+    return card ? Name(*card) : NameFromPath(path);
 }
 
 std::optional<CardNames::Card> CardNames::OwnCard(const Object& object) {

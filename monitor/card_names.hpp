@@ -15,8 +15,9 @@ class CardNames {
 public:
     explicit CardNames(const ObjectModel& model);
 
-    /** The friendly name of the object's card, with the LDID where two cards bear that name. An
-     *  object that doesn't tell has the name of the card that it hangs from by its path or its
+    /** The friendly name of the object's card, with the LDID where two cards bear that name. What
+     *  belongs to a port of a card has the card's name with the port behind it. An object that
+     *  doesn't tell has the name of the card that it hangs from by its path or its
      *  association, or else what its path tells of the LDID. */
     std::string Of(const std::string& path, const Object& object) const;
 

@@ -41,9 +41,31 @@ Widths FitWidths(const std::vector<Cells>& lines, std::size_t width) {
     return widths;
 }
 
+constexpr std::string_view digits = "0123456789";
+
+/// The text without its middle; the first number stays, since names of a kind differ in it.
+std::string Cut(const std::string& text, std::size_t width) {
+    const std::size_t half = (width - 1) / 2;
+    const std::size_t number = std::min(text.find_first_of(digits), text.size());
+    const std::size_t behind = std::min(text.find_first_not_of(digits, number), text.size());
+    const std::size_t length = behind - number;
+    const bool stays = number < width - 1 - half || number >= text.size() - half;
+    if (stays || length + 4 > width) {
+        return text.substr(0, width - 1 - half) + '~' + text.substr(text.size() - half);
+    }
+    const std::size_t front = (width - 2 - length) / 2;
+    const std::size_t end = width - 2 - length - front;
+    if (behind + end >= text.size()) {
+        const std::string rest = text.substr(number);
+        return text.substr(0, width - 1 - rest.size()) + '~' + rest;
+    }
+    return text.substr(0, front) + '~' + text.substr(number, length) + '~' +
+           text.substr(text.size() - end);
+}
+
 std::string Fit(const std::string& cell, std::size_t width, bool toTheRight) {
     if (cell.size() > width) {
-        return cell.substr(0, width - 1) + '~';
+        return Cut(cell, width);
     }
     const std::string padding(width - cell.size(), ' ');
     return toTheRight ? padding + cell : cell + padding;

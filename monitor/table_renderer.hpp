@@ -10,8 +10,8 @@
 namespace monitor {
 
 /** The table's lines, the heading first, none wider than width columns; 0 means no limit. Where the
- *  room is short the widest columns give way, and a cut cell ends in "~". Cells are made printable.
- */
+ *  room is short the widest columns give way, and "~" stands for what is cut from a cell: its
+ *  middle, but not the first number. Cells are made printable. */
 std::vector<std::string> RenderTable(const std::vector<Row>& rows, std::size_t width);
 
 } // namespace monitor

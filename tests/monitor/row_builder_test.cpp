@@ -152,9 +152,25 @@ TEST(RowBuilder, KeepsCardsOfOneNameApart) {
                         {{inventoryInterface, Inventory("NIC.Slot.1", "NIC in Slot 1")}});
     model.AddInterfaces(base + "Embedded/1",
                         {{inventoryInterface, Inventory("NIC.Embedded.1", "NIC in Slot 1")}});
+    // What tells of a port stands under the card that its path or its association names.
+    Properties state = StateSensor({{"Link", {"Link State", "Connected"}}});
+    state["LDID"] = Text("NIC.Embedded.3-1");
+    state["FriendlyLDID"] = Text("NIC in Slot 1 Port 3");
+    model.AddInterfaces(base + "Embedded/1/sensor/state/sensorid_9", {{stateInterface, state}});
+    Properties probe = PowerProbe();
+    probe["TargetDevKey"] = Text("NIC.Slot.1-2");
+    probe["FriendlyLDID"] = Text("NIC in Slot 1 Port 2");
+    model.AddInterfaces(
+        "/xyz/openbmc_project/sensors/power/NIC_Slot_1_sensorid_6",
+        {{probeInterface, probe},
+         {associationInterface,
+          {{"Associations", Associations{{"inventory", "x", base + "Slot/1/x"}}}}}});
     EXPECT_THAT(Lines(model),
                 ElementsAre("NIC in Slot 1 (NIC.Embedded.1)|Firmware|22.31.10||present|ok",
-                            "NIC in Slot 1 (NIC.Slot.1)|Firmware|22.31.10||present|ok"));
+                            "NIC in Slot 1 (NIC.Embedded.1) Port 3|State 9 Link|Connected|Link "
+                            "State|ok|",
+                            "NIC in Slot 1 (NIC.Slot.1)|Firmware|22.31.10||present|ok",
+                            "NIC in Slot 1 (NIC.Slot.1) Port 2|Power Sensor 6|12|W|ok|ok"));
 }
 
 TEST(RowBuilder, SortsByCardAndThenByIdAsTheyCount) {

@@ -24,8 +24,26 @@ TEST(TableRenderer, AlignsTheColumns) {
 TEST(TableRenderer, LetsTheWidestColumnsGiveWay) {
     EXPECT_THAT(RenderTable(rows, 50),
                 ElementsAre("CARD      OBJECT    VALUE  UNIT  STATUS    HEALTH",
-                            "NIC in ~  Ambient    41.5  C     ok        ok",
-                            "NIC in ~  Power S~    n/a  W     no read~  unknown"));
+                            "NIC ~t 3  Ambient    41.5  C     ok        ok",
+                            "NI~3~t 1  Powe~r 6    n/a  W     no r~ing  unknown"));
+}
+
+TEST(TableRenderer, CutsNamesSoThatTheyStayApart) {
+    const std::vector<std::pair<std::string, std::string>> names{
+        {"Proc Accelerator Controller in Slot 21 of Instance 1", "Proc~21~nce 1"},
+        {"Proc Accelerator Controller in Slot 22 of Instance 1", "Proc~22~nce 1"},
+        {"Integrated Universal baseboard of Instance 1", "Integr~ance 1"},
+        {"NIC in Slot 1 (NIC.Embedded.1)", "NIC i~1~ed.1)"},
+        {"NIC in Slot 1 (NIC.Slot.1)", "NIC i~1~ot.1)"},
+        {"System Board Proc Accel1 Temp", "System~1 Temp"},
+        {"Card of serial 1234567890123456", "Card o~123456"},
+        {"Cable right 31 near", "Cable~31 near"},
+        {"Temperature Sensors", "Temper~ensors"},
+    };
+    for (const auto& [name, cut] : names) {
+        const Row row{name, "ambient", "41", "C", "ok", "ok", ""};
+        EXPECT_THAT(RenderTable({row}, 51).at(1), testing::StartsWith(cut + "  ")) << name;
+    }
 }
 
 TEST(TableRenderer, KeepsToAnyWidth) {
