@@ -28,10 +28,18 @@ std::string NameFromPath(const std::string& path) {
     return leaf.substr(0, leaf.find("_sensorid_"));
 }
 
-/// Whether a friendly name is that of a card with something behind it, such as a port.
-bool IsPartOf(const std::string& part, const std::string& card) {
-    return !card.empty() && part.size() > card.size() && part.starts_with(card) &&
-           (part[card.size()] == ' ' || part[card.size()] == '-');
+/// What the friendly name of something on a card has besides that of the card, such as the port;
+/// nothing if it names something else.
+std::optional<std::string> PartOf(const std::string& part, const std::string& card) {
+    if (!card.empty() && part.starts_with(card)) {
+        std::string rest = part.substr(card.size());
+        if (rest.empty() || rest.front() == ' ' || rest.front() == '-') {
+            return rest;
+        }
+    }
+    // The ports of an embedded card bear another name than the card.
+    const std::size_t port = part.rfind(" Port ");
+    return port == std::string::npos ? std::nullopt : std::optional(part.substr(port));
 }
 
 } // namespace
@@ -55,12 +63,11 @@ std::string CardNames::Of(const std::string& path, const Object& object) const {
     if (!card) {
         card = CardAbove(AssociatedPath(object));
     }
-    if (own) {
-        return card && IsPartOf(own->friendly, card->friendly)
-                   ? Name(*card) + own->friendly.substr(card->friendly.size())
-                   : Name(*own);
+    if (!own) {
+        return card ? Name(*card) : NameFromPath(path);
     }
-    return card ? Name(*card) : NameFromPath(path);
+    const auto part = card ? PartOf(own->friendly, card->friendly) : std::nullopt;
+    return part ? Name(*card) + *part : Name(*own);
 }
 
 std::optional<CardNames::Card> CardNames::OwnCard(const Object& object) {

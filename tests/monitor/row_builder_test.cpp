@@ -155,7 +155,7 @@ TEST(RowBuilder, KeepsCardsOfOneNameApart) {
     // What tells of a port stands under the card that its path or its association names.
     Properties state = StateSensor({{"Link", {"Link State", "Connected"}}});
     state["LDID"] = Text("NIC.Embedded.3-1");
-    state["FriendlyLDID"] = Text("NIC in Slot 1 Port 3");
+    state["FriendlyLDID"] = Text("Embedded NIC 1 Port 3");
     model.AddInterfaces(base + "Embedded/1/sensor/state/sensorid_9", {{stateInterface, state}});
     Properties probe = PowerProbe();
     probe["TargetDevKey"] = Text("NIC.Slot.1-2");
