@@ -103,6 +103,7 @@ TEST(GetFRUContents, FieldRules) {
         {"later replaces earlier", Record(1, 2, Field(4, "A").Add(sn)), "SN123"},
         {"empty replaces", Record(1, 2, Bytes(sn).Add(Field(4, ""))), ""},
         {"unprintable keeps", Record(1, 2, Bytes(sn).Add(Field(4, "B\x01"))), "SN123"},
+        {"delete is unprintable", Record(1, 2, Bytes(sn).Add(Field(4, "B\x7F"))), "SN123"},
         {"not ASCII keeps", Record(1, 2, Bytes(sn).Add(Field(4, "B\xE4"))), "SN123"},
         {"type 0 length 0 ends", Record(1, 3, Bytes{0, 0}.Add(sn)), ""},
         {"type 0 is dropped", Record(1, 2, Field(0, "x").Add(sn)), "SN123"},
@@ -136,6 +137,10 @@ TEST(GetFRUContents, LogsWhatItDoesNotTake) {
     endpoint.Parse(Record(1, 3, Field(4, "B\x01").Add(Field(16, "x")).Add(Field(6, Bytes(12, 0)))));
     endpoint.Parse(Record(2, 1, {}));
     endpoint.Parse(Record(1, 1, {}, 3));
+    endpoint.Parse(Record(1, 2, Field(4, "A")));
+    EXPECT_TRUE(log.Messages(2).empty()) << "a field that isn't there is no half one";
+    endpoint.Parse(Record(1, 2, Field(4, "A").Add({4, 9, 'B'})));
+    EXPECT_EQ(log.Count(2, "FRU table of EID = 9 ends within a field\n"), 1);
     EXPECT_EQ(log.Messages(1), (std::vector<std::string>{"Not Printable string for FRU type = 4\n",
                                                          "Invalid timestamp size 12\n"}));
     for (const char* line :
@@ -164,14 +169,20 @@ TEST(GetFRUContents, PutsPartsTogether) {
 }
 
 TEST(GetFRUContents, AsksForAsManyTablesAsThereAreRecords) {
-    const Bytes other = Record(254, 0, {});
     FruEndpoint endpoint(1000, 3);
-    endpoint.Answers(
-        {Table(5, 5, Record(1, 1, Field(4, "SN"))), Table(6, 2, other), Table(7, 5, other)});
+    const Bytes serialNumber = Record(1, 1, Field(4, "SN"));
+    endpoint.Answers({Table(4, 1, Bytes(serialNumber.begin(), serialNumber.end() - 1)),
+                      Table(5, 4, {'N'}), Table(6, 2, Record(1, 1, Field(2, "Model X"))),
+                      Table(7, 5, Record(254, 0, {}))});
     EXPECT_EQ(endpoint.cmds.GetFRUContents(), 0);
-    ASSERT_EQ(endpoint.Asked(), 3U);
-    EXPECT_EQ(endpoint.transport.requests[1], (Bytes{0x82, 4, 2, 5, 0, 0, 0, 1}));
+    ASSERT_EQ(endpoint.Asked(), 4U);
+    EXPECT_EQ(endpoint.transport.requests[2], (Bytes{0x83, 4, 2, 5, 0, 0, 0, 1}));
     EXPECT_EQ(endpoint.Data().fruContents->SN, "SN") << "contents of a table before stay";
+    EXPECT_EQ(endpoint.Data().fruContents->Model, "Model X");
+
+    endpoint.Answers({Table(0, 5, serialNumber)});
+    EXPECT_EQ(endpoint.cmds.GetFRUContents(), 0) << "no next handle is the end, too";
+    EXPECT_EQ(endpoint.Asked(), 5U);
 }
 
 TEST(GetFRUContents, EndsWithAnEndpointThatNeverDoesAndKeepsItsFirstRecord) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 
 using namespace vantric;
@@ -65,56 +66,86 @@ TEST(EntityAssociationPdr, IsDroppedWholeButNoticed) {
     }
 }
 
+/** The fixed fields as a record holds them. */
+Bytes HeadOf(const _Effectors& effector) {
+    return Bytes()
+        .Add(effector.PLDMTerminusHandle)
+        .Add(effector.EffectorID)
+        .Add(effector.entityType)
+        .Add(effector.entityInstanceNumber)
+        .Add(effector.containerID)
+        .Add(effector.EffectorSemanticID)
+        .Add(effector.EffectorInit)
+        .Add(effector.EffectorAuxiliaryNamesPDR)
+        .Add(effector.baseUnit)
+        .Add(effector.unitModifier)
+        .Add(effector.rateUnit)
+        .Add(effector.baseOEMUnitHandle)
+        .Add(effector.auxUnit)
+        .Add(effector.auxUnitModifier)
+        .Add(effector.auxrateUnit)
+        .Add(effector.auxOEMUnitHandle)
+        .Add(std::uint8_t{0xEE}) // isLinear, which isn't taken
+        .Add(effector.EffectorDataSize)
+        .Add(std::bit_cast<std::uint32_t>(effector.resolution))
+        .Add(std::bit_cast<std::uint32_t>(effector.offset))
+        .Add(effector.accuracy)
+        .Add(effector.plusTolerance)
+        .Add(effector.minusTolerance)
+        .Add(std::bit_cast<std::uint32_t>(effector.stateTransitionInterval))
+        .Add(std::bit_cast<std::uint32_t>(effector.TransitionInterval));
+}
+
+/** The limits and ranges behind them, in values of the given width. */
+Bytes RangesOf(const _Effectors& effector, std::size_t width) {
+    return Bytes()
+        .AddWide(static_cast<std::uint64_t>(effector.maxSettable), width)
+        .AddWide(static_cast<std::uint64_t>(effector.minSettable), width)
+        .Add(effector.rangeFieldFormat)
+        .Add(effector.rangeFieldSupport)
+        .Add(Bytes(width == 4 ? 2 : 0, 0xEE)) // the values stand on a multiple of four
+        .AddWide(static_cast<std::uint64_t>(effector.nominalValue), width)
+        .AddWide(static_cast<std::uint64_t>(effector.normalMax), width)
+        .AddWide(static_cast<std::uint64_t>(effector.normalMin), width)
+        .AddWide(static_cast<std::uint64_t>(effector.ratedMax), width)
+        .AddWide(static_cast<std::uint64_t>(effector.ratedMin), width);
+}
+
 TEST(NumericEffectorPdr, FillsEachField) {
     struct Row {
         std::uint8_t dataSize;
-        Bytes ranges; ///< from byte 44 on
-        std::int64_t maxSettable, minSettable;
-        int format;
-        std::int64_t nominalValue, ratedMin;
+        std::size_t width;
+        std::int64_t maxSettable, ratedMin;
     };
-    const Bytes narrow{0xFE, 0x80, 3, 0x77, 0xF0, 0xF1, 0xF2, 0xF3, 0xF4};
-    const Bytes middle{0xFE, 0x80, 0x03, 0xF0, 0xF1, 0xF2, 0xF3, 0xF4,
-                       0xF5, 0xF6, 0xF7, 0xF8, 0xF9, 0xFA, 0xFB, 0xFC};
-    const Bytes wide{0xFE, 0x80, 0x03, 0xF0, 0xF1, 0xF2, 0xF3, 0xF4, 0xF5, 0xF6, 0xEE,
-                     0xEE, 0xF9, 0xFA, 0xFB, 0xFC, 1,    2,    3,    4,    5,    6,
-                     7,    8,    9,    10,   11,   12,   13,   14,   15,   16};
-    const std::vector<Row> rows{
-        {0, narrow, 0xFE, 0x80, 3, 0xF0, 0xF4},
-        {1, narrow, -2, -128, 3, -16, -12},
-        {2, middle, 0x80FE, 0xF003, 0xF1, 0xF4F3, 0xFCFB},
-        {3, middle, -32514, -4093, 0xF1, -2829, -773},
-        {4, wide, 0xF00380FE, 0xF4F3F2F1, 0xF5, 0xFCFBFAF9, 0x100F0E0D},
-        {5, wide, -268205826, -185339151, 0xF5, -50595079, 0x100F0E0D},
-        {6, {}, 0, 0, 0, 0, 0},
-        {255, {}, 0, 0, 0, 0, 0},
-    };
-    for (const auto& row : rows) {
-        Bytes body = Counting(44);
-        body[22] = 0xEE;
-        body[23] = row.dataSize;
+    for (const auto& row : {Row{0, 1, 0xFE, 0xF6}, Row{1, 1, -2, -10}, Row{2, 2, 0xFDFE, 0xEFF0},
+                            Row{3, 2, -514, -4112}, Row{4, 4, 0xFBFCFDFE, 0xDFE0E1E2},
+                            Row{5, 4, std::int32_t(0xFBFCFDFE), std::int32_t(0xDFE0E1E2)},
+                            Row{6, 0, 0, 0}, Row{255, 0, 0, 0}}) {
+        Bytes head = Counting(44);
+        head[22] = 0xEE;
+        head[23] = row.dataSize;
+        Bytes ranges(row.width == 0 ? 50 : 7 * row.width + (row.width == 4 ? 4 : 2));
+        std::generate(ranges.begin(), ranges.end(),
+                      [value = std::uint8_t{0xFF}]() mutable { return --value; });
+        if (row.width == 4) {
+            ranges[10] = ranges[11] = 0xEE;
+        }
         ScriptedEndpoint endpoint;
-        endpoint.cmds.HandlePDR(Pdr(9, Bytes(body).Add(row.ranges)));
-        ASSERT_EQ(endpoint.Data().effectors.size(), 1U) << int{row.dataSize};
-        const auto& effector = *endpoint.Data().effectors[0];
-        EXPECT_EQ(effector.PLDMTerminusHandle, 0x0201);
-        EXPECT_EQ(effector.EffectorSemanticID, 0x0C0B);
-        EXPECT_EQ(effector.auxOEMUnitHandle, 22);
-        EXPECT_EQ(effector.isLinear, 0);
-        EXPECT_EQ(effector.EffectorDataSize, row.dataSize);
-        EXPECT_EQ(effector.resolution, std::bit_cast<float>(0x1C1B1A19));
-        EXPECT_EQ(effector.accuracy, 0x2221);
-        EXPECT_EQ(effector.TransitionInterval, std::bit_cast<float>(0x2C2B2A29));
-        EXPECT_EQ(effector.maxSettable, row.maxSettable) << int{row.dataSize};
-        EXPECT_EQ(effector.minSettable, row.minSettable) << int{row.dataSize};
-        EXPECT_EQ(effector.rangeFieldFormat, row.format) << int{row.dataSize};
-        EXPECT_EQ(effector.nominalValue, row.nominalValue) << int{row.dataSize};
-        EXPECT_EQ(effector.ratedMin, row.ratedMin) << int{row.dataSize};
+        endpoint.cmds.HandlePDR(Pdr(9, Bytes(head).Add(ranges)));
         // Ranges as narrow as their own format says, or none: what is missing reads as 0.
-        endpoint.cmds.HandlePDR(Pdr(9, body));
-        endpoint.cmds.HandlePDR(Pdr(9, Bytes(body.begin(), body.end() - 1)));
-        ASSERT_EQ(endpoint.Data().effectors.size(), 2U) << "kept with its fixed fields only";
-        EXPECT_EQ(endpoint.Data().effectors[1]->maxSettable, 0);
+        endpoint.cmds.HandlePDR(Pdr(9, head));
+        endpoint.cmds.HandlePDR(Pdr(9, Bytes(head.begin(), head.end() - 1)));
+        const auto& effectors = endpoint.Data().effectors;
+        ASSERT_EQ(effectors.size(), 2U) << "kept with its fixed fields only";
+        for (const auto& effector : effectors) {
+            EXPECT_EQ(HeadOf(*effector), head) << int{row.dataSize};
+            EXPECT_EQ(effector->isLinear, 0);
+        }
+        EXPECT_EQ(RangesOf(*effectors[0], row.width), row.width == 0 ? Bytes(2, 0) : ranges)
+            << int{row.dataSize};
+        EXPECT_EQ(effectors[0]->maxSettable, row.maxSettable) << int{row.dataSize};
+        EXPECT_EQ(effectors[0]->ratedMin, row.ratedMin) << int{row.dataSize};
+        EXPECT_EQ(effectors[1]->maxSettable + effectors[1]->ratedMin, 0);
     }
 }
 
@@ -125,10 +156,17 @@ TEST(StateEffectorPdr, KeepsSixteenComposites) {
         body[14] = static_cast<std::uint8_t>(count);
         endpoint.cmds.HandlePDR(Pdr(11, body));
         const auto& effector = *endpoint.Data().stateEffectors.back();
-        EXPECT_EQ(effector.effectorID, 0x0403);
-        EXPECT_EQ(effector.effectorSemanticID, 0x0C0B);
-        EXPECT_EQ(effector.effectorDescriptionPDR, 14);
-        EXPECT_EQ(effector.compositeEffectorCount, count);
+        EXPECT_EQ(Bytes()
+                      .Add(effector.PLDMTerminusHandle)
+                      .Add(effector.effectorID)
+                      .Add(effector.entityType)
+                      .Add(effector.entityInstanceNumber)
+                      .Add(effector.containerID)
+                      .Add(effector.effectorSemanticID)
+                      .Add(effector.effectorInit)
+                      .Add(effector.effectorDescriptionPDR)
+                      .Add(effector.compositeEffectorCount),
+                  Bytes(body.begin(), body.begin() + 15));
         EXPECT_EQ(effector.compositeEffectors[0], (std::array<std::uint8_t, 4>{17, 18, 19, 20}));
         EXPECT_EQ(effector.compositeEffectors[15][3], count == 1 ? 0 : 80);
     }
@@ -155,11 +193,20 @@ TEST(EffectorInitPdrs, CopyTheirHeads) {
     const auto& state = endpoint.Data().stateEffectorInits;
     ASSERT_EQ(numeric.size(), 3U);
     ASSERT_EQ(state.size(), 3U);
-    EXPECT_EQ(numeric[0]->entityInstanceNumber, 7);
-    EXPECT_EQ(numeric[1]->entityType, 0x0605);
-    EXPECT_EQ(numeric[1]->entityInstanceNumber, 0);
-    EXPECT_EQ(state[0]->body[21], 22);
-    EXPECT_EQ(state[1]->body[5] + state[1]->body[6], 6);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::size_t held = std::vector{30, 6, 4}[i];
+        Bytes head = Counting(std::min<std::size_t>(held, 7));
+        head.resize(7);
+        EXPECT_EQ(Bytes()
+                      .Add(numeric[i]->PLDMTerminusHandle)
+                      .Add(numeric[i]->effectorID)
+                      .Add(numeric[i]->entityType)
+                      .Add(numeric[i]->entityInstanceNumber),
+                  head);
+        Bytes body = Counting(std::min<std::size_t>(held, 22));
+        body.resize(22);
+        EXPECT_EQ(Bytes(state[i]->body.begin(), state[i]->body.end()), body);
+    }
 }
 
 TEST(TerminusLocatorPdr, TypeSaysWhatTheValueIs) {
@@ -199,29 +246,29 @@ TEST(TerminusLocatorPdr, TypeSaysWhatTheValueIs) {
 }
 
 TEST(Lists, StopGrowing) {
-    ScriptedEndpoint endpoint;
     Bytes manyMembers(13 + 3 * 255, 0);
     manyMembers[12] = 255;
-    const std::vector<Bytes> records{Pdr(10, Counting(7)), CompactSensorPdr{}.Build(),
-                                     Pdr(9, Counting(44)), AssociationPdr(144, {}),
-                                     Pdr(4, Bytes(13, 0)), Pdr(4, manyMembers)};
-    for (const auto& record : records) {
-        const auto count = &record == &records.back() ? 40 : 8200;
-        if (count == 40) {
-            endpoint.Data().stateSensors.clear();
-        }
-        for (int i = 0; i < count; ++i) {
+    const std::vector<std::pair<Bytes, std::size_t>> rows{
+        {Pdr(1, Bytes(12, 1)), 8192},    {NumericSensorPdr{}.Build(), 8192},
+        {Pdr(4, Bytes(13, 0)), 8192},    {Pdr(4, manyMembers), 32},
+        {Pdr(9, Counting(44)), 8192},    {Pdr(10, Counting(7)), 8192},
+        {Pdr(11, Counting(16)), 8192},   {Pdr(12, Counting(22)), 8192},
+        {AssociationPdr(144, {}), 8192}, {CompactSensorPdr{}.Build(), 8192},
+    };
+    for (const auto& [record, kept] : rows) {
+        ScriptedEndpoint endpoint;
+        endpoint.Supports(2, {0xF1F2F000}); // or it has no numeric sensor
+        for (int i = 0; i < 8200; ++i) {
             endpoint.cmds.HandlePDR(record);
         }
-        if (&record == &records[4]) {
-            EXPECT_EQ(endpoint.Data().stateSensors.size(), 8192U);
-        }
+        const auto& data = endpoint.Data();
+        EXPECT_EQ(data.terminusLocators.size() + data.numericSensors.size() +
+                      data.stateSensors.size() + data.effectors.size() +
+                      data.numericEffectorInits.size() + data.stateEffectors.size() +
+                      data.stateEffectorInits.size() + data.entityAssociations.size(),
+                  kept)
+            << "type " << int{record[5]};
     }
-    EXPECT_EQ(endpoint.Data().numericEffectorInits.size(), 8192U);
-    EXPECT_EQ(endpoint.Data().numericSensors.size(), 8192U);
-    EXPECT_EQ(endpoint.Data().effectors.size(), 8192U);
-    EXPECT_EQ(endpoint.Data().entityAssociations.size(), 8192U);
-    EXPECT_EQ(endpoint.Data().stateSensors.size(), 32U) << "of 255 members each";
 }
 
 TEST(GetExtractedData, LogsWhatWasReadAndReturnsIt) {
