@@ -52,3 +52,13 @@ public:
         return *this;
     }
 };
+
+/** The bytes from one position up to another. */
+inline Bytes Slice(const Bytes& bytes, std::size_t from, std::size_t to) {
+    return {bytes.begin() + static_cast<long>(from), bytes.begin() + static_cast<long>(to)};
+}
+
+/** All bytes but the last ones. */
+inline Bytes Cut(const Bytes& bytes, std::size_t less = 1) {
+    return Slice(bytes, 0, bytes.size() - less);
+}

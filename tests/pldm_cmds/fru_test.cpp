@@ -152,13 +152,10 @@ TEST(GetFRUContents, LogsWhatItDoesNotTake) {
 
 TEST(GetFRUContents, PutsPartsTogether) {
     const Bytes table = Record(1, 2, Field(2, "Model X").Add(Field(4, "SN123")));
-    const auto cut = [&](std::size_t from, std::size_t to) {
-        return Bytes(table.begin() + static_cast<long>(from),
-                     table.begin() + static_cast<long>(to));
-    };
     FruEndpoint endpoint;
-    endpoint.Answers({Table(0x22, 1, cut(0, 6)), Table(0x33, 3, {9, 9}), Table(0x44, 0, cut(6, 9)),
-                      Table(0, 4, cut(9, table.size()))});
+    endpoint.Answers({Table(0x22, 1, Slice(table, 0, 6)), Table(0x33, 3, {9, 9}),
+                      Table(0x44, 0, Slice(table, 6, 9)),
+                      Table(0, 4, Slice(table, 9, table.size()))});
     EXPECT_EQ(endpoint.cmds.GetFRUContents(), 0);
     EXPECT_EQ(endpoint.Data().fruContents->Model, "Model X");
     EXPECT_EQ(endpoint.Data().fruContents->SN, "SN123");
@@ -171,8 +168,8 @@ TEST(GetFRUContents, PutsPartsTogether) {
 TEST(GetFRUContents, AsksForAsManyTablesAsThereAreRecords) {
     FruEndpoint endpoint(1000, 3);
     const Bytes serialNumber = Record(1, 1, Field(4, "SN"));
-    endpoint.Answers({Table(4, 1, Bytes(serialNumber.begin(), serialNumber.end() - 1)),
-                      Table(5, 4, {'N'}), Table(6, 2, Record(1, 1, Field(2, "Model X"))),
+    endpoint.Answers({Table(4, 1, Cut(serialNumber)), Table(5, 4, {'N'}),
+                      Table(6, 2, Record(1, 1, Field(2, "Model X"))),
                       Table(7, 5, Record(254, 0, {}))});
     EXPECT_EQ(endpoint.cmds.GetFRUContents(), 0);
     ASSERT_EQ(endpoint.Asked(), 4U);

@@ -28,13 +28,15 @@ std::shared_ptr<__Temp_sensors> Parse(const Bytes& record, std::uint32_t version
 TEST(NumericSensorPdr, FillsEachField) {
     for (const auto& [version, idWidth] :
          {std::pair{current, std::size_t{2}}, {0xF1F1F000U, std::size_t{1}}}) {
-        const auto sensor =
-            Parse(NumericSensorPdr{.idWidth = idWidth, .unitModifier = -2}.Build(), version);
+        const NumericSensorPdr pdr{
+            .idWidth = idWidth, .init = 2, .unitModifier = -2, .offset = 0x40800000};
+        const auto sensor = Parse(pdr.Build(), version);
         ASSERT_TRUE(sensor);
         EXPECT_EQ(sensor->sensorID, 5);
         EXPECT_EQ(sensor->entityType, 144);
         EXPECT_EQ(sensor->entityInstanceNumber, 2);
         EXPECT_EQ(sensor->containerID, 7);
+        EXPECT_EQ(sensor->sensorInit, 2);
         EXPECT_EQ(sensor->IsSensorAuxNameSupported, 1);
         EXPECT_EQ(sensor->baseUnit, 2);
         EXPECT_EQ(sensor->unitModifier, -2);
@@ -44,7 +46,7 @@ TEST(NumericSensorPdr, FillsEachField) {
         EXPECT_EQ(sensor->isLinear, 1);
         EXPECT_EQ(sensor->dataType, 4);
         EXPECT_EQ(sensor->resolution, 1.0F);
-        EXPECT_EQ(sensor->offset, 0.0F);
+        EXPECT_EQ(sensor->offset, 4.0F);
         EXPECT_EQ(sensor->accuracy, 250);
         EXPECT_EQ(sensor->plusTolerance, 4);
         EXPECT_EQ(sensor->minusTolerance, 5);
@@ -159,7 +161,7 @@ TEST(NumericSensorPdr, RecordThatEndsInItsFieldsIsDropped) {
     const Bytes whole = NumericSensorPdr{}.Build();
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const CapturedLog log;
-        EXPECT_FALSE(Parse(Bytes(whole.begin(), whole.begin() + static_cast<long>(length))));
+        EXPECT_FALSE(Parse(Slice(whole, 0, length)));
         if (length > 10) {
             EXPECT_EQ(log.Messages(2).size(), 1U) << length;
         }
@@ -236,8 +238,7 @@ TEST(CompactSensorPdr, NameEndsAtNulAtTheRecordOrAt96) {
         EXPECT_EQ(sensor->auxSensorName, row.expected);
     }
     EXPECT_FALSE(Parse(CompactSensorPdr{.baseUnit = 5}.Build()));
-    const Bytes whole = CompactSensorPdr{}.Build();
-    EXPECT_FALSE(Parse(Bytes(whole.begin(), whole.end() - 1)));
+    EXPECT_FALSE(Parse(Cut(CompactSensorPdr{}.Build())));
 }
 
 } // namespace

@@ -58,7 +58,7 @@ TEST(EntityAssociationPdr, FillsEachField) {
 
 TEST(EntityAssociationPdr, IsDroppedWholeButNoticed) {
     const Bytes whole = AssociationPdr(144, {300});
-    for (const auto& record : {AssociationPdr(204, {300}), Bytes(whole.begin(), whole.end() - 1)}) {
+    for (const auto& record : {AssociationPdr(204, {300}), Cut(whole)}) {
         ScriptedEndpoint endpoint;
         endpoint.cmds.HandlePDR(record);
         EXPECT_TRUE(endpoint.Data().entityAssociations.empty());
@@ -134,7 +134,7 @@ TEST(NumericEffectorPdr, FillsEachField) {
         endpoint.cmds.HandlePDR(Pdr(9, Bytes(head).Add(ranges)));
         // Ranges as narrow as their own format says, or none: what is missing reads as 0.
         endpoint.cmds.HandlePDR(Pdr(9, head));
-        endpoint.cmds.HandlePDR(Pdr(9, Bytes(head.begin(), head.end() - 1)));
+        endpoint.cmds.HandlePDR(Pdr(9, Cut(head)));
         const auto& effectors = endpoint.Data().effectors;
         ASSERT_EQ(effectors.size(), 2U) << "kept with its fixed fields only";
         for (const auto& effector : effectors) {
@@ -166,7 +166,7 @@ TEST(StateEffectorPdr, KeepsSixteenComposites) {
                       .Add(effector.effectorInit)
                       .Add(effector.effectorDescriptionPDR)
                       .Add(effector.compositeEffectorCount),
-                  Bytes(body.begin(), body.begin() + 15));
+                  Slice(body, 0, 15));
         EXPECT_EQ(effector.compositeEffectors[0], (std::array<std::uint8_t, 4>{17, 18, 19, 20}));
         EXPECT_EQ(effector.compositeEffectors[15][3], count == 1 ? 0 : 80);
     }

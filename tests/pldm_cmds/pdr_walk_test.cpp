@@ -49,10 +49,6 @@ Bytes Sensor(std::uint16_t id) {
     return CompactSensorPdr{.id = id}.Build();
 }
 
-Bytes Slice(const Bytes& bytes, std::size_t from, std::size_t to) {
-    return {bytes.begin() + static_cast<long>(from), bytes.begin() + static_cast<long>(to)};
-}
-
 using Ids = std::vector<std::uint16_t>;
 
 TEST(RepositoryInfo, StoresWhatItSaysAndReadsTheRecords) {

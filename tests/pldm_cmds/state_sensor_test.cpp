@@ -48,10 +48,6 @@ Bytes AuxNamesPdr(std::uint16_t id, std::uint8_t sensors, std::uint8_t strings, 
     return Pdr(6, Bytes().Add(std::uint16_t{0x0A0B}).Add(id).Add(sensors).Add(strings).Add(area));
 }
 
-Bytes Cut(const Bytes& bytes, std::size_t less) {
-    return {bytes.begin(), bytes.end() - static_cast<long>(less)};
-}
-
 TEST(StateSensorPdr, FillsEachField) {
     ScriptedEndpoint endpoint;
     endpoint.cmds.HandlePDR(
