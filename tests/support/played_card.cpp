@@ -95,6 +95,8 @@ std::vector<std::uint16_t> PlayedCard::TakeRead() {
         return RespondBase(command);
     case 2:
         return RespondPlatform(command, request);
+    case 4:
+        return RespondFru(command);
     case 5:
         return Firmware();
     default:
@@ -108,8 +110,8 @@ std::vector<std::uint16_t> PlayedCard::TakeRead() {
         return Good({1});
     case 0x03: // GetPLDMVersion: 1.2.0 of every type, then the checksum
         return Good(Bytes{0, 0, 0, 0, completeRecord}.AddWide(0xF1F2F000, 4).AddZeros(4));
-    case 0x04: // GetPLDMTypes: 0, 2 and 5
-        return Good(Bytes{0x25}.AddZeros(7));
+    case 0x04: // GetPLDMTypes: 0, 2 and 5, and 4 if there is FRU data
+        return Good(Bytes{static_cast<std::uint8_t>(fruTable ? 0x35 : 0x25)}.AddZeros(7));
     default:
         return Good(Bytes().AddZeros(32));
     }
@@ -132,10 +134,12 @@ std::vector<std::uint16_t> PlayedCard::TakeRead() {
 
 ::Answer PlayedCard::Reading(std::uint16_t sensorId) {
     read.push_back(sensorId);
-    if (const auto status = sensorStatus.find(sensorId); status != sensorStatus.end()) {
+    if (const auto status = sensorStatus.find(sensorId);
+        status != sensorStatus.end() && status->second != 0) {
         return NoAnswer(status->second);
     }
-    if (const auto code = sensorCode.find(sensorId); code != sensorCode.end()) {
+    if (const auto code = sensorCode.find(sensorId);
+        code != sensorCode.end() && code->second != 0) {
         return Reply(code->second);
     }
     const auto value = values.find(sensorId);
@@ -168,6 +172,16 @@ std::vector<std::uint16_t> PlayedCard::TakeRead() {
                     .Add(completeRecord)
                     .Add(static_cast<std::uint16_t>(record.size()))
                     .Add(record));
+}
+
+/** The table fits into one part. */
+::Answer PlayedCard::RespondFru(std::uint8_t command) const {
+    if (!fruTable || command > 2) {
+        return Reply(5);
+    }
+    const auto length = static_cast<std::uint32_t>(fruTable->size());
+    return command == 1 ? Good(Bytes().AddZeros(6).Add(length).AddZeros(2).Add(std::uint16_t{1}))
+                        : Good(Bytes().AddZeros(4).Add(completeRecord).Add(*fruTable));
 }
 
 ::Answer PlayedCard::Firmware() const {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,8 @@ enum PlayedCommand : std::uint16_t {
     PLAYED_GET_STATE_READINGS = 0x0221,
     PLAYED_GET_REPOSITORY_INFO = 0x0250,
     PLAYED_GET_PDR = 0x0251,
+    PLAYED_GET_FRU_METADATA = 0x0401,
+    PLAYED_GET_FRU_TABLE = 0x0402,
     PLAYED_GET_FIRMWARE = 0x0502,
 };
 
@@ -65,11 +68,12 @@ public:
 
     std::vector<Bytes> pdrs;
     std::map<std::uint16_t, std::uint8_t> values;     ///< of sensor ids; 25 for any other
-    std::map<std::uint16_t, int> sensorStatus;        ///< transport status of a sensor's reading
-    std::map<std::uint16_t, std::uint8_t> sensorCode; ///< completion code of a sensor's reading
+    std::map<std::uint16_t, int> sensorStatus;        ///< transport status of a reading, 0: good
+    std::map<std::uint16_t, std::uint8_t> sensorCode; ///< completion code of a reading
     std::map<std::uint16_t, int> commandStatus;       ///< transport status of a command
     std::uint8_t state = 1;                           ///< of all state sensors
     std::string firmware = "1.0";
+    std::optional<Bytes> fruTable; ///< without one, the card doesn't speak of FRU data
 
 private:
     ::Answer Respond(const Bytes& request);
@@ -78,6 +82,7 @@ private:
     ::Answer Reading(std::uint16_t sensorId);
     ::Answer RepositoryInfo() const;
     ::Answer Record(std::uint32_t handle) const;
+    ::Answer RespondFru(std::uint8_t command) const;
     ::Answer Firmware() const;
 
     std::uint8_t updateSeconds = 1; ///< the repository's update time

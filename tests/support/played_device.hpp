@@ -34,6 +34,7 @@ public:
                                .multipleControllers = cards.size() != 1,
                                .identity = details.identity,
                                .cpuAffinity = static_cast<std::uint8_t>(details.cpuAffinity)});
+        this->useI2C = details.vdmEIDs.empty();
         this->state = DEVICE_INVENTORY;
     }
 
