@@ -116,9 +116,11 @@ struct AlarmRow {
 
 TEST_F(SensorObjects, RaiseAlarmsByTheReadingAtCreation) {
     const AlarmRow rows[] = {
-        {30, 0, 30, "true", "false"}, {30, 0, 29, "false", "false"},
-        {0, 30, 30, "false", "true"}, {0, 30, 31, "false", "false"},
-        {0, 0, 0, "false", "false"},  {0x1'0000'0000, -0x1'0000'0000, 0, "false", "false"}};
+        {30, 0, 30, "true", "false"},     {30, 0, 29, "false", "false"},
+        {0, 30, 30, "false", "true"},     {0, 30, 31, "false", "false"},
+        {0, 0, 0, "false", "false"},      {0x1'0000'0000, -0x1'0000'0000, 0, "false", "false"},
+        {-10, -20, -10, "true", "false"}, {-10, -20, -11, "false", "false"},
+        {-10, -20, -20, "false", "true"}, {30, 10, readingUnavailable, "true", "false"}};
     for (const auto& row : rows) {
         auto request = CardSensor(SENSOR_KIND_THERMAL);
         request.sensor.upperWarning = request.sensor.upperCritical = row.upper;
@@ -218,28 +220,54 @@ TEST_F(SensorObjects, ShowWhatFollowsFromAReading) {
 }
 
 TEST_F(SensorObjects, SignalEachChangeOnceAndInOrder) {
-    Do(dbusDataInsert, CardSensor());
-    Sent();
-    Do(dbusSetSensorValue, Reading(41));
-    EXPECT_EQ((Texts{"ProbeStatus=2", "ObjectStatus=2", "ProbeReading=41", "Value=41",
-                     "Available=true", "Functional=true"}),
-              Changes(CardSensorPath()));
-    Do(dbusSetSensorValue, Reading(41));
-    EXPECT_EQ(Texts{}, Changes(CardSensorPath()));
-    Do(dbusSetSensorValue, Reading(41.5));
-    EXPECT_EQ(Texts{"Value=41.5"}, Changes(CardSensorPath()));
+    const std::vector<std::pair<double, Texts>> rows{
+        {readingUnavailable,
+         {"FailedTimestamp=now", "Value=2147483647", "Available=true", "Functional=true"}},
+        {96,
+         {"ProbeStatus=2", "ObjectStatus=2", "ProbeReading=96", "FailedTimestamp=0", "Value=96"}},
+        {96, {}},
+        {96.5, {"Value=96.5"}},
+        {-3.5,
+         {"ProbeStatus=0", "ObjectStatus=6", "ProbeReading=-3", "Value=-3.5",
+          "CriticalAlarmHigh=false", "WarningAlarmHigh=false", "Available=false",
+          "Functional=false"}},
+        {0, {"ProbeReading=2147483647", "Value=0"}},
+        {41,
+         {"ProbeStatus=2", "ObjectStatus=2", "ProbeReading=41", "Value=41", "Available=true",
+          "Functional=true"}},
+        {0,
+         {"ProbeStatus=0", "ObjectStatus=6", "ProbeReading=2147483647", "Value=0",
+          "Available=false", "Functional=false"}}};
+    for (const auto& [kind, interfaces] : interfacesOfKind) {
+        auto request = CardSensor(kind, kind);
+        request.sensor.temperature = 95;
+        request.sensor.upperWarning = request.sensor.upperCritical = 90;
+        Do(dbusDataInsert, request);
+        Sent();
+        for (const auto& [value, all] : rows) {
+            Texts expected;
+            for (const auto& change : all) {
+                const bool probe = change.starts_with("Probe") || change.starts_with("Object");
+                if (kind == SENSOR_KIND_THERMAL_PROBE || probe == (kind == SENSOR_KIND_PROBE)) {
+                    expected.push_back(change);
+                }
+            }
+            Do(dbusSetSensorValue, Reading(value, kind, kind));
+            Texts changes = Changes(CardSensorPath(kind));
+            for (auto& change : changes) {
+                if (change.starts_with("FailedTimestamp=") && change != "FailedTimestamp=0") {
+                    change = "FailedTimestamp=now";
+                }
+            }
+            EXPECT_EQ(expected, changes) << int{kind} << ' ' << value;
+        }
+    }
 }
 
-TEST_F(SensorObjects, WriteOnlyTheInterfacesOfTheirKind) {
+TEST_F(SensorObjects, AreFoundByTheirKindOnly) {
     Do(dbusDataInsert, CardSensor(SENSOR_KIND_THERMAL, 1));
     Do(dbusDataInsert, CardSensor(SENSOR_KIND_PROBE, 2));
     Sent();
-    Do(dbusSetSensorValue, Reading(7, SENSOR_KIND_THERMAL, 1));
-    EXPECT_EQ((Texts{"Value=7", "Available=true", "Functional=true"}), Changes(CardSensorPath(1)));
-    Do(dbusSetSensorValue, Reading(7, SENSOR_KIND_PROBE, 2));
-    EXPECT_EQ((Texts{"ProbeStatus=2", "ObjectStatus=2", "ProbeReading=7"}),
-              Changes(CardSensorPath(2)));
-    // The kind names the store, and nobody is in another.
     Do(dbusSetSensorValue, Reading(8, SENSOR_KIND_PROBE, 1));
     Do(dbusSetSensorValue, Reading(8, SENSOR_KIND_THERMAL_PROBE, 2));
     Do(dbusSetSensorValue, Reading(8, SENSOR_KIND_NONE, 1));
@@ -260,14 +288,30 @@ TEST_F(SensorObjects, EndHighAlarmsWithAReadingButNeverRaiseThem) {
                object.at("Warning").at("WarningAlarmLow");
     };
     EXPECT_EQ("true true true", alarms());
-    Do(dbusSetSensorValue, Reading(96));
-    EXPECT_EQ("true true true", alarms());
+    for (const double value : {96.0, double{readingUnavailable}}) {
+        Do(dbusSetSensorValue, Reading(value));
+        EXPECT_EQ("true true true", alarms()) << value;
+    }
     Do(dbusSetSensorValue, Reading(95)); // at the threshold is below the alarm now
     EXPECT_EQ("true false true", alarms());
     Do(dbusSetSensorValue, Reading(20));
     EXPECT_EQ("false false true", alarms());
     Do(dbusSetSensorValue, Reading(99));
     EXPECT_EQ("false false true", alarms());
+}
+
+TEST_F(SensorObjects, KeepAnAlarmAboveANegativeThreshold) {
+    auto request = CardSensor();
+    request.sensor.temperature = -5;
+    request.sensor.upperWarning = request.sensor.upperCritical = -10;
+    Do(dbusDataInsert, request);
+    for (const auto& [value, alarm] :
+         std::vector<std::pair<double, const char*>>{{-9, "true"}, {-10, "false"}}) {
+        Do(dbusSetSensorValue, Reading(value));
+        const auto object = Object(sensorsRoot, CardSensorPath());
+        EXPECT_EQ(alarm, object.at("Warning").at("WarningAlarmHigh")) << value;
+        EXPECT_EQ(alarm, object.at("Critical").at("CriticalAlarmHigh")) << value;
+    }
 }
 
 TEST_F(SensorObjects, EndAnAlarmThatHasNoThreshold) {
