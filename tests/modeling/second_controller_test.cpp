@@ -93,20 +93,18 @@ TEST_F(SecondControllerTest, NumbersItsStateSensorsBehindThePortsOfTheFirst) {
     }
 }
 
-TEST_F(SecondControllerTest, EachConnectorSensorCountsOn) {
-    FirstControllerWithPorts(2);
-    const auto posted =
-        Publish(ToldCard().State(1, {202, 1, 2}).State(2, {300, 1, 2}).State(3, {210, 1, 2}), 2);
+TEST_F(SecondControllerTest, EachConnectorSensorCountsOnAndWrapsAfter255) {
+    FirstControllerWithPorts(254);
+    const auto posted = Publish(ToldCard()
+                                    .Numeric(5, {300, 1, 2})
+                                    .Numeric(6, {300, 1, 2})
+                                    .State(1, {202, 1, 2})
+                                    .State(2, {300, 1, 2})
+                                    .State(3, {210, 1, 2}),
+                                2);
+    EXPECT_EQ(posted.sensors.at(1).entityName, "ethernet0");
     EXPECT_EQ(Show(posted.stateSensors.at(2)),
-              "B3/connector_4/qsfp_1/sensor/state/sensorid_ctrl2_3, 4, ");
-}
-
-TEST_F(SecondControllerTest, CountersWrapAfter255) {
-    FirstControllerWithPorts(255);
-    const auto posted = Publish(ToldCard().Numeric(5, {300, 1, 2}).State(9, {202, 1, 2}), 2);
-    EXPECT_EQ(posted.sensors.at(0).entityName, "ethernet0");
-    EXPECT_EQ(Show(posted.stateSensors.at(0)),
-              "B3/connector_0/sfp_8079_1/sensor/state/sensorid_ctrl2_9, 0, ");
+              "B3/connector_0/qsfp_1/sensor/state/sensorid_ctrl2_3, 0, ");
 }
 
 TEST_F(SecondControllerTest, OnlyEthernetInfiniBandAndFibreChannelArePorts) {
@@ -134,25 +132,21 @@ TEST_F(SecondControllerTest, WithoutEntitiesASensorBelongsToItsController) {
         bool controllers;
         std::uint8_t controller;
         std::uint16_t type;
-        const char* shown;
+        std::string shown;
     } cases[] = {
-        {false, 1, 300, "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1, networkcontroller, 0"},
-        {false, 1, 144, "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1, networkcontroller, 0"},
-        {false, 1, 204, "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1, networkcontroller, 0"},
-        {true, 1, 300,
-         "T:NIC.Slot.3_sensorid_ctrl1_5, B3/networkcontroller_1, networkcontroller, 0"},
-        {true, 2, 202,
-         "T:NIC.Slot.3_sensorid_ctrl2_5, B3/networkcontroller_2, networkcontroller, 0"},
-        {true, 2, 144,
-         "T:NIC.Slot.3_sensorid_ctrl2_5, B3/networkcontroller_2, networkcontroller, 1"},
-        {true, 3, 300,
-         "T:NIC.Slot.3_sensorid_ctrl1_5, B3/networkcontroller_1, networkcontroller, 0"},
+        {false, 1, 300, "5, B3/networkcontroller_1, networkcontroller, 0"},
+        {false, 1, 144, "5, B3/networkcontroller_1, networkcontroller, 0"},
+        {false, 1, 204, "5, B3/networkcontroller_1, networkcontroller, 0"},
+        {true, 1, 300, "ctrl1_5, B3/networkcontroller_1, networkcontroller, 0"},
+        {true, 2, 202, "ctrl2_5, B3/networkcontroller_2, networkcontroller, 0"},
+        {true, 2, 144, "ctrl2_5, B3/networkcontroller_2, networkcontroller, 1"},
+        {true, 3, 300, "ctrl1_5, B3/networkcontroller_1, networkcontroller, 0"},
     };
     for (const auto& [controllers, controller, type, shown] : cases) {
         Begin(controllers);
         const auto posted = PublishFlat(ToldCard().Numeric(5, {type, 7, 2}), controller);
         EXPECT_EQ(posted.order, Texts{"dbusDataInsert"});
-        EXPECT_EQ(ShowAll(posted.sensors), Texts{shown});
+        EXPECT_EQ(ShowAll(posted.sensors), Texts{"T:NIC.Slot.3_sensorid_" + shown});
     }
 }
 
@@ -161,23 +155,20 @@ TEST_F(SecondControllerTest, WithoutEntitiesAStateSensorBelongsToItsController) 
         bool controllers;
         std::uint8_t controller;
         std::uint16_t type;
-        const char* shown;
+        std::string shown;
     } cases[] = {
-        {false, 1, 144, "B3/networkcontroller_1/sensor/state/sensorid_9, 0, "},
-        {false, 1, 202, "B3/sensor/state/sensorid_9, 0, "},
-        {false, 1, 200, "B3/networkcontroller_1/sensor/state/sensorid_9, 0, "},
-        {false, 1, 299, "B3/networkcontroller_1/sensor/state/sensorid_9, 0, "},
-        {true, 1, 300, "B3/networkcontroller_1/sensor/state/sensorid_ctrl1_9, 0, "},
-        {true, 2, 300, "B3/networkcontroller_2/sensor/state/sensorid_ctrl2_9, 0, "},
+        {false, 1, 144, "/networkcontroller_1/sensor/state/sensorid_9"},
+        {false, 1, 202, "/sensor/state/sensorid_9"},
+        {false, 1, 200, "/networkcontroller_1/sensor/state/sensorid_9"},
+        {false, 1, 299, "/networkcontroller_1/sensor/state/sensorid_9"},
+        {true, 1, 300, "/networkcontroller_1/sensor/state/sensorid_ctrl1_9"},
+        {true, 2, 300, "/networkcontroller_2/sensor/state/sensorid_ctrl2_9"},
     };
     for (const auto& [controllers, controller, type, shown] : cases) {
         Begin(controllers);
         EXPECT_EQ(ShowAll(PublishFlat(ToldCard().State(9, {type, 7, 2}), controller).stateSensors),
-                  Texts{shown});
+                  Texts{"B3" + shown + ", 0, "});
     }
-}
-
-TEST_F(SecondControllerTest, AStateSensorOfAnUnknownEntityIsTold) {
     const CapturedLog log;
     EXPECT_TRUE(PublishFlat(ToldCard().State(9, {204, 1, 2}), 1).order.empty());
     EXPECT_EQ(log.Count(1, "Invalid/Not supported EntityType: 204\n"), 1);

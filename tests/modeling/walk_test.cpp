@@ -10,45 +10,28 @@ TEST_F(WalkTest, NamesANumericSensorByItsPlace) {
         const char* what;
         Entity entity;
         std::uint8_t unit;
-        bool controllers;
-        const char* shown;
+        std::string root;
+        std::string shown; // behind the card's path
     } cases[] = {
-        {"on a port",
-         {300, 1, 2},
-         2,
-         false,
-         "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1/ethernet_1, ethernet_1, 1"},
-        {"of a device with two controllers",
-         {300, 1, 2},
-         2,
-         true,
-         "T:NIC.Slot.3_sensorid_ctrl1_5, B3/networkcontroller_1/ethernet_1, ethernet_1, 1"},
-        {"in watts",
-         {300, 2, 2},
-         7,
-         false,
-         "P:NIC.Slot.3_sensorid_5, B3/networkcontroller_1/ethernet_2, ethernet_2, 2"},
-        {"in kelvin",
-         {300, 2, 2},
-         4,
-         false,
-         "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1/ethernet_2, ethernet_2, 2"},
+        {"on a port", {300, 1, 2}, 2, "T:", "/networkcontroller_1/ethernet_1, ethernet_1, 1"},
+        {"in watts", {300, 2, 2}, 7, "P:", "/networkcontroller_1/ethernet_2, ethernet_2, 2"},
+        {"in kelvin", {300, 2, 2}, 4, "T:", "/networkcontroller_1/ethernet_2, ethernet_2, 2"},
         {"on a module whose path tells no connector",
          {202, 1, 3},
          2,
-         false,
-         "T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1/ethernet_1/sfp_8079_1, sfp_8079_1, 1"},
-        {"on the card", {68, 1, 1}, 2, false, "T:NIC.Slot.3_sensorid_5, B3, add_in_card_1, 1"},
-        {"of an entity that no association tells of",
-         {80, 4, 9},
-         2,
-         false,
-         "T:NIC.Slot.3_sensorid_5, B3, add_in_card_1, 1"},
+         "T:",
+         "/networkcontroller_1/ethernet_1/sfp_8079_1, sfp_8079_1, 1"},
+        {"on the card", {68, 1, 1}, 2, "T:", ", add_in_card_1, 1"},
+        {"in no association", {80, 4, 9}, 2, "T:", ", add_in_card_1, 1"},
     };
-    for (const auto& [what, entity, unit, controllers, shown] : cases) {
-        Begin(controllers);
-        EXPECT_EQ(ShowAll(Publish(NetworkCard().Numeric(5, entity, unit)).sensors), Texts{shown})
-            << what;
+    for (const auto& [what, entity, unit, root, shown] : cases) {
+        for (const bool controllers : {false, true}) {
+            Begin(controllers);
+            EXPECT_EQ(ShowAll(Publish(NetworkCard().Numeric(5, entity, unit)).sensors),
+                      Texts{root + "NIC.Slot.3_sensorid_" + (controllers ? "ctrl1_" : "") +
+                            "5, B3" + shown})
+                << what;
+        }
     }
 }
 
@@ -83,37 +66,24 @@ TEST_F(WalkTest, NamesAStateSensorByItsPlace) {
     const struct {
         const char* what;
         Entity entity;
-        bool controllers;
-        std::string shown;
+        std::string place;
+        std::string instance;
     } cases[] = {
-        {"on a port",
-         {300, 1, 2},
-         false,
-         "B3/networkcontroller_1/ethernet_1/sensor/state/sensorid_9, 1"},
-        {"of a device with two controllers",
-         {300, 2, 2},
-         true,
-         "B3/networkcontroller_1/ethernet_2/sensor/state/sensorid_ctrl1_9, 2"},
-        {"on the module",
-         {202, 1, 3},
-         false,
-         "B3/networkcontroller_1/ethernet_1/sfp_8079_1/sensor/state/sensorid_9, 1"},
-        {"on the controller",
-         {144, 1, 1},
-         false,
-         "B3/networkcontroller_1/sensor/state/sensorid_9, 0"},
-        {"on the card", {68, 1, 1}, false, "B3/sensor/state/sensorid_9, 0"},
-        {"of an accelerator that isn't told of",
-         {149, 6, 1},
-         false,
-         "B3/sensor/state/sensorid_9, 0"},
-        {"of an entity that isn't told of", {80, 4, 9}, false, "B3/sensor/state/sensorid_9, 4"},
+        {"on a port", {300, 2, 2}, "/networkcontroller_1/ethernet_2", "2"},
+        {"on the module", {202, 1, 3}, "/networkcontroller_1/ethernet_1/sfp_8079_1", "1"},
+        {"on the controller", {144, 1, 1}, "/networkcontroller_1", "0"},
+        {"on the card", {68, 1, 1}, "", "0"},
+        {"of an accelerator that isn't told of", {149, 6, 1}, "", "0"},
+        {"of an entity that isn't told of", {80, 4, 9}, "", "4"},
     };
-    for (const auto& [what, entity, controllers, shown] : cases) {
-        Begin(controllers);
-        EXPECT_EQ(ShowAll(Publish(NetworkCard().State(9, entity)).stateSensors),
-                  Texts{shown + ", NIC.Slot.3"})
-            << what;
+    for (const auto& [what, entity, place, instance] : cases) {
+        for (const bool controllers : {false, true}) {
+            Begin(controllers);
+            EXPECT_EQ(ShowAll(Publish(NetworkCard().State(9, entity)).stateSensors),
+                      Texts{"B3" + place + "/sensor/state/sensorid_" +
+                            (controllers ? "ctrl1_" : "") + "9, " + instance + ", NIC.Slot.3"})
+                << what;
+        }
     }
 }
 
