@@ -59,12 +59,6 @@ void PlatformServices::InNextRead(std::function<void()> happens) {
     inNextRead = std::move(happens);
 }
 
-void PlatformServices::Forget() {
-    const std::lock_guard lock(mutex);
-    answers.clear();
-    reads.clear();
-}
-
 std::vector<std::string> PlatformServices::TakeReads() {
     const std::lock_guard lock(mutex);
     return std::exchange(reads, {});

@@ -33,15 +33,11 @@ public:
      */
     void InNextRead(std::function<void()> happens);
 
-    /** Forgets all objects; any thread. */
-    void Forget();
-
     /** Returns the reads since the last call, each as "service path interface property". */
     std::vector<std::string> TakeReads();
 
 private:
     static int OnMessage(sd_bus_message* message, void* self, sd_bus_error* error);
-    void Serve();
 
     std::mutex mutex;
     std::map<std::string, Answer> answers;
