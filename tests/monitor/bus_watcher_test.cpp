@@ -12,25 +12,24 @@ using namespace monitor::test;
 
 class BusWatcherTest : public testing::Test {
 protected:
-    /// The sensor's reading as the watcher knows it, or -1.
+    /// A property as the watcher knows it, or the other value.
+    template <typename Value>
+    Value Known(const std::string& path, const char* interface, const char* property,
+                Value other) const {
+        const auto object = watcher.Model().Objects().find(path);
+        if (object == watcher.Model().Objects().end()) {
+            return other;
+        }
+        const auto* value = object->second.Get<Value>(interface, property);
+        return value == nullptr ? other : *value;
+    }
+
     std::int64_t Reading() const {
-        const auto& objects = watcher.Model().Objects();
-        const auto object = objects.find(FakeService::sensor);
-        const auto* reading =
-            object == objects.end()
-                ? nullptr
-                : object->second.Get<std::int64_t>(probeInterface, "ProbeReading");
-        return reading == nullptr ? -1 : *reading;
+        return Known<std::int64_t>(FakeService::sensor, probeInterface, "ProbeReading", -1);
     }
 
     StateDetails Details() const {
-        const auto& objects = watcher.Model().Objects();
-        const auto object = objects.find(FakeService::state);
-        const auto* details =
-            object == objects.end()
-                ? nullptr
-                : object->second.Get<StateDetails>(stateInterface, "StateSensorDetails");
-        return details == nullptr ? StateDetails() : *details;
+        return Known(FakeService::state, stateInterface, "StateSensorDetails", StateDetails());
     }
 
     vantric::test::PrivateBus privateBus;
