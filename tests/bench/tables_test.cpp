@@ -56,17 +56,12 @@ TEST(SlotCatalog, TellsWhatStandsInEachSlot) {
     EXPECT_EQ(SLOTCATALOG_LOCATOR_EMBEDDED, +records[0].locatorType);
     EXPECT_EQ(252, +records[0].deviceClass);
     EXPECT_EQ(4, +records[1].slotNumber);
-}
+    EXPECT_NE(0, SlotCatalogDeviceData(SLOTCATALOG_ALL, 3, &count, &capacity, records.data(), 2));
 
-TEST(SlotCatalog, WritesNoFurtherThanItsBuffer) {
-    const test::BenchProcess bench(scenario);
-    std::array<SlotCatalogRecord, 2> records{};
-    std::uint8_t count = 0;
-    std::uint32_t capacity = 1;
+    records = {};
     ASSERT_EQ(0, SlotCatalogDeviceData(SLOTCATALOG_ALL, 2, &count, &capacity, records.data(), 1));
     EXPECT_EQ(1, count);
-    EXPECT_EQ(0, +records[1].slotNumber);
-    EXPECT_NE(0, SlotCatalogDeviceData(SLOTCATALOG_ALL, 3, &count, &capacity, records.data(), 2));
+    EXPECT_EQ(0, +records[1].slotNumber) << "further than its buffer";
 }
 
 TEST(SlotCatalog, TellsTheAccelerators) {
