@@ -45,16 +45,19 @@ constexpr std::string_view digits = "0123456789";
 
 /// The text without its middle; the first number stays, since names of a kind differ in it.
 std::string Cut(const std::string& text, std::size_t width) {
-    const std::size_t half = (width - 1) / 2;
     const std::size_t number = std::min(text.find_first_of(digits), text.size());
     const std::size_t behind = std::min(text.find_first_not_of(digits, number), text.size());
     const std::size_t length = behind - number;
-    const bool stays = number < width - 1 - half || number >= text.size() - half;
-    if (stays || length + 4 > width) {
-        return text.substr(0, width - 1 - half) + '~' + text.substr(text.size() - half);
+    std::size_t front = width / 2;
+    if (behind * 3 <= width * 2) {
+        front = std::max(front, behind);
     }
-    const std::size_t front = (width - 2 - length) / 2;
-    const std::size_t end = width - 2 - length - front;
+    std::size_t end = width - 1 - front;
+    if (number < front || number >= text.size() - end || length + 4 > width) {
+        return text.substr(0, front) + '~' + text.substr(text.size() - end);
+    }
+    front = (width - 2 - length) / 2;
+    end = width - 2 - length - front;
     if (behind + end >= text.size()) {
         const std::string rest = text.substr(number);
         return text.substr(0, width - 1 - rest.size()) + '~' + rest;

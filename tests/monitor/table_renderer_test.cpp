@@ -37,6 +37,7 @@ TEST(TableRenderer, CutsNamesSoThatTheyStayApart) {
         {"NIC in Slot 1 (NIC.Slot.1)", "NIC i~1~ot.1)"},
         {"System Board Proc Accel1 Temp", "System~1 Temp"},
         {"Card of serial 1234567890123456", "Card o~123456"},
+        {"State 20 StateSensor.20.1", "State 20~20.1"},
         {"Cable right 31 near", "Cable~31 near"},
         {"Temperature Sensors", "Temper~ensors"},
     };
