@@ -94,6 +94,8 @@ TEST_F(Cxl, PollsBothEndpointsOfACardWithoutAskingForStates) {
         const std::string reading = eid == 41 ? "0211010000" : "0211050000";
         EXPECT_TRUE(Eventually([&] { return server->Answered(eid, reading) > 8; })) << eid;
     }
+    // Readings of two endpoints look for another path.
+    EXPECT_EQ(Show("temperature/CXLMemory_Slot_4_sensorid_1", "Value.Value"), "0");
     EXPECT_TRUE(Eventually([] { return server->Answered(21, "0211") > 0; }));
     EXPECT_EQ(server->Answered(21, "0221"), 0);
 }
