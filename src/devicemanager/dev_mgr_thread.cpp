@@ -29,24 +29,31 @@ void DeviceManager::DevMgrThread() {
 
 void DeviceManager::DeleteDevicesThread() {
     while (true) {
+        std::uint64_t heard = 0;
         {
             std::unique_lock lock(hostPowerMutex);
             hostPowerCond.wait(lock, [this] { return powerOffsServed != hostPowerOffs; });
+            heard = hostPowerOffs;
         }
         const std::scoped_lock lock(tableMutex);
-        ServePowerOffs();
+        ServePowerOffs(heard);
     }
 }
 
-void DeviceManager::ServePowerOffs() {
+std::uint64_t DeviceManager::PowerOffsHeard() {
+    const std::scoped_lock lock(hostPowerMutex);
+    return hostPowerOffs;
+}
+
+void DeviceManager::ServePowerOffs(std::uint64_t heard) {
     {
         // Counted: one that comes while devices are being removed isn't lost, nor is one after
         // which the host is on again before its turn comes.
         const std::scoped_lock lock(hostPowerMutex);
-        if (powerOffsServed == hostPowerOffs) {
+        if (powerOffsServed >= heard) {
             return;
         }
-        powerOffsServed = hostPowerOffs;
+        powerOffsServed = heard;
     }
     VANTRIC_LOG(LOG_LEVEL_TRACE, "EVENT_POWER_OFF Received deleting the devices\n");
     DeleteAllDevices();

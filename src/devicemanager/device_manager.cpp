@@ -19,19 +19,14 @@ constexpr int deviceStarted = 0;
 constexpr int deviceNotSupported = 2;
 constexpr int deviceExisted = 6;
 
-/** Holds a mutex, and makes commands that time out give way from before it waits for it. */
+/** Makes commands that time out give way, for as long as it lives. It begins before the wait for a
+ *  mutex that such a command keeps, and ends before the mutex is free again. */
 class NewEndPointsAtHand {
 public:
-    explicit NewEndPointsAtHand(std::mutex& mutex) : lock(mutex, std::defer_lock) {
-        useNewEndPoints = true;
-        lock.lock();
-    }
+    NewEndPointsAtHand() { useNewEndPoints = true; }
     ~NewEndPointsAtHand() { useNewEndPoints = false; }
     NewEndPointsAtHand(const NewEndPointsAtHand&) = delete;
     NewEndPointsAtHand& operator=(const NewEndPointsAtHand&) = delete;
-
-private:
-    std::unique_lock<std::mutex> lock;
 };
 
 std::shared_ptr<Device> MakeDevice(const DeviceDetails& details) {
@@ -71,8 +66,13 @@ void DeviceManager::Update(EventKind kind, const std::any& payload) {
 }
 
 void DeviceManager::TakeTable(const std::any& payload) {
-    const std::scoped_lock lock(tableMutex);
-    ServePowerOffs(); // so that what this table makes is newer than all of them
+    const std::uint64_t powerOffs = PowerOffsHeard(); // those that this table is newer than
+    std::unique_lock lock(tableMutex, std::defer_lock);
+    {
+        const NewEndPointsAtHand newEndPoints;
+        lock.lock();
+        ServePowerOffs(powerOffs);
+    }
     createDevicesFromDiscoveredMap(filterPLDMSupportedDevices(payload));
     RemoveUndiscoveredDevices();
 }
@@ -115,7 +115,9 @@ int DeviceManager::createDevice(const std::string& ldid, const DeviceDetails& de
 }
 
 bool DeviceManager::UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details) {
-    const NewEndPointsAtHand newEndPoints(devicesMutex);
+    std::unique_lock lock(devicesMutex, std::defer_lock);
+    const NewEndPointsAtHand newEndPoints;
+    lock.lock();
     const auto device = devices.find(ldid);
     if (device == devices.end()) {
         return false;

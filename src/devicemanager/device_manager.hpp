@@ -41,8 +41,9 @@ private:
     void RemoveUndiscoveredDevices();
     void SetFwUpdateInProgress(bool inProgress);
     [[noreturn]] void DeleteDevicesThread();
-    /** Removes all devices if the host has gone off since the last call. With tableMutex. */
-    void ServePowerOffs();
+    static std::uint64_t PowerOffsHeard();
+    /** Removes all devices, unless that was done for as many power offs. With tableMutex. */
+    void ServePowerOffs(std::uint64_t heard);
     void DeleteAllDevices();
     void TakeTable(const std::any& payload);
 

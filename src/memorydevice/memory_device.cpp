@@ -44,6 +44,10 @@ MemoryDevice::MemoryDevice(const DeviceDetails& details, const std::string& base
 }
 
 void MemoryDevice::InventoryTheDevice() {
+    if (fwUpdateInProgress) {
+        PauseAfterCycle();
+        return; // the inventory is still what comes next
+    }
     if (GatherInventory() != 0) {
         GiveUpInventory();
         return;

@@ -49,7 +49,11 @@ class VisitedRecords {
 public:
     /** @param askedHandle 0 for the first record, whose own handle stands in its header */
     void Add(std::uint32_t askedHandle, std::span<const std::uint8_t> record) {
-        handles.insert(askedHandle == 0 ? ByteReader(record).Read<std::uint32_t>() : askedHandle);
+        const bool isNew =
+            handles
+                .insert(askedHandle == 0 ? ByteReader(record).Read<std::uint32_t>() : askedHandle)
+                .second;
+        repeatedInARow = isNew ? 0 : repeatedInARow + 1;
         count += 1;
     }
 
@@ -58,11 +62,16 @@ public:
     /** True if the walk has been at the next record and has all that the endpoint counts: its last
      *  record leads to an earlier one. A handle that comes again before that may still lead on. */
     bool LeadsBackTo(std::uint32_t nextHandle, std::uint32_t countOfEndpoint) const {
-        return countOfEndpoint > 0 && count >= countOfEndpoint && handles.contains(nextHandle);
+        return countOfEndpoint > 0 && handles.size() >= countOfEndpoint &&
+               handles.contains(nextHandle);
     }
+
+    /** True if the walk goes round without anything new. */
+    bool GoesRound() const { return repeatedInARow >= limits::idleResponses; }
 
 private:
     std::unordered_set<std::uint32_t> handles;
+    std::size_t repeatedInARow = 0;
     std::size_t count = 0;
 };
 
@@ -101,6 +110,9 @@ int PLDMCmds::GetPDR() {
             const auto record = assembly.Finish();
             HandlePDR(record);
             visited.Add(position.recordHandle, record);
+            if (visited.GoesRound()) {
+                return giveUp();
+            }
             position = {.recordHandle = response.At<std::uint32_t>(nextRecordHandleOffset)};
             more = position.recordHandle != 0 &&
                    !visited.LeadsBackTo(position.recordHandle, extractedData->iRecordCount);

@@ -131,8 +131,11 @@ TEST_F(MemoryDeviceTest, AFirmwareUpdateKeepsCommandsAwayAndDoesNotSpin) {
     for (int cycle = 0; cycle < 15; ++cycle) {
         EXPECT_EQ(device->MonitorTheDevice(), 0);
     }
+    device->SetState(DEVICE_INVENTORY);
+    device->InventoryTheDevice();
+    EXPECT_EQ(device->State(), DEVICE_INVENTORY);
     EXPECT_EQ(card.Asked(), asked);
-    EXPECT_EQ(TakePauses(), Pauses(15, 5s));
+    EXPECT_EQ(TakePauses(), Pauses(16, 5s));
     device->SetFwUpdateInProgress(false);
     EXPECT_EQ(device->MonitorTheDevice(), 0);
     EXPECT_EQ(card.TakeRead(), Ids{5});

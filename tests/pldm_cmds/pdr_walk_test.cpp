@@ -227,8 +227,9 @@ TEST(PdrWalk, EndsWhereTheLastRecordLeadsBack) {
     for (const auto& row :
          {Row{"to the first", 40, 1, 40, 40, 0}, Row{"into the middle", 40, 7, 40, 40, 0},
           Row{"to itself", 40, 40, 40, 40, 0}, Row{"only one", 1, 1, 1, 1, 0},
-          Row{"more than counted", 40, 1, 3, 40, 0}, Row{"none counted", 40, 1, 0, 8193, 1},
-          Row{"far more counted", 40, 1, ~0U, 8193, 1}}) {
+          Row{"more than counted", 40, 1, 3, 40, 0}, Row{"none counted", 40, 1, 0, 56, 1},
+          Row{"far more counted", 40, 1, ~0U, 56, 1}, Row{"one more counted", 40, 1, 41, 56, 1},
+          Row{"as many as it has, all but the first out of reach", 1, 1, 40, 17, 1}}) {
         WalkedEndpoint endpoint;
         endpoint.Data().iRecordCount = row.claimed;
         endpoint.transport.respond = [&](const Bytes& request) {

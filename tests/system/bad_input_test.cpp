@@ -19,6 +19,7 @@ cards:
       - {eid: 11}
     sensors:
       - {id: 1, unit: celsius, value: 61}
+      - {id: 2, unit: watts, value: 9}
   - slot: 8
     kind: nic
     endpoints:
