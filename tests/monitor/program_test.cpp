@@ -1,15 +1,12 @@
 /** The program as a user starts it. */
 #include "fake_service.hpp"
 #include "support/private_bus.hpp"
+#include "system/process.hpp"
 
 #include <gmock/gmock.h>
 
 #include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -18,136 +15,79 @@ using namespace monitor::test;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
-
-/// A started monitor whose output, standard error included, is read while the loop turns.
-class Program {
-public:
-    Program(const TestLoop& loop, const std::vector<std::string>& options) : loop(loop) {
-        std::array<int, 2> ends{};
-        EXPECT_EQ(0, pipe2(ends.data(), O_CLOEXEC));
-        output = ends[0];
-        const std::string program = std::getenv("MONITOR");
-        std::vector<char*> arguments{const_cast<char*>(program.c_str())};
-        for (const std::string& option : options) {
-            arguments.push_back(const_cast<char*>(option.c_str()));
-        }
-        arguments.push_back(nullptr);
-        process = fork();
-        if (process == 0) {
-            dup2(ends[1], STDOUT_FILENO);
-            dup2(ends[1], STDERR_FILENO);
-            execv(program.c_str(), arguments.data());
-            _exit(127);
-        }
-        close(ends[1]);
-    }
-
-    ~Program() {
-        if (!ended) {
-            kill(process, SIGKILL);
-            waitpid(process, nullptr, 0);
-        }
-        close(output);
-    }
-
-    /// Serves the loop until the output so far satisfies done. Returns false if it never does.
-    template <typename Condition>
-    bool ReadUntil(const Condition& done) {
-        return loop.RunUntil([&] {
-            ReadOutput();
-            return done(text);
-        });
-    }
-
-    /// Serves the loop until the program ends and returns its exit status, or -1.
-    int Wait() {
-        int status = 0;
-        ended = loop.RunUntil([&] {
-            ReadOutput();
-            return waitpid(process, &status, WNOHANG) == process;
-        });
-        ReadOutput();
-        return ended && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    const std::string& Text() const { return text; }
-    pid_t Process() const { return process; }
-
-private:
-    void ReadOutput() {
-        pollfd ready{.fd = output, .events = POLLIN, .revents = 0};
-        std::array<char, 4096> buffer{};
-        while (poll(&ready, 1, 0) > 0) {
-            const ssize_t length = read(output, buffer.data(), buffer.size());
-            if (length <= 0) {
-                return;
-            }
-            text.append(buffer.data(), static_cast<std::size_t>(length));
-        }
-    }
-
-    const TestLoop& loop;
-    int output = -1;
-    pid_t process = -1;
-    bool ended = false;
-    std::string text;
-};
+using vantric::test::Process;
 
 class ProgramTest : public testing::Test {
 protected:
+    /// Starts the monitor, with an output of its own.
+    Process Start(std::vector<std::string> command) {
+        command.insert(command.begin(), std::getenv("MONITOR"));
+        return {command, {}, privateBus.Folder() + "/monitor." + std::to_string(++started)};
+    }
+
+    /// Serves the loop until the program has shown the text. Returns false if it never does.
+    bool Shows(Process& program, const std::string& text) const {
+        return loop.RunUntil([&] { return program.Log().find(text) != std::string::npos; });
+    }
+
+    /// Serves the loop until the program ends and returns its exit status, or -1.
+    int Wait(Process& program) const {
+        return loop.RunUntil([&] { return !program.Runs(); }) ? program.WaitForEnd().value_or(-1)
+                                                              : -1;
+    }
+
     vantric::test::PrivateBus privateBus;
     TestLoop loop;
+    int started = 0;
 };
 
 constexpr const char* sensorLine = "NIC in Slot 3  Board power     12  W     ok";
 
 TEST_F(ProgramTest, ShowsTheTableOnce) {
     const FakeService service(loop);
-    Program program(loop, {"--once"});
-    EXPECT_EQ(program.Wait(), 0);
-    EXPECT_THAT(program.Text(), HasSubstr("com.korv.zenth.vantricd: 2 objects, "));
-    EXPECT_THAT(program.Text(), HasSubstr(sensorLine));
-    EXPECT_THAT(program.Text(), Not(HasSubstr("\x1b")));
+    Process program = Start({"--once"});
+    EXPECT_EQ(Wait(program), 0);
+    EXPECT_THAT(program.Log(), HasSubstr("com.korv.zenth.vantricd: 2 objects, "));
+    EXPECT_THAT(program.Log(), HasSubstr(sensorLine));
+    EXPECT_THAT(program.Log(), Not(HasSubstr("\x1b")));
 }
 
 TEST_F(ProgramTest, FailsWhenNothingIsPublished) {
-    Program program(loop, {"--once"});
-    EXPECT_EQ(program.Wait(), 1);
-    EXPECT_THAT(program.Text(), HasSubstr("com.korv.zenth.vantricd isn't on the bus"));
+    Process program = Start({"--once"});
+    EXPECT_EQ(Wait(program), 1);
+    EXPECT_THAT(program.Log(), HasSubstr("com.korv.zenth.vantricd isn't on the bus"));
 }
 
 TEST_F(ProgramTest, FollowsForTheTimeAskedFor) {
     FakeService service(loop);
-    Program program(loop, {"--for", "3"});
-    ASSERT_TRUE(program.ReadUntil(
-        [](const std::string& text) { return text.find(sensorLine) != std::string::npos; }));
+    Process program = Start({"--for", "3"});
+    ASSERT_TRUE(Shows(program, sensorLine));
     service.probe->probeReading(345);
-    EXPECT_EQ(program.Wait(), 0);
-    EXPECT_THAT(program.Text(), HasSubstr("Board power    345  W"));
+    EXPECT_EQ(Wait(program), 0);
+    EXPECT_THAT(program.Log(), HasSubstr("Board power    345  W"));
 }
 
 TEST_F(ProgramTest, EndsWellOnASignal) {
     const FakeService service(loop);
-    Program program(loop, {});
-    ASSERT_TRUE(program.ReadUntil(
-        [](const std::string& text) { return text.find(sensorLine) != std::string::npos; }));
-    kill(program.Process(), SIGINT);
-    EXPECT_EQ(program.Wait(), 0);
+    Process program = Start({});
+    ASSERT_TRUE(Shows(program, sensorLine));
+    program.Signal(SIGINT);
+    EXPECT_EQ(Wait(program), 0);
 }
 
 TEST_F(ProgramTest, SaysThatTheBusIsLost) {
-    Program program(loop, {});
-    ASSERT_TRUE(program.ReadUntil([](const std::string& text) { return !text.empty(); }));
+    Process program = Start({});
+    ASSERT_TRUE(loop.RunUntil([&] { return !program.Log().empty(); }));
     kill(privateBus.Process(), SIGKILL);
-    EXPECT_EQ(program.Wait(), 1);
-    EXPECT_THAT(program.Text(), HasSubstr("vantric-monitor: the connection to the bus is lost"));
+    EXPECT_EQ(Wait(program), 1);
+    EXPECT_THAT(program.Log(), HasSubstr("vantric-monitor: the connection to the bus is lost"));
 }
 
 TEST_F(ProgramTest, SaysThatThereIsNoBus) {
     setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent", 1);
-    Program program(loop, {"--once"});
-    EXPECT_EQ(program.Wait(), 1);
-    EXPECT_THAT(program.Text(), MatchesRegex("vantric-monitor: system bus: [^\n]+\n"));
+    Process program = Start({"--once"});
+    EXPECT_EQ(Wait(program), 1);
+    EXPECT_THAT(program.Log(), MatchesRegex("vantric-monitor: system bus: [^\n]+\n"));
 }
 
 TEST_F(ProgramTest, RefusesAWrongCommandLine) {
@@ -156,9 +96,9 @@ TEST_F(ProgramTest, RefusesAWrongCommandLine) {
         {"--what"}, {"extra"},
     };
     for (const auto& options : wrong) {
-        Program program(loop, options);
-        EXPECT_EQ(program.Wait(), 2) << options.front();
-        EXPECT_THAT(program.Text(), HasSubstr("usage: vantric-monitor"));
+        Process program = Start(options);
+        EXPECT_EQ(Wait(program), 2) << options.front();
+        EXPECT_THAT(program.Log(), HasSubstr("usage: vantric-monitor"));
     }
 }
 
