@@ -1,4 +1,4 @@
-/** Takes the place of the platform's log in a test executable. */
+/** The platform's log as texts of one line; see captured_log.hpp, which it needs. */
 #pragma once
 
 #include <string>
@@ -6,9 +6,8 @@
 
 namespace vantric::test {
 
-/** Returns the lines logged by all threads since the last call, in their order: level, then
- * function, then message, as in "1 dbusClear: text". What stands before the function in a line is
- * left out, and so is the end of line. */
+/** Returns the lines logged by all threads since the last call, in their order, as in
+ *  "1 dbusClear: text": level, function and message. The first call begins it and returns none. */
 std::vector<std::string> TakeLog();
 
 } // namespace vantric::test

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <mutex>
 #include <sstream>
+#include <utility>
 
 namespace {
 
@@ -55,6 +56,11 @@ CapturedLog::~CapturedLog() {
 std::vector<LogLine> CapturedLog::Lines() const {
     const std::lock_guard lock(linesMutex);
     return lines;
+}
+
+std::vector<LogLine> CapturedLog::Take() {
+    const std::lock_guard lock(linesMutex);
+    return std::exchange(lines, {});
 }
 
 std::vector<std::string> CapturedLog::Messages(int level) const {

@@ -26,6 +26,9 @@ public:
     /** All lines so far. */
     std::vector<LogLine> Lines() const;
 
+    /** The lines since the construction or the last call; the others forget them too. */
+    std::vector<LogLine> Take();
+
     /** Messages of one level, in order. */
     std::vector<std::string> Messages(int level) const;
 
