@@ -4,6 +4,7 @@
 #include "dbus_handler/dbus_handler.hpp"
 #include "dbus_handler/handlers.hpp"
 #include "support/bus_client.hpp"
+#include "support/eventually.hpp"
 #include "support/private_bus.hpp"
 
 #include <gtest/gtest.h>
@@ -14,9 +15,7 @@
 #include <optional>
 #include <thread>
 
-#include <poll.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -49,13 +48,8 @@ public:
     /** Waits for the end and returns the exit status; nothing if it takes too long or is a signal.
      */
     std::optional<int> Ends() {
-        const auto fd = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
-        pollfd end{.fd = fd, .events = POLLIN, .revents = 0};
-        constexpr int patience = 30000; // ms
-        const bool ended = poll(&end, 1, patience) == 1;
-        close(fd);
         int status = 0;
-        if (!ended || waitpid(process, &status, 0) != process) {
+        if (!Eventually([&] { return waitpid(process, &status, WNOHANG) == process; })) {
             return std::nullopt;
         }
         process = -1;
