@@ -117,6 +117,7 @@ TEST(GetFRUContents, FieldRules) {
         {"second record", Record(1, 0, {}).Add(Record(1, 1, sn)), ""},
         {"empty table", {}, "-"},
         {"short IANA", Record(1, 1, Field(15, {1, 2})), "", "513"},
+        {"IANA of three bytes", Record(1, 1, Field(15, {1, 2, 3})), "", "197121"},
         {"empty IANA", Record(1, 1, Field(15, Bytes())), "", "0"},
         {"largest IANA", Record(1, 1, Field(15, Bytes(4, 0xFF))), "", "4294967295"},
     };

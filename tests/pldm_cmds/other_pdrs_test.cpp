@@ -271,23 +271,83 @@ TEST(Lists, StopGrowing) {
     }
 }
 
-TEST(GetExtractedData, LogsWhatWasReadAndReturnsIt) {
+/** What stands before the " = " of the lines between a section's marker and its END twin. */
+std::string FieldsOf(const std::vector<std::string>& lines, const std::string& section) {
+    const auto isMarker = [](const std::string& name) {
+        return [=](const std::string& line) {
+            return line.starts_with("***") && line.ends_with("*" + name + "*******************\n");
+        };
+    };
+    const auto begin = std::ranges::find_if(lines, isMarker(section));
+    const auto end = std::find_if(begin, lines.end(), isMarker("END_" + section));
+    std::string names;
+    for (auto line = begin; line != end && ++line != end;) {
+        names += line->substr(0, line->find(" = ")) + " ";
+    }
+    return end == lines.end() ? "no end of " + section : names;
+}
+
+TEST(GetExtractedData, LogsEveryFieldOfEveryRecord) {
     ScriptedEndpoint endpoint;
     endpoint.Supports(2, {0xF1F2F000});
     endpoint.Data().supportedTypes[2][0xF1F2F000][0x51] = 1;
     endpoint.cmds.HandlePDR(NumericSensorPdr{.id = 4242}.Build());
+    endpoint.cmds.HandlePDR(Pdr(9, Counting(76)));
+    // Two members: of set 1 with the states 1 and 2, of set 33 with 1, 2 and 8.
+    endpoint.cmds.HandlePDR(
+        Pdr(4, Bytes{0, 0, 9, 0, 144, 0, 1, 0, 1, 0, 0, 0, 2, 1, 0, 1, 6, 33, 0, 2, 6, 1}));
     endpoint.cmds.HandlePDR(AssociationPdr(144, {300}));
     const CapturedLog log;
 
     auto& data = endpoint.cmds.GetExtractedData();
 
+    const auto lines = log.Messages(4);
+    const std::string member = "sensorOperationalState presentState previousState eventState ";
+    const std::pair<const char*, std::string> sections[] = {
+        {"NUMERIC_SENSORS",
+         "sensorID entityType entityInstanceNumber containerID sensorInit "
+         "IsSensorAuxNameSupported baseUnit unitModifier rateUnit auxUnit auxUnitModifier "
+         "auxRateUnit relative isLinear dataType resolution offset accuracy plusTolerance "
+         "minusTolerance hysteresis supportedThresholds thresholdAndHysteresisVolatility "
+         "stateTransitionInterval updateInterval maxReadable minReadable rangeFieldFormat "
+         "rangeFieldSupport nominalValue normalMax normalMin upperThresholdFatal "
+         "upperThresholdCritical upperThresholdWarning lowerThresholdWarning "
+         "lowerThresholdCritical lowerThresholdFatal thresholdReadingError sensorOpernlState "
+         "presentState previousState eventState presentReading temperature auxLanguageTag "
+         "auxSensorName sensorNeededFor "},
+        {"EFFECTORS",
+         "PLDMTerminusHandle EffectorID entityType entityInstanceNumber containerID "
+         "EffectorSemanticID EffectorInit EffectorAuxiliaryNamesPDR baseUnit unitModifier "
+         "rateUnit baseOEMUnitHandle auxUnit auxUnitModifier auxrateUnit auxOEMUnitHandle "
+         "isLinear EffectorDataSize resolution offset accuracy plusTolerance minusTolerance "
+         "stateTransitionInterval TransitionInterval maxSettable minSettable rangeFieldFormat "
+         "rangeFieldSupport nominalValue normalMax normalMin ratedMax ratedMin "
+         "EffectorOperationalState pendingValue presentValue ErrorInReadingEffectorValue "},
+        {"STATE_SENSORS",
+         "PLDMTerminusHandle sensorId entityType entityInstanceNumber containerID sensorInit "
+         "sensorAuxiliaryNamesPDR compositeSensorCount "
+         "sensorName langTag stateSetName stateSetID possibleStatesSize possibleStateValue "
+         "possibleStateValue " +
+             member +
+             "sensorName langTag stateSetName stateSetID possibleStatesSize possibleStateValue "
+             "possibleStateValue possibleStateValue " +
+             member},
+        {"EAPDRPtr",
+         "ContainerID AssociationType ContainerEntityType ContainerEntityInstanceNumber "
+         "ContainerEntityContainerID ContainedEntityCount ContainedEntityType "
+         "ContainedEntityInstanceNumber ContainerID ContainedEntityContainerID "},
+    };
+    for (const auto& [section, fields] : sections) {
+        EXPECT_EQ(FieldsOf(lines, section), fields) << section;
+    }
     for (const char* line :
          {"Extracting data for Slot = 3 having EID = 9\n", "Supported command = 81\n",
-          "***************NUMERIC_SENSORS*******************\n", "sensorID = 4242\n",
-          "upperThresholdWarning = 80\n", "auxSensorName = temp4242\n",
+          "***************NUMERIC_SENSORS*******************\n",
           "***********EFFECTORS*******************\n",
           "***********STATE_SENSORS*******************\n",
-          "***********EAPDRPtr*******************\n", "ContainedEntityType = 300\n"}) {
+          "***********EAPDRPtr*******************\n", "sensorID = 4242\n",
+          "upperThresholdWarning = 80\n", "auxSensorName = temp4242\n", "EffectorID = 1027\n",
+          "stateSetID = 33\n", "ContainedEntityType = 300\n"}) {
         EXPECT_EQ(log.Count(4, line), 1) << line;
     }
     endpoint.cmds.ResetExtractedData();
