@@ -223,13 +223,16 @@ TEST_F(Platform, RetypesASensorWhoseCardSaysSoWhileItIsCreated) {
 
 TEST_F(Platform, NamesTheSlotOfAFru) {
     const std::pair<const char*, const char*> rows[] = {
-        {"PCIESLOT7_FRU", "7"},   {"PCIESLOT7", "7"},          {"PCIESLOT7x_FRU", "7"},
-        {"PCIESLOT263_FRU", "7"}, {"PCIESLOT_7_FRU", nullptr}, {"PCIESLOTx_FRU", nullptr},
-        {"SLOT7_FRU", nullptr},   {"PCIESLOT12_FRU", nullptr}};
-    auto request = CardSensor();
-    request.deviceLdid = "NIC.Slot.7";
-    request.slot = 7;
-    Do(dbusDataInsert, request);
+        {"PCIESLOT12_FRU", "12"},    {"PCIESLOT12", "12"},       {"PCIESLOT7_FRU", "7"},
+        {"PCIESLOT7", "7"},          {"PCIESLOT7x_FRU", "7"},    {"PCIESLOT263_FRU", "7"},
+        {"PCIESLOT_7_FRU", nullptr}, {"PCIESLOTx_FRU", nullptr}, {"SLOT7_FRU", nullptr}};
+    for (const std::uint8_t slot : {7, 12}) {
+        auto request = CardSensor();
+        request.deviceLdid = "NIC.Slot." + std::to_string(slot);
+        request.objectPath += "_slot" + std::to_string(slot);
+        request.slot = slot;
+        Do(dbusDataInsert, request);
+    }
     services.TakeReads();
     for (const auto& [name, slot] : rows) {
         EmitFru(name);
@@ -237,7 +240,8 @@ TEST_F(Platform, NamesTheSlotOfAFru) {
         if (slot != nullptr) {
             Texts reads;
             EXPECT_TRUE(client.WaitUntil([&] { return !(reads = services.TakeReads()).empty(); }));
-            EXPECT_NE(std::string::npos, reads.at(0).find("PCIESLOT7_FRU")) << name;
+            const auto fru = std::string("PCIESLOT") + slot + "_FRU";
+            EXPECT_NE(std::string::npos, reads.at(0).find(fru)) << name;
         }
     }
     EmitFru("PCIESLOT7_FRU"); // a read of another slot would come before this one's

@@ -229,8 +229,13 @@ TEST(HostPower, OffInTheMiddleOfATimeOutEndsTheDevice) {
     server.Benchctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 11 and EID = 11"));
     server.Benchctl({"host", "off"});
-    EXPECT_TRUE(WaitForNothing(server));
     EXPECT_TRUE(server.WaitForLog(powerOffLine));
+    EXPECT_TRUE(WaitForNothing(server));
+    EXPECT_TRUE(server.Daemon().Runs());
+    server.Benchctl({"unsilence", "11"});
+    server.Benchctl({"host", "on"});
+    server.Benchctl({"table"});
+    EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
 }
 
 TEST(HostPower, OffInTheMiddleOfAnInventoryEndsTheDevice) {
