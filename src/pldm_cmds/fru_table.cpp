@@ -94,7 +94,8 @@ int PLDMCmds::GetFRUContents() {
             break;
         case MultipartAssembly::Step::TOO_LONG:
             VANTRIC_LOG(LOG_LEVEL_ERROR, "FRU table without end for EID = %d\n", Eid());
-            // Its first record is as good as that of a table that ends: nothing else is taken.
+            // Only the first record is taken, and a table cut at its size has that whole. One that
+            // stopped bringing bytes may not: then those fields count that came.
             if (assembly.HasBytes()) {
                 takeTable();
             }

@@ -1,5 +1,5 @@
-/** Runs a fuzz target without a fuzzer: over each seed of a directory, each prefix of it and some
- *  hundred inputs that differ from it in a few bytes, always the same ones. */
+/** Runs a fuzz target without a fuzzer: over each seed of a directory, about a hundred of its
+ * prefixes and a hundred inputs that differ from it in a few bytes, always the same ones. */
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
