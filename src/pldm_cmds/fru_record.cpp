@@ -80,12 +80,14 @@ private:
     std::uint8_t left;
 };
 
-/** The value as text; missing bytes of an IANA number read as 0. */
+/** The value as text. An IANA number takes the first four bytes of its value, and bytes that are
+ *  missing of it read as 0. */
 std::string TextOf(const FruField& field) {
-    if (field.type == fieldIana) {
-        return std::to_string(ByteReader(field.value).Read<std::uint32_t>());
-    }
-    return {field.value.begin(), field.value.end()};
+    ByteReader value(field.value);
+    std::string text =
+        field.type == fieldIana ? std::to_string(value.Read<std::uint32_t>()) : std::string();
+    const auto rest = value.Take(value.Remaining());
+    return text.append(rest.begin(), rest.end());
 }
 
 /** Printable ASCII, whatever the process's locale. */

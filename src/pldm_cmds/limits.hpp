@@ -9,8 +9,9 @@
 
 namespace vantric::limits {
 
-/** Bytes of one PDR, and the part of the claimed largest record size that is believed. */
-inline constexpr std::size_t recordSize = 64UL * 1024;
+/** Bytes of one PDR, and the part of the claimed largest record size that is believed: the common
+ *  header, the longest body that its 16-bit length can tell of, and a checksum behind the parts. */
+inline constexpr std::size_t recordSize = 10 + 65535 + 1;
 
 /** Bytes of one FRU table. */
 inline constexpr std::size_t fruTableSize = 256UL * 1024;

@@ -73,20 +73,21 @@ void PLDMCmds::HandleStateSensorPDR(std::span<const std::uint8_t> record) {
     // With a names PDR to come the names stay empty until it does.
     const bool named = sensor->sensorAuxiliaryNamesPDR == 0;
     const std::string prefix = "StateSensor." + std::to_string(sensor->sensorId) + ".";
+    sensor->compositeSensors.reserve(sensor->compositeSensorCount);
+    for (unsigned position = 1; position <= sensor->compositeSensorCount; ++position) {
+        sensor->compositeSensors.push_back(
+            ReadMember(body, named ? prefix + std::to_string(position) : std::string()));
+    }
+    if (!IsWhole(body, PDR_STATE_SENSOR)) {
+        return;
+    }
     auto& sensors = extractedData->stateSensors;
     if (MembersOf(sensors) + sensor->compositeSensorCount > limits::stateMembers) {
         VANTRIC_LOG(LOG_LEVEL_WARNING, "State sensor %d of EID = %d has too many members\n",
                     sensor->sensorId, Eid());
         return;
     }
-    sensor->compositeSensors.reserve(sensor->compositeSensorCount);
-    for (unsigned position = 1; position <= sensor->compositeSensorCount; ++position) {
-        sensor->compositeSensors.push_back(
-            ReadMember(body, named ? prefix + std::to_string(position) : std::string()));
-    }
-    if (IsWhole(body, PDR_STATE_SENSOR)) {
-        AppendBounded(sensors, std::move(sensor));
-    }
+    AppendBounded(sensors, std::move(sensor));
 }
 
 } // namespace vantric

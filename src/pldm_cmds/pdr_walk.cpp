@@ -49,10 +49,13 @@ class VisitedRecords {
 public:
     /** @param askedHandle 0 for the first record, whose own handle stands in its header */
     void Add(std::uint32_t askedHandle, std::span<const std::uint8_t> record) {
-        const bool isNew =
-            handles
-                .insert(askedHandle == 0 ? ByteReader(record).Read<std::uint32_t>() : askedHandle)
-                .second;
+        const auto handleInHeader = ByteReader(record).Read<std::uint32_t>();
+        if (askedHandle == 0) {
+            first = handleInHeader;
+        } else {
+            headersAgree = headersAgree && handleInHeader == askedHandle;
+        }
+        const bool isNew = handles.insert(askedHandle == 0 ? first : askedHandle).second;
         repeatedInARow = isNew ? 0 : repeatedInARow + 1;
         count += 1;
     }
@@ -63,7 +66,7 @@ public:
      *  record leads to an earlier one. A handle that comes again before that may still lead on. */
     bool LeadsBackTo(std::uint32_t nextHandle, std::uint32_t countOfEndpoint) const {
         return countOfEndpoint > 0 && handles.size() >= countOfEndpoint &&
-               handles.contains(nextHandle);
+               handles.contains(nextHandle) && (headersAgree || nextHandle != first);
     }
 
     /** True if the walk goes round without anything new. */
@@ -71,6 +74,8 @@ public:
 
 private:
     std::unordered_set<std::uint32_t> handles;
+    std::uint32_t first = 0;
+    bool headersAgree = true; ///< the headers have the handles that the walk goes by
     std::size_t repeatedInARow = 0;
     std::size_t count = 0;
 };

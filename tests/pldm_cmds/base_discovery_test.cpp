@@ -123,7 +123,7 @@ const std::vector<CommandCase> commandCases{
     {"GetPDRRepositoryInfo", [](auto& cmds) { return cmds.GetPDRRepositoryInfo(0); }, "81 02 50",
      53, failed, "Failed for EID = 9 and error code is 2\n"},
     // The largest record size is believed up to 64 KiB; its low 16 bits are asked for.
-    {"GetPDR", &PLDMCmds::GetPDR, "81 02 51 00 00 00 00 00 00 00 00 01 03 02 00 00", 65536 + 34,
+    {"GetPDR", &PLDMCmds::GetPDR, "81 02 51 00 00 00 00 00 00 00 00 01 03 02 00 00", 65546 + 34,
      failed, errorCode},
     {"GetFRURecordTableMetadata", &PLDMCmds::GetFRUMetaData, "81 04 01", 30, sendFailed, errorCode,
      4},

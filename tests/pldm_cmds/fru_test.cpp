@@ -120,6 +120,8 @@ TEST(GetFRUContents, FieldRules) {
         {"IANA of three bytes", Record(1, 1, Field(15, {1, 2, 3})), "", "197121"},
         {"empty IANA", Record(1, 1, Field(15, Bytes())), "", "0"},
         {"largest IANA", Record(1, 1, Field(15, Bytes(4, 0xFF))), "", "4294967295"},
+        {"text after IANA", Record(1, 1, Field(15, {0x8C, 0x1A, 0, 0, 'x'})), "", "6796x"},
+        {"NUL after IANA", Record(1, 1, Field(15, {0x8C, 0x1A, 0, 0, 0})), "", ""},
     };
     for (const auto& row : rows) {
         FruEndpoint endpoint;
@@ -164,6 +166,15 @@ TEST(GetFRUContents, PutsPartsTogether) {
     EXPECT_EQ(requests[1], (Bytes{0x82, 4, 2, 0x22, 0, 0, 0, 0}));
     EXPECT_EQ(requests[2], (Bytes{0x83, 4, 2, 0x22, 0, 0, 0, 0})) << "the stray flag is repeated";
     EXPECT_EQ(requests[3], (Bytes{0x84, 4, 2, 0x44, 0, 0, 0, 0}));
+}
+
+TEST(GetFRUContents, HasRoomForTheLowSixteenBitsOfTheLength) {
+    for (const std::uint32_t length : {0U, 0x30000U}) {
+        FruEndpoint endpoint(length);
+        EXPECT_FALSE(endpoint.Parse(Record(1, 1, Field(4, "SN123"))));
+        EXPECT_EQ(endpoint.transport.capacities[0], 9U) << length;
+        EXPECT_EQ(endpoint.transport.buffers[0], 9U) << length;
+    }
 }
 
 TEST(GetFRUContents, AsksForAsManyTablesAsThereAreRecords) {

@@ -135,8 +135,10 @@ TEST(NumericEffectorPdr, FillsEachField) {
         // Ranges as narrow as their own format says, or none: what is missing reads as 0.
         endpoint.cmds.HandlePDR(Pdr(9, head));
         endpoint.cmds.HandlePDR(Pdr(9, Cut(head)));
+        // Cut within the ranges: what came counts.
+        endpoint.cmds.HandlePDR(Pdr(9, Bytes(head).Add(Slice(ranges, 0, row.width))));
         const auto& effectors = endpoint.Data().effectors;
-        ASSERT_EQ(effectors.size(), 2U) << "kept with its fixed fields only";
+        ASSERT_EQ(effectors.size(), 3U) << "kept with its fixed fields only";
         for (const auto& effector : effectors) {
             EXPECT_EQ(HeadOf(*effector), head) << int{row.dataSize};
             EXPECT_EQ(effector->isLinear, 0);
@@ -146,6 +148,8 @@ TEST(NumericEffectorPdr, FillsEachField) {
         EXPECT_EQ(effectors[0]->maxSettable, row.maxSettable) << int{row.dataSize};
         EXPECT_EQ(effectors[0]->ratedMin, row.ratedMin) << int{row.dataSize};
         EXPECT_EQ(effectors[1]->maxSettable + effectors[1]->ratedMin, 0);
+        EXPECT_EQ(effectors[2]->maxSettable, row.maxSettable) << int{row.dataSize};
+        EXPECT_EQ(effectors[2]->minSettable, 0) << int{row.dataSize};
     }
 }
 

@@ -80,7 +80,7 @@ TEST(RepositoryInfo, AnyFieldOfTheUpdateTimeCausesARead) {
         ASSERT_EQ(endpoint.cmds.GetPDRRepositoryInfo(1), 0);
         const auto before = endpoint.Data().numericSensors.front();
 
-        Repository later{.count = 1};
+        Repository later{.count = 1, .largest = 300};
         if (byte < 13) {
             later.time[byte] ^= 0x10;
         }
@@ -88,6 +88,7 @@ TEST(RepositoryInfo, AnyFieldOfTheUpdateTimeCausesARead) {
         EXPECT_EQ(endpoint.cmds.GetPDRRepositoryInfo(0), byte < 13 ? 10 : 0) << byte;
         EXPECT_EQ(endpoint.Asked(), byte < 13 ? 4U : 3U) << byte;
         EXPECT_EQ(endpoint.Data().numericSensors.front() == before, byte == 13) << byte;
+        EXPECT_EQ(endpoint.Data().iLargestRecordSize, 300U) << "whatever the time says";
     }
 }
 
@@ -234,8 +235,9 @@ TEST(PdrWalk, EndsWhereTheLastRecordLeadsBack) {
         endpoint.Data().iRecordCount = row.claimed;
         endpoint.transport.respond = [&](const Bytes& request) {
             const std::uint32_t asked = std::max<std::uint32_t>(1, request[3]);
-            return Whole(asked == row.size ? row.lastLeadsTo : asked + 1,
-                         Sensor(static_cast<std::uint16_t>(asked)));
+            Bytes record = Sensor(static_cast<std::uint16_t>(asked));
+            record[0] = static_cast<std::uint8_t>(asked); // the handle in its header
+            return Whole(asked == row.size ? row.lastLeadsTo : asked + 1, record);
         };
         EXPECT_EQ(endpoint.cmds.GetPDR(), row.status) << row.name;
         EXPECT_EQ(endpoint.Asked(), row.asked) << row.name;
@@ -246,11 +248,14 @@ TEST(PdrWalk, EndsWhereTheLastRecordLeadsBack) {
 }
 
 TEST(PdrWalk, GoesOnWhereAHandleComesAgainTooEarly) {
-    WalkedEndpoint endpoint;
-    endpoint.Data().iRecordCount = 3;
-    endpoint.Answers({Whole(1, Sensor(1)), Whole(1, Sensor(2)), Whole(0, Sensor(3))});
-    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
-    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{1, 2, 3}));
+    // In the second row the handle is only that of a header, and no other header is right either.
+    for (const auto& [claimed, second] : {std::pair{3U, 1U}, {2U, 5U}}) {
+        WalkedEndpoint endpoint;
+        endpoint.Data().iRecordCount = claimed;
+        endpoint.Answers({Whole(second, Sensor(1)), Whole(1, Sensor(2)), Whole(0, Sensor(3))});
+        EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{1, 2, 3})) << claimed;
+    }
 }
 
 TEST(PdrWalk, EndsWhereNewRecordsNeverEnd) {

@@ -116,8 +116,12 @@ TEST_F(AuxNames, LastStringOfANumericSensorStands) {
 
 TEST_F(AuxNames, GoToTheMembersOfAStateSensor) {
     EXPECT_EQ(StateName(0), "") << "names were promised";
-    endpoint.cmds.HandlePDR(AuxNamesPdr(
-        9, 3, 1, Name("en", u"Link").Add(Name("en", u"Health")).Add(Name("en", u"nobody"))));
+    Bytes names;
+    for (const auto& [german, english] :
+         {std::pair{u"Verbindung", u"Link"}, {u"Zustand", u"Health"}, {u"niemand", u"nobody"}}) {
+        names.Add(Name("de", german)).Add(Name("en", english));
+    }
+    endpoint.cmds.HandlePDR(AuxNamesPdr(9, 3, 2, names));
     EXPECT_EQ(StateName(0), "Link");
     EXPECT_EQ(StateName(1), "Health");
     EXPECT_EQ(endpoint.Data().stateSensors[0]->compositeSensors[1].langTag, "en");
