@@ -109,6 +109,7 @@ TEST_F(AcceleratorTest, ShowsPowerAndTheTemperaturesOfTheTable) {
     EXPECT_EQ(posted.stateSensors.size(), 1U);
     EXPECT_TRUE(posted.controllers.empty());
     EXPECT_EQ(log.Count(4, "Inventory Success for slot 5\n"), 2);
+    EXPECT_EQ(log.Count(4, "***************NUMERIC_SENSORS*******************\n"), 2);
     EXPECT_EQ(sctTable.calls, 2);
 }
 

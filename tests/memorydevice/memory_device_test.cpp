@@ -67,6 +67,7 @@ TEST_F(MemoryDeviceTest, NamesSensorsByUnitAndEntityAndLeavesOutThoseWithoutAWor
                            powers + "CXLMemory.Slot.2_sensorid_6 memory_controller 1 kind 3",
                            temperatures + "CXLMemory.Slot.2_sensorid_300 memory_module 1 kind 0"}));
     EXPECT_EQ(log.Count(1, "Invalid/Not supported EntityType: 67\n"), 1);
+    EXPECT_EQ(log.Count(4, "***************NUMERIC_SENSORS*******************\n"), 1);
     EXPECT_EQ(device->State(), DEVICE_MONITORING);
 }
 

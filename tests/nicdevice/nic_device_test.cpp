@@ -95,6 +95,7 @@ TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
     const auto posted = Inventory();
     EXPECT_EQ(device->State(), DEVICE_MONITORING);
     EXPECT_EQ(log.Count(4, "Inventory successful for slot 3\n"), 1);
+    EXPECT_EQ(log.Count(4, "***************NUMERIC_SENSORS*******************\n"), 3);
     EXPECT_EQ(posted.order,
               (Texts{"dbusClear", "dbusInvDataInsert", "dbusInvDataInsert", "dbusInvDataInsert",
                      "dbusDataInsert", "dbusDataInsert", "dbusDataInsert", "dbusDataInsert",

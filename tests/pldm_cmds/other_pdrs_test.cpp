@@ -344,6 +344,18 @@ TEST(GetExtractedData, LogsEveryFieldOfEveryRecord) {
     for (const auto& [section, fields] : sections) {
         EXPECT_EQ(FieldsOf(lines, section), fields) << section;
     }
+    const std::string asterisks = std::string(49, '*') + "\n";
+    std::string head;
+    for (const auto& line : lines) {
+        if (line.ends_with("*NUMERIC_SENSORS*******************\n")) {
+            break;
+        }
+        head += line == asterisks ? line : line.substr(0, line.find(" = ")) + ' ';
+    }
+    EXPECT_EQ(head, asterisks + "Extracting data for Slot " + asterisks +
+                        "PLDM Type Version Supported command TID PDRUpdatetime "
+                        "UTC_Offset_In_Minutes Time_Resolution UTC_Resolution iRecordCount "
+                        "iRepositorySize iLargestRecordSize iDataTransferHandleTimeout ");
     for (const char* line :
          {"Extracting data for Slot = 3 having EID = 9\n", "Supported command = 81\n",
           "***************NUMERIC_SENSORS*******************\n",
@@ -356,6 +368,7 @@ TEST(GetExtractedData, LogsEveryFieldOfEveryRecord) {
     }
     endpoint.cmds.ResetExtractedData();
     EXPECT_TRUE(data->numericSensors.empty()) << "the reference follows the object";
+    EXPECT_TRUE(endpoint.cmds.HasEntityAssociation()) << "that it has had them stays";
 }
 
 } // namespace

@@ -186,11 +186,19 @@ TEST(PdrWalk, CountsModulo256AndUsesEverything) {
 }
 
 TEST(PdrWalk, SkipsOtherTypesAndKeepsWhatItHadOnFailure) {
-    WalkedEndpoint endpoint;
-    endpoint.Answers({Whole(1, Pdr(3, {1, 2, 3})), Whole(2, Pdr(200, {})), Whole(3, Bytes{}),
-                      Whole(4, Sensor(1)), Reply(0x82)});
-    EXPECT_EQ(endpoint.cmds.GetPDR(), 1);
-    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{1});
+    for (const bool fails : {false, true}) {
+        const CapturedLog log;
+        WalkedEndpoint endpoint;
+        endpoint.Data().iRecordCount = 4;
+        endpoint.Answers({Whole(1, Pdr(3, {1, 2, 3})), Whole(2, Pdr(200, {})), Whole(3, Bytes{}),
+                          Whole(fails ? 4 : 0, Sensor(1)), Reply(0x82)});
+        EXPECT_EQ(endpoint.cmds.GetPDR(), fails ? 1 : 0);
+        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{1});
+        EXPECT_EQ(log.Messages(1).size(), fails ? 1U : 0U) << "skipped ones count";
+        for (const char* line : {"PDR Type = 3\n", "PDR Type = 200\n", "PDR Type = 0\n"}) {
+            EXPECT_EQ(log.Count(4, line), 1) << line;
+        }
+    }
 }
 
 TEST(PdrWalk, EndsWithAnEndpointThatNeverDoes) {

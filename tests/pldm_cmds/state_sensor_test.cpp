@@ -60,6 +60,7 @@ TEST(StateSensorPdr, FillsEachField) {
     EXPECT_EQ(sensor.entityInstanceNumber, 2);
     EXPECT_EQ(sensor.containerID, 7);
     EXPECT_EQ(sensor.sensorInit, 1);
+    EXPECT_EQ(sensor.sensorAuxiliaryNamesPDR, 0);
     EXPECT_EQ(sensor.compositeSensorCount, 4);
     ASSERT_EQ(sensor.compositeSensors.size(), 4U);
     const auto& members = sensor.compositeSensors;
@@ -73,6 +74,8 @@ TEST(StateSensorPdr, FillsEachField) {
     EXPECT_EQ(members[2].stateSetName, "Not Supported");
     EXPECT_EQ(members[2].sensorName, "StateSensor.9.3");
     EXPECT_EQ(members[3].stateSetName, "OEM State Set");
+    endpoint.cmds.HandlePDR(StateSensorPdr(9, {}, 3));
+    EXPECT_EQ(endpoint.Data().stateSensors[1]->sensorAuxiliaryNamesPDR, 3);
 }
 
 TEST(StateSensorPdr, IsDroppedWhereItEndsInItsFields) {
@@ -112,6 +115,10 @@ TEST_F(AuxNames, LastStringOfANumericSensorStands) {
     endpoint.cmds.HandlePDR(AuxNamesPdr(5, 1, 2, Name("en", u"Temp").Add(Name("de", u"Wärme€😀"))));
     EXPECT_EQ(NumericName(), "Wärme€😀");
     EXPECT_EQ(endpoint.Data().numericSensors[0]->auxLanguageTag, "de");
+    endpoint.cmds.HandlePDR(CompactSensorPdr{.id = 5}.Build());
+    endpoint.cmds.HandlePDR(AuxNamesPdr(5, 2, 1, Name("en", u"First").Add(Name("en", u"Second"))));
+    EXPECT_EQ(NumericName(), "Second") << "whichever of its sensors";
+    EXPECT_EQ(NumericName(2), "power5") << "of two records the first has the name";
 }
 
 TEST_F(AuxNames, GoToTheMembersOfAStateSensor) {
@@ -158,10 +165,12 @@ TEST_F(AuxNames, StopAtTheEndOfTheRecord) {
 }
 
 TEST_F(AuxNames, AreaIsBoundedAt768Bytes) {
-    // 3 bytes of tag leave 765: 382 units.
-    endpoint.cmds.HandlePDR(
-        AuxNamesPdr(5, 1, 2, Name("en", std::u16string(500, u'x')).Add(Name("de", u"late"))));
-    EXPECT_EQ(NumericName(), std::string(382, 'x'));
+    // Three bytes of tag leave 765, two leave 766.
+    for (const auto& [tag, units] : {std::pair{"en", 382}, {"e", 383}}) {
+        endpoint.cmds.HandlePDR(
+            AuxNamesPdr(5, 1, 2, Name(tag, std::u16string(500, u'x')).Add(Name("de", u"late"))));
+        EXPECT_EQ(NumericName(), std::string(units, 'x')) << tag;
+    }
     endpoint.cmds.HandlePDR(
         AuxNamesPdr(5, 1, 2, Name("en", u"ok").Add(Name(std::string(800, 't'), u"late"))));
     EXPECT_EQ(NumericName(), "ok");
@@ -183,9 +192,10 @@ TEST_F(AuxNames, UnpairedSurrogatesAreReplaced) {
     }
 }
 
-/** An answer to GetStateSensorReadings: operational and present state of each member. */
+/** An answer to GetStateSensorReadings: operational and present state of each member. Its count is
+ *  wrong, since the record's counts. */
 Answer States(const std::vector<std::pair<std::uint8_t, std::uint8_t>>& members) {
-    Bytes data{static_cast<std::uint8_t>(members.size())};
+    Bytes data{1};
     for (const auto& [operational, present] : members) {
         data.Add(Bytes{operational, present, 0xEE, 0xEE});
     }
@@ -230,6 +240,7 @@ TEST_F(StatePoll, AChangeOfOneMemberReportsAll) {
 
     EXPECT_TRUE(Poll().empty());
     EXPECT_EQ(Poll().size(), 1U) << "only the operational state changes";
+    EXPECT_EQ(log.Count(4, "StateSensorID = 7\n"), 3);
     EXPECT_EQ(log.Count(4, "Slot[3]::StateSensorID[7]::StateSetID[2]::PresentState[4]\n"), 2);
     EXPECT_TRUE(Poll().empty()) << "what is missing reads as 0";
 }
@@ -242,6 +253,7 @@ TEST_F(StatePoll, FailureIsReportedEachTimeAndDoesNotEndThePoll) {
     };
     for (const auto& row : {Row{NoAnswer(3), 3, "Send failed for EID = 9 and status = 3\n"},
                             Row{NoAnswer(8), 8, "Send failed for EID = 9 and status = 8\n"},
+                            Row{NoAnswer(9), 9, "Send failed for EID = 9 and status = 9\n"},
                             Row{Reply(128), 1, "Failed for EID = 9 and error code = 128\n"}}) {
         const CapturedLog log;
         endpoint.Data().stateSensors = {MakeStateSensor(1, 2), MakeStateSensor(2, 1),
@@ -269,6 +281,13 @@ TEST_F(StatePoll, ASensorWithoutMembersCostsOneExchange) {
     endpoint.Answers({NoAnswer(4)});
     EXPECT_TRUE(Poll(4).empty());
     EXPECT_EQ(endpoint.Asked(), 1U);
+}
+
+TEST_F(StatePoll, ReturnsTheLastFailure) {
+    endpoint.Data().stateSensors = {MakeStateSensor(1, 1), MakeStateSensor(2, 1),
+                                    MakeStateSensor(3, 1)};
+    endpoint.Answers({NoAnswer(3), Reply(2), Good()});
+    EXPECT_EQ(Poll(1).size(), 2U);
 }
 
 TEST_F(StatePoll, MembersBeyondTheTenthKeepTheirState) {
