@@ -2,24 +2,71 @@
 
 #include "sensorstore_reader.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <mutex>
 #include <set>
+#include <vector>
 
 namespace {
 
-using Properties = std::map<std::string, SensorStoreValue>;
+/// Every probe object has the same few property names, types and services: one copy serves all.
+class Words {
+public:
+    const std::string* Of(const std::string& text) { return &*words.insert(text).first; }
+
+private:
+    std::set<std::string> words;
+};
+
+struct Property {
+    const std::string* name;
+    SensorStoreValue value;
+};
+
+struct Object {
+    std::vector<Property> properties;
+    std::size_t reporters = 0; ///< probe objects that report to it
+    bool created = false;      ///< came in through sensorstore_probeobj_create: stays until removed
+
+    Property* Find(const std::string& name) {
+        const auto found = std::ranges::find_if(
+            properties, [&name](const auto& property) { return *property.name == name; });
+        return found == properties.end() ? nullptr : &*found;
+    }
+};
+
+using Objects = std::map<std::string, Object>;
+
+struct Target {
+    const std::string* type;
+    const std::string* service;
+    std::string path;
+};
 
 /// Everything that the store holds. It lives as long as the process, so that probe objects that go
 /// away during the process's exit still find it.
 struct Store {
     std::mutex mutex;
-    std::map<std::string, Properties> objects;
-    std::map<std::string, SensorStoreObject> keys;
-    /// Objects that came in through sensorstore_probeobj_create and stay until they are removed.
-    std::set<std::string> created;
-    /// Objects that a probe object only reports to; they go with it.
-    std::map<const SensorStoreCluster*, std::set<std::string>> reported;
+    Words words;
+    Objects objects;
+    std::map<std::string, Target> keys;
+    std::map<const SensorStoreCluster*, std::vector<Objects::iterator>> reported;
+
+    void Set(Object& object, const std::string& name, const SensorStoreValue& value) {
+        if (Property* known = object.Find(name)) {
+            known->value = value;
+        } else {
+            object.properties.push_back({words.Of(name), value});
+        }
+    }
+
+    /// Forgets an object that nobody keeps.
+    void Release(Objects::iterator object) {
+        if (!object->second.created && object->second.reporters == 0) {
+            objects.erase(object);
+        }
+    }
 };
 
 Store& TheStore() {
@@ -38,10 +85,9 @@ SensorStoreCluster::~SensorStoreCluster() {
     if (own == store.reported.end()) {
         return;
     }
-    for (const std::string& path : own->second) {
-        if (!store.created.contains(path)) {
-            store.objects.erase(path);
-        }
+    for (const auto object : own->second) {
+        object->second.reporters -= 1;
+        store.Release(object);
     }
     store.reported.erase(own);
 }
@@ -50,8 +96,13 @@ void SensorStoreCluster::PropertyChanged(const std::string& path, const std::str
                                          const SensorStoreValue& value) {
     Store& store = TheStore();
     const std::lock_guard lock(store.mutex);
-    store.objects[path].insert_or_assign(property, value);
-    store.reported[this].insert(path);
+    const auto object = store.objects.try_emplace(path).first;
+    store.Set(object->second, property, value);
+    auto& own = store.reported[this];
+    if (std::ranges::find(own, object) == own.end()) {
+        own.push_back(object);
+        object->second.reporters += 1;
+    }
 }
 
 int SensorStoreKeys::set_key(const std::string& key, const std::string& type,
@@ -61,7 +112,7 @@ int SensorStoreKeys::set_key(const std::string& key, const std::string& type,
     }
     Store& store = TheStore();
     const std::lock_guard lock(store.mutex);
-    store.keys.insert_or_assign(key, SensorStoreObject{type, path, service});
+    store.keys.insert_or_assign(key, Target{store.words.Of(type), store.words.Of(service), path});
     return 0;
 }
 
@@ -78,10 +129,15 @@ int sensorstore_probeobj_create(const std::string& path,
     }
     Store& store = TheStore();
     const std::lock_guard lock(store.mutex);
-    if (!store.created.insert(path).second) {
+    Object& object = store.objects[path];
+    if (object.created) {
         return -EEXIST;
     }
-    store.objects.insert_or_assign(path, values);
+    object.created = true;
+    object.properties.clear();
+    for (const auto& [name, value] : values) {
+        store.Set(object, name, value);
+    }
     return 0;
 }
 
@@ -89,25 +145,28 @@ int sensorstore_probeobj_set_property(const std::string& path, const std::string
                                       const SensorStoreValue& value) {
     Store& store = TheStore();
     const std::lock_guard lock(store.mutex);
-    if (!store.created.contains(path)) {
+    const auto object = store.objects.find(path);
+    if (object == store.objects.end() || !object->second.created) {
         return -ENOENT;
     }
-    Properties& properties = store.objects[path];
-    const auto known = properties.find(property);
-    if (known != properties.end() && known->second.index() != value.index()) {
+    const Property* known = object->second.Find(property);
+    if (known != nullptr && known->value.index() != value.index()) {
         return -EINVAL; // readers count on a property keeping its type
     }
-    properties.insert_or_assign(property, value);
+    store.Set(object->second, property, value);
     return 0;
 }
 
 int sensorstore_probeobj_remove(const std::string& path) {
     Store& store = TheStore();
     const std::lock_guard lock(store.mutex);
-    if (store.created.erase(path) == 0) {
+    const auto object = store.objects.find(path);
+    if (object == store.objects.end() || !object->second.created) {
         return -ENOENT;
     }
-    store.objects.erase(path);
+    object->second.created = false;
+    object->second.properties.clear();
+    store.Release(object);
     return 0;
 }
 
@@ -120,16 +179,17 @@ std::optional<SensorStoreValue> sensorstore_find_value(const std::string& path,
     Store& store = TheStore();
     const std::lock_guard lock(store.mutex);
     const auto object = store.objects.find(path);
-    if (object == store.objects.end()) {
-        return std::nullopt;
-    }
-    const auto found = object->second.find(property);
-    return found == object->second.end() ? std::nullopt : std::optional(found->second);
+    const Property* found = object == store.objects.end() ? nullptr : object->second.Find(property);
+    return found == nullptr ? std::nullopt : std::optional(found->value);
 }
 
 std::optional<SensorStoreObject> sensorstore_find_object(const std::string& key) {
     Store& store = TheStore();
     const std::lock_guard lock(store.mutex);
     const auto found = store.keys.find(key);
-    return found == store.keys.end() ? std::nullopt : std::optional(found->second);
+    if (found == store.keys.end()) {
+        return std::nullopt;
+    }
+    const auto& [type, service, path] = found->second;
+    return SensorStoreObject{*type, path, *service};
 }

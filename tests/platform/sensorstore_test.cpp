@@ -21,6 +21,12 @@ TEST(SensorStore, KeepsWhatAProbeObjectReportsForAsLongAsItLives) {
 
     EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(42));
     EXPECT_EQ(sensorstore_find_value(path, "ProbeStatus"), std::nullopt);
+    {
+        SensorStoreCluster another;
+        another.PropertyChanged(path, "ProbeStatus", Reading(2));
+        another.PropertyChanged(path, "ProbeStatus", Reading(3));
+    }
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(42));
 
     cluster.reset();
     EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), std::nullopt);
@@ -54,7 +60,10 @@ TEST(SensorStore, KeepsACreatedObjectWhenItsReporterGoes) {
         cluster.PropertyChanged(path, "ProbeReading", Reading(5));
     }
     EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(5));
+    SensorStoreCluster cluster;
+    cluster.PropertyChanged(path, "ProbeReading", Reading(6));
     EXPECT_EQ(sensorstore_probeobj_remove(path), 0);
+    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), std::nullopt);
 }
 
 TEST(SensorStore, ResolvesAKeyToTheObjectLastSet) {

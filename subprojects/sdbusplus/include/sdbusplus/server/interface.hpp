@@ -5,6 +5,7 @@
 #include "sdbusplus/details.hpp"
 #include "sdbusplus/vtable.hpp"
 
+#include <memory>
 #include <string>
 
 namespace sdbusplus::server {
@@ -15,7 +16,7 @@ class interface_t {
 public:
     /** @param bus       the connection; the interface takes a reference of its own
      *  @param path      the object's path
-     *  @param name      the interface's name
+     *  @param name      the interface's name; outlives this
      *  @param vtable    the rows from vtable::start() to vtable::end(); outlives this
      *  @param context   handed to the functions of the rows
      *  @throws exception::SdBusError "sd_bus_add_object_vtable" if the path or a row isn't valid,
@@ -41,8 +42,8 @@ public:
 
 private:
     bus_t connection;
-    std::string path;
-    std::string name;
+    std::shared_ptr<const std::string> path;
+    const char* name;
     details::SlotHandle slot;
     bool announced = false;
 };
