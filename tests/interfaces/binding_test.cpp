@@ -89,6 +89,10 @@ TEST_F(Binding, WritesTheMapInItsOrder) {
     EXPECT_EQ("k", silent.key());
     EXPECT_EQ(6, silent.objectStatus());
     EXPECT_EQ(std::vector<Signal>{}, Sent());
+    silent.objectStatus(2);
+    auto change = Changed(ProbeObj::interface, "ObjectStatus", "2");
+    change.path = "/sensors/two";
+    EXPECT_EQ(std::vector{change}, Sent());
 }
 
 TEST_F(Binding, FindsPropertiesByName) {
