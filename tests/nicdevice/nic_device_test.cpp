@@ -163,6 +163,25 @@ TEST_F(NicDeviceTest, InventoryObjectTellsTheFruDataIfThereIs) {
     }
 }
 
+TEST_F(NicDeviceTest, AnInventoryAsksInAFixedOrder) {
+    const std::map<std::string, std::size_t> typeAt{{"0.3", 8}, {"0.5", 3}};
+    Texts asked;
+    cards[0].onRequest = [&](const Bytes& request) {
+        const auto command = std::to_string(request.at(1)) + '.' + std::to_string(request.at(2));
+        const auto type = typeAt.find(command);
+        asked.push_back(type == typeAt.end()
+                            ? command
+                            : command + " of " + std::to_string(request.at(type->second)));
+    };
+    cards[0].fruTable = Bytes{1, 0, 1, 1, 1, 2, 4}.Add("X100");
+    cards[0].pdrs.push_back(NumericSensorPdr{.init = 2}.Build());
+    Plug(1);
+    Inventory();
+    EXPECT_EQ(asked,
+              (Texts{"0.4", "5.2", "4.1", "4.2", "0.3 of 0", "0.3 of 2", "0.3 of 4", "0.3 of 5",
+                     "0.5 of 0", "0.6", "0.6", "0.6", "0.2", "2.80", "2.81", "2.16"}));
+}
+
 TEST_F(NicDeviceTest, AFailedInventoryChangesToI2cOrTriesTheNewEndpoints) {
     // GetPLDMTypes, GetPLDMCommands, GetTID, GetPDRRepositoryInfo, GetPDR; then what no inventory
     // needs: GetPLDMVersion, SelectPLDMVersion.

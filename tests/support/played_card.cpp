@@ -87,6 +87,9 @@ std::vector<std::uint16_t> PlayedCard::TakeRead() {
     const auto both = static_cast<std::uint16_t>(type << 8 | command);
     ++asked;
     ++counts[both];
+    if (onRequest) {
+        onRequest(request);
+    }
     if (const auto failing = commandStatus.find(both); failing != commandStatus.end()) {
         return NoAnswer(failing->second);
     }

@@ -5,6 +5,7 @@
 #include "pldm_cmds/scripted_endpoint.hpp"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -74,6 +75,7 @@ public:
     std::uint8_t state = 1;                           ///< of all state sensors
     std::string firmware = "1.0";
     std::optional<Bytes> fruTable; ///< without one, the card doesn't speak of FRU data
+    std::function<void(const Bytes& request)> onRequest; ///< where set, sees each before its answer
 
 private:
     ::Answer Respond(const Bytes& request);
