@@ -93,18 +93,24 @@ TEST_F(SecondControllerTest, NumbersItsStateSensorsBehindThePortsOfTheFirst) {
     }
 }
 
-TEST_F(SecondControllerTest, EachConnectorSensorCountsOnAndWrapsAfter255) {
+TEST_F(SecondControllerTest, EachCountGoesOnAndWrapsAfter255) {
     FirstControllerWithPorts(254);
     const auto posted = Publish(ToldCard()
                                     .Numeric(5, {300, 1, 2})
                                     .Numeric(6, {300, 1, 2})
+                                    .Numeric(7, {300, 1, 2}, 7)
+                                    .Numeric(8, {300, 1, 2}, 7)
                                     .State(1, {202, 1, 2})
                                     .State(2, {300, 1, 2})
                                     .State(3, {210, 1, 2}),
                                 2);
     EXPECT_EQ(posted.sensors.at(1).entityName, "ethernet0");
+    EXPECT_EQ(posted.sensors.at(3).entityName, "ethernet0");
     EXPECT_EQ(Show(posted.stateSensors.at(2)),
               "B3/connector_0/qsfp_1/sensor/state/sensorid_ctrl2_3, 0, ");
+    FirstControllerWithPorts(257);
+    EXPECT_EQ(ShowAll(Publish(ToldCard().State(9, {300, 1, 2}), 2).stateSensors),
+              Texts{"B3/networkcontroller_2/ethernet_2/sensor/state/sensorid_ctrl2_9, 2, "});
 }
 
 TEST_F(SecondControllerTest, OnlyEthernetInfiniBandAndFibreChannelArePorts) {
@@ -119,10 +125,11 @@ TEST_F(SecondControllerTest, OnlyEthernetInfiniBandAndFibreChannelArePorts) {
 TEST_F(SecondControllerTest, LeavesTheFirstControllerAlone) {
     const auto first = NetworkCard().State(9, {300, 1, 2});
     Publish(first);
-    for (int round = 0; round < 2; ++round) {
+    for (int round = 0; round < 3; ++round) {
         const auto posted = Publish(NetworkCard().Numeric(5, {300, 1, 2}), 2);
         EXPECT_EQ(posted.order, Texts{"dbusDataInsert"});
         EXPECT_EQ(posted.sensors[0].entityName, "ethernet3"); // its own associations don't count
+        PublishFlat(first, static_cast<std::uint8_t>(round + 1)); // nor those told without a tree
     }
     EXPECT_EQ(first.data->stateSensors[0].use_count(), 2) << "the tree has let go of its records";
 }

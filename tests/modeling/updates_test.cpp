@@ -102,11 +102,15 @@ TEST_F(UpdatesTest, StatesTravelAsTexts) {
 }
 
 TEST_F(UpdatesTest, MembersWithoutStateOrSetGetNoText) {
-    modeling->UpdateStateSensorValue({{9, {{1, 2, 1}, {33, 33}, {"A", "B", "C"}}}}, 1);
-    const auto posted = TakePosted();
-    EXPECT_EQ(posted.states.at(0).memberNames, (Texts{"A", "B", "C"}));
-    EXPECT_EQ(posted.states.at(0).stateSetNames.size(), 2U);
-    EXPECT_EQ(posted.states.at(0).valueTexts, (Texts{"Connected", "Disconnected"}));
+    for (const auto& [states, sets] :
+         {std::pair<std::vector<std::uint8_t>, std::vector<std::uint16_t>>({1, 2, 1}, {33, 33}),
+          {{1, 2}, {33, 33, 33}}}) {
+        modeling->UpdateStateSensorValue({{9, {states, sets, {"A", "B", "C"}}}}, 1);
+        const auto posted = TakePosted();
+        EXPECT_EQ(posted.states.at(0).memberNames, (Texts{"A", "B", "C"}));
+        EXPECT_EQ(posted.states.at(0).stateSetNames.size(), 2U);
+        EXPECT_EQ(posted.states.at(0).valueTexts, (Texts{"Connected", "Disconnected"}));
+    }
 }
 
 TEST_F(UpdatesTest, HealthGoesOutBeforeTheSensorThatTellsIt) {

@@ -112,7 +112,7 @@ TEST_F(VirtualBoardTest, AStateSensorStandsForTheBoardOrAnAccelerator) {
 }
 
 TEST_F(VirtualBoardTest, AThermalReadingGoesToAllAccelerators) {
-    modeling->UpdateSensorTempValue(77, 2147483647, SENSOR_KIND_THERMAL, 1);
+    modeling->UpdateSensorTempValue(77, 2147483647, SENSOR_KIND_THERMAL, 6);
     const auto posted = TakePosted();
     ASSERT_EQ(posted.values.size(), 8U);
     for (std::size_t index = 0; index < 8; ++index) {
@@ -122,6 +122,7 @@ TEST_F(VirtualBoardTest, AThermalReadingGoesToAllAccelerators) {
         EXPECT_EQ(value.deviceLdid, "NIC.Slot.3");
         EXPECT_EQ(value.slot, 3);
         EXPECT_EQ(value.sensorKind, SENSOR_KIND_THERMAL);
+        EXPECT_EQ(value.controller, 6);
     }
     for (const std::uint8_t kind : {SENSOR_KIND_THERMAL_PROBE, SENSOR_KIND_PROBE}) {
         modeling->UpdateSensorTempValue(77, 5, kind, 1);

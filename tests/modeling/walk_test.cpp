@@ -23,11 +23,17 @@ TEST_F(WalkTest, NamesANumericSensorByItsPlace) {
          "/networkcontroller_1/ethernet_1/sfp_8079_1, sfp_8079_1, 1"},
         {"on the card", {68, 1, 1}, 2, "T:", ", add_in_card_1, 1"},
         {"in no association", {80, 4, 9}, 2, "T:", ", add_in_card_1, 1"},
+        {"of an instance above a byte",
+         {300, 258, 5},
+         2,
+         "T:",
+         "/networkcontroller_1/ethernet_258, ethernet_258, 2"},
     };
+    const auto card = [] { return NetworkCard().Physical(5, {144, 1, 1}, {{300, 258, 5}}); };
     for (const auto& [what, entity, unit, root, shown] : cases) {
         for (const bool controllers : {false, true}) {
             Begin(controllers);
-            EXPECT_EQ(ShowAll(Publish(NetworkCard().Numeric(5, entity, unit)).sensors),
+            EXPECT_EQ(ShowAll(Publish(card().Numeric(5, entity, unit)).sensors),
                       Texts{root + "NIC.Slot.3_sensorid_" + (controllers ? "ctrl1_" : "") +
                             "5, B3" + shown})
                 << what;
@@ -44,6 +50,8 @@ TEST_F(WalkTest, CarriesTheWholeSensor) {
     told.thresholdReadingError = 77;
     told.upperThresholdFatal = 105;
     told.lowerThresholdFatal = -25;
+    told.normalMax = 70;
+    told.normalMin = -10;
     const auto posted = Publish(card);
     ASSERT_EQ(posted.sensors.size(), 1U);
     const auto& [sensor, path, ldid, inventory, name, resolved, slot, identity, affinity] =
@@ -56,8 +64,12 @@ TEST_F(WalkTest, CarriesTheWholeSensor) {
     EXPECT_EQ(sensor.thresholdReadError, 0);
     EXPECT_EQ(sensor.upperFatal, 105);
     EXPECT_EQ(sensor.lowerFatal, -25);
+    EXPECT_EQ(sensor.normalMax, 70);
+    EXPECT_EQ(sensor.normalMin, -10);
     EXPECT_EQ(sensor.name, "Module");
     EXPECT_EQ(identity.vendorId, 1);
+    EXPECT_EQ(identity.subVendorId, 2);
+    EXPECT_EQ(identity.subDeviceId, 3);
     EXPECT_EQ(identity.deviceId, 4);
     EXPECT_EQ(affinity, 1);
 }
@@ -79,9 +91,14 @@ TEST_F(WalkTest, NamesAStateSensorByItsPlace) {
     for (const auto& [what, entity, place, instance] : cases) {
         for (const bool controllers : {false, true}) {
             Begin(controllers);
-            EXPECT_EQ(ShowAll(Publish(NetworkCard().State(9, entity)).stateSensors),
+            const auto card = NetworkCard().State(9, entity);
+            EXPECT_EQ(ShowAll(Publish(card).stateSensors),
                       Texts{"B3" + place + "/sensor/state/sensorid_" +
                             (controllers ? "ctrl1_" : "") + "9, " + instance + ", NIC.Slot.3"})
+                << what;
+            const bool numbered = entity.type != 68 && entity.type != 144;
+            EXPECT_EQ(card.data->stateSensors[0]->entityInstanceNumber,
+                      numbered ? entity.instance : 0)
                 << what;
         }
     }
@@ -151,6 +168,43 @@ TEST_F(WalkTest, PassesOverWhatHasNoNameOrStandsTwice) {
               Texts{"T:NIC.Slot.3_sensorid_5, B3/networkcontroller_1/cable_1, cable_1, 1"});
     EXPECT_TRUE(posted.stateSensors.empty());
     EXPECT_TRUE(log.Messages(1).empty());
+}
+
+TEST_F(WalkTest, AnEntityStandsWhereItsOwnContainerHoldsIt) {
+    const struct {
+        const char* what;
+        ToldCard card;
+        Entity entity;
+        std::string place;
+    } cases[] = {
+        {"a container told of before what holds it",
+         ToldCard()
+             .Physical(1, {68, 1, 0}, {{185, 2, 1}})
+             .Physical(2, {144, 1, 7}, {{300, 1, 2}})
+             .Physical(7, {185, 2, 1}, {{144, 1, 7}}),
+         {144, 1, 2},
+         "/connector_2/networkcontroller_1"},
+        {"a container that nothing holds",
+         ToldCard().Physical(1, {68, 1, 0}, {}).Physical(2, {144, 1, 7}, {}),
+         {144, 1, 2},
+         ""},
+        {"contained here, but of another container",
+         NetworkCard().Physical(4, {68, 1, 0}, {{300, 2, 2}}),
+         {300, 2, 4},
+         "/networkcontroller_1/ethernet_2"},
+        {"contained here, but of a container that nobody has",
+         NetworkCard().Physical(4, {68, 1, 0}, {{300, 2, 8}}),
+         {300, 2, 4},
+         ""},
+    };
+    for (const auto& [what, told, entity, place] : cases) {
+        auto card = told;
+        const auto posted = Publish(card.Numeric(5, entity).State(9, entity));
+        EXPECT_EQ(Short(posted.sensors.at(0).inventoryPath), "B3" + place) << what;
+        EXPECT_EQ(Short(posted.stateSensors.at(0).statePath),
+                  "B3" + place + "/sensor/state/sensorid_9")
+            << what;
+    }
 }
 
 TEST_F(WalkTest, NodesOfTheRootsTypeAreNeverPassedOver) {
@@ -228,9 +282,12 @@ TEST_F(WalkTest, WithoutDataNothingChanges) {
 TEST_F(WalkTest, GoesOnWhenTheChannelTakesNothing) {
     SetChannelResult(-12);
     const CapturedLog log;
-    Publish(NetworkCard().Numeric(5, {300, 1, 2}).State(9, {300, 1, 2}));
+    const auto card = NetworkCard().Numeric(5, {300, 1, 2}).State(9, {300, 1, 2});
+    Publish(card);
     EXPECT_EQ(log.Count(1, "DeleteDBUSPaths ERROR for slot = 3, execRet = -12\n"), 1);
     EXPECT_EQ(log.Count(4, "OneWayChannel_Execute ERROR, execRet = -12\n"), 2);
+    PublishFlat(card, 1);
+    EXPECT_EQ(log.Count(4, "OneWayChannel_Execute ERROR, execRet = -12\n"), 4);
 }
 
 TEST_F(WalkTest, ACardThatNestsWithoutEndGetsNoPathsWithoutEnd) {
