@@ -48,6 +48,15 @@ protected:
         request.searchKey = "/sensor/state/sensorid_9";
         return request;
     }
+
+    /** The object is there already. */
+    void ExpectNothingNew(const PlainInventoryRequest& request) {
+        TakeLog();
+        Sent();
+        EXPECT_EQ(0, Do(dbusInvDataInsert, request));
+        EXPECT_EQ(std::vector<Signal>{}, Sent());
+        EXPECT_EQ(Texts{}, TakeLog());
+    }
 };
 
 TEST_F(InventoryObjects, ShowTheFruOfACard) {
@@ -120,6 +129,7 @@ TEST_F(InventoryObjects, DoWithoutFru) {
     EXPECT_EQ("\"NIC.Slot.3\"", inventory.at("LDID"));
     EXPECT_EQ("\"1.0\"", inventory.at("FirmwareVersion"));
     EXPECT_EQ("1", inventory.at("CPUAffinity"));
+    ExpectNothingNew(Plain(card, cardPath, 4));
 }
 
 TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
@@ -135,6 +145,15 @@ TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
     EXPECT_EQ("2", object.at("Inventory").at("DeviceType"));
     EXPECT_EQ("\"Proc Accelerator Controller in Slot 5 of Instance 1\"",
               object.at("Inventory").at("FriendlyLDID"));
+    ExpectNothingNew(Plain(accelerator, gpuPath, 6));
+
+    handler.Clear(accelerator, false);
+    auto fru = Fru();
+    fru.deviceLdid = accelerator;
+    fru.objectPath = gpuPath;
+    Do(dbusFruDataInsert, fru);
+    EXPECT_EQ((Texts{"FRU", "Inventory"}), Told(Sent(), "InterfacesAdded", gpuPath));
+    EXPECT_EQ("2", Object(inventoryRoot, gpuPath).at("Inventory").at("DeviceType"));
 
     handler.Clear(accelerator, false);
     auto board = Plain(accelerator, std::string(inventoryRoot) + "/board/UBB/1-1", 5);
@@ -161,6 +180,27 @@ TEST_F(InventoryObjects, ShowControllersAtTheirUnchangedPath) {
     EXPECT_EQ("200", Object(inventoryRoot, path).at("ControllerInventory").at("CPUAffinity"));
 }
 
+TEST_F(InventoryObjects, ArentMadeWhereTheBusTakesNone) {
+    auto fru = Fru();
+    fru.objectPath = "no path";
+    auto state = State();
+    state.statePath = "no path";
+    // A controller's path isn't made fit for the bus.
+    EXPECT_EQ(0, Do(dbusControllerData, ControllerRequest{cardPath + "/no-path", card, 3, 1}));
+    EXPECT_EQ(0, Do(dbusFruDataInsert, fru));
+    EXPECT_EQ(0, Do(dbusInvDataInsert, Plain(card, "no path", 3)));
+    EXPECT_EQ(0, Do(dbusInvDataInsert, Plain(accelerator, "no path", 5)));
+    EXPECT_EQ(0, Do(dbusStateSensorDataInsert, state));
+    Texts writers;
+    for (const auto& line : TakeLog()) {
+        writers.push_back(line.substr(0, line.find(": sd_bus_add_object_vtable")));
+    }
+    EXPECT_EQ((Texts{"1 UpdateControllerInventory", "1 createDbusObj", "1 createDbusObj",
+                     "1 createDbusObj", "1 createDbusObj"}),
+              writers);
+    EXPECT_EQ(std::vector<Signal>{}, Sent());
+}
+
 TEST_F(InventoryObjects, FollowFirmwareAndHealth) {
     Do(dbusFruDataInsert, Fru());
     Do(dbusInvDataInsert, Plain(card, cardPath + "/second", 3));
@@ -180,7 +220,8 @@ TEST_F(InventoryObjects, FollowFirmwareAndHealth) {
         EXPECT_EQ("4", inventory.at("DeviceStatus"));
     }
     Do(dbusUpdateDeviceHealthStatus, HealthStatusRequest{accelerator, 3});
-    EXPECT_EQ(Texts{"DeviceStatus=3"}, Changes(gpuPath));
+    Do(dbusFWDataUpdate, FirmwareRequest{accelerator, "4.0"});
+    EXPECT_EQ((Texts{"DeviceStatus=3", "FirmwareVersion=\"4.0\""}), Changes(gpuPath));
     EXPECT_EQ(Texts{}, TakeLog());
 }
 

@@ -89,6 +89,20 @@ TEST(ProbeProperties, NameTheSensor) {
     }
 }
 
+TEST(ProbeProperties, NameNoPortOfAnEntityThatHasNone) {
+    const std::map<std::uint16_t, const char*> rows{
+        {144, "L"},   {148, "L"},   {149, "L"},     {68, "L"},      {32836, "L"}, {79, "L"},
+        {32917, "L"}, {24576, "L"}, {143, "L-260"}, {150, "L-260"}, {0, "L-260"}, {80, "L-260"}};
+    for (const auto& [entityType, target] : rows) {
+        __Sensor sensor;
+        sensor.entityType = entityType;
+        sensor.entityInstance = 260;
+        SensorNumbering numbering;
+        const auto bag = BuildProbeProperties(sensor, "L", nicPath, numbering);
+        EXPECT_EQ(target, Get<std::string>(bag, "TargetDevKey")) << entityType;
+    }
+}
+
 TEST(ProbeProperties, CutThresholdsTo32Bits) {
     __Sensor sensor;
     sensor.upperFatal = 0x1'0000'0001;
@@ -136,6 +150,7 @@ TEST(StateSensorProperties, NameTheSensor) {
          "NIC.Embedded.1#sensorid_ctrl1_9"},
         {"Embedded", 2, "/i/sensor/state/sensorid_ctrl2_9", "2-Embedded", "Embedded-2",
          "Embedded-2#sensorid_ctrl2_9"},
+        {"", 0, "/i/sensor/state/sensorid_ctrl2_9", "", "", "#sensorid_ctrl2_9"},
     };
     for (const auto& row : rows) {
         StateSensorRequest request;

@@ -179,17 +179,24 @@ TEST_F(Platform, RetypesTheSensorsOfACardThatTurnsOutToBeOcp) {
     EXPECT_EQ("151", Thermal("Instance"));
 }
 
-TEST_F(Platform, RetypesByWhatTheSensorIsSinceTheReset) {
-    auto optics = CardSensor();
-    optics.sensor.entityType = 200;
-    Do(dbusDataInsert, optics);
-    handler.Clear(card, true);
-    handler.ResetNumbering();
-    Sent();
-    Do(dbusDataInsert, CardSensor());
-    services.Set(assembly + "PCIESLOT3_FRU", "OCP");
-    handler.UpdateSensorType(3);
-    EXPECT_TRUE(Becomes("NDC_ASIC", 5));
+TEST_F(Platform, RetypesByWhatTheSensorFirstWasSinceTheReset) {
+    for (const bool reset : {true, false}) {
+        services.Set(assembly + "PCIESLOT3_FRU", "Plain card");
+        auto optics = CardSensor();
+        optics.sensor.entityType = 200;
+        Do(dbusDataInsert, optics);
+        handler.Clear(card, true);
+        if (reset) {
+            handler.ResetNumbering();
+            Sent();
+        }
+        Do(dbusDataInsert, CardSensor());
+        services.Set(assembly + "PCIESLOT3_FRU", "OCP");
+        handler.UpdateSensorType(3);
+        EXPECT_TRUE(Becomes(reset ? "NDC_ASIC" : "NDC_OPTICS", 5));
+        handler.Clear(card, true);
+        handler.ForgetNumbering();
+    }
 }
 
 TEST_F(Platform, IsAskedForTheModelWhenASensorComes) {

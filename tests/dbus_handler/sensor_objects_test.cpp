@@ -146,20 +146,90 @@ TEST_F(SensorObjects, StayAsTheyAreWhenPostedAgain) {
     EXPECT_EQ(std::vector<Signal>{}, Sent());
 }
 
-TEST_F(SensorObjects, KeepTheirInstanceUntilTheReset) {
-    const auto instance = [this](std::uint16_t id) {
-        Do(dbusDataInsert, CardSensor(SENSOR_KIND_THERMAL, id));
-        return Property(CardSensorPath(id), "com.korv.bmc.Thermal.ThermalSensor", "Instance");
+struct NumberedRow {
+    const char* inventory; ///< below the root
+    const char* resolvedLdid;
+    std::uint16_t entityType, firstId;
+    int first; ///< instance of its type
+};
+
+TEST_F(SensorObjects, KeepTheirNumbersUntilTheReset) {
+    constexpr auto gpu = "accelerator/ProcAccelerator/Slot/5";
+    const NumberedRow rows[] = {{"", "", 300, 1, 151},
+                                {"", "", 200, 1, 151},
+                                {"", "", 1, 1, 151},
+                                {"", "NIC.Embedded.1", 300, 1, 151},
+                                {gpu, "", 148, 1, 0},
+                                {"", "NIC.Embedded.1", 200, 1, 151},
+                                {gpu, "", 1, 1, 0},
+                                {"cxl/memory/1", "", 65, 1, 0},
+                                {"cxl/memory/1", "", 143, 1, 0},
+                                {"cxl/memory/1", "", 66, 1, 0},
+                                {"cxl/memory/1", "", 65, 70, 0},
+                                {"cxl/memory/1", "", 1, 1, 0}};
+    // Two sensors of each type; for each in the order of creation, its instance behind the first
+    // and its location.
+    const auto numbers = [&](bool backwards) {
+        Texts shown;
+        for (std::size_t count = 0; count < 2 * std::size(rows); ++count) {
+            const std::size_t sensor = backwards ? 2 * std::size(rows) - 1 - count : count;
+            const auto& row = rows[sensor / 2];
+            auto request = CardSensor();
+            request.sensor.entityType = row.entityType;
+            request.sensor.sensorId = static_cast<std::uint16_t>(row.firstId + sensor % 2);
+            request.sensor.name = std::to_string(sensor);
+            request.resolvedLdid = row.resolvedLdid;
+            request.inventoryPath = std::string(inventoryRoot) + '/' + row.inventory;
+            request.objectPath =
+                std::string(sensorsRoot) + "/temperature/ProcAccelerator_" + request.sensor.name;
+            Do(dbusDataInsert, request);
+            const auto object = Object(sensorsRoot, request.objectPath);
+            const int instance = std::stoi(object.at("ThermalSensor").at("Instance"));
+            shown.push_back(std::to_string(instance - row.first) + ' ' +
+                            object.at("ProbeObj").at("ProbeLocation"));
+        }
+        handler.Clear(card, true);
+        return shown;
     };
-    EXPECT_EQ("151", instance(5));
-    EXPECT_EQ("152", instance(6));
-    handler.Clear(card, true);
-    EXPECT_EQ("152", instance(6));
-    EXPECT_EQ("153", instance(7));
-    handler.Clear(card, true);
+    Texts fresh;
+    for (std::size_t count = 0; count < 2 * std::size(rows); ++count) {
+        fresh.push_back(std::to_string(count % 2) + " \"System Board Proc Accel" +
+                        std::to_string(count + 1) + " Temp\"");
+    }
+    EXPECT_EQ(fresh, numbers(false));
+    EXPECT_EQ(fresh, numbers(false)) << "they have come back";
+    Do(dbusDataInsert, CardSensor());
+    EXPECT_EQ("153", Object(sensorsRoot, CardSensorPath()).at("ThermalSensor").at("Instance"));
     handler.ResetNumbering();
     Sent();
-    EXPECT_EQ("151", instance(7));
+    EXPECT_EQ(fresh, numbers(true));
+}
+
+TEST_F(SensorObjects, TellOneOfTwoUnitsOrTheDefault) {
+    for (const std::uint8_t kind : {SENSOR_KIND_THERMAL_PROBE, SENSOR_KIND_THERMAL}) {
+        for (const auto& [baseUnit, name] : std::map<std::uint8_t, std::string>{
+                 {BASE_UNIT_DEGREES_C, "DegreesC"}, {BASE_UNIT_WATTS, "Watts"}, {4, "Amperes"}}) {
+            auto request = CardSensor(kind);
+            request.sensor.baseUnit = baseUnit;
+            Do(dbusDataInsert, request);
+            const auto unit = Object(sensorsRoot, CardSensorPath()).at("Value").at("Unit");
+            EXPECT_TRUE(unit.ends_with("Value.Unit." + name + '"')) << unit;
+            handler.Clear(card, true);
+        }
+    }
+}
+
+TEST_F(SensorObjects, AreMadeByALaterPostWhenTheFirstFailed) {
+    auto inTheWay = CardSensor(SENSOR_KIND_PROBE);
+    inTheWay.deviceLdid = "NIC.Slot.7";
+    Do(dbusDataInsert, inTheWay);
+    Do(dbusDataInsert, CardSensor());
+    EXPECT_TRUE(TakeLog().back().starts_with("1 createDbusObj: sd_bus_add_object_vtable"));
+    handler.Clear("NIC.Slot.7", true);
+    EXPECT_TRUE(Object(sensorsRoot, CardSensorPath()).empty());
+    Do(dbusDataInsert, CardSensor());
+    Do(dbusSetSensorValue, Reading(5));
+    EXPECT_EQ("5", Property(CardSensorPath(), "xyz.openbmc_project.Sensor.Value", "Value"));
 }
 
 TEST_F(SensorObjects, TakeAnyTextFromACard) {
@@ -318,12 +388,20 @@ TEST_F(SensorObjects, KeepAnAlarmAboveANegativeThreshold) {
 
 TEST_F(SensorObjects, EndAnAlarmThatHasNoThreshold) {
     Do(dbusDataInsert, CardSensor());
-    constexpr auto warning = "xyz.openbmc_project.Sensor.Threshold.Warning";
-    for (const double threshold : {0.0, std::nan("")}) {
-        client.SetProperty(service, CardSensorPath(), warning, "WarningHigh", threshold);
-        client.SetProperty(service, CardSensorPath(), warning, "WarningAlarmHigh", true);
-        Do(dbusSetSensorValue, Reading(50));
-        EXPECT_EQ("false", Property(CardSensorPath(), warning, "WarningAlarmHigh")) << threshold;
+    for (const std::string name : {"Warning", "Critical"}) {
+        const auto interface = "xyz.openbmc_project.Sensor.Threshold." + name;
+        for (const double threshold : {0.0, std::nan("")}) {
+            const auto set = [&](const std::string& property, auto value) {
+                client.SetProperty(service, CardSensorPath(), interface.c_str(),
+                                   (name + property).c_str(), value);
+            };
+            set("High", threshold);
+            set("AlarmHigh", true);
+            Do(dbusSetSensorValue, Reading(50));
+            EXPECT_EQ("false",
+                      Object(sensorsRoot, CardSensorPath()).at(name).at(name + "AlarmHigh"))
+                << threshold;
+        }
     }
 }
 
