@@ -139,6 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     NewTable, DeviceStates,
     testing::Values(
+        Life{"ComesInTheFirstPauseOfAnInventory", "v11", "v31", "2! I31 M31"},
         Life{"EndsTheSwitch", "i12", "i32", "2 I12=4 10! 2 I32 M32"},
         Life{"EndsTheWait", "i12", "v31", "2 I12 M12=3 5 5! M31"},
         Life{"EndsTheWaitInItsLastPause", "i12", "v31", "2 I12 M12=3 5*24 5! M31"},

@@ -1,85 +1,10 @@
 /** Network cards: what becomes of their controllers, and what a monitor cycle asks of which. */
-#include "nicdevice/nic_device.hpp"
+#include "nic_device_fixture.hpp"
 
-#include "common/process_flags.hpp"
-#include "pldm_cmds/pdr_builders.hpp"
-#include "support/captured_log.hpp"
-#include "support/played_device.hpp"
-#include "support/posted_requests.hpp"
-#include "support/test_clock.hpp"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <optional>
+#include <future>
 
 namespace vantric::test {
 namespace {
-
-using namespace std::chrono_literals;
-using Ids = std::vector<std::uint16_t>;
-using Pauses = std::vector<std::chrono::seconds>;
-using Texts = std::vector<std::string>;
-
-const std::string base = "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/";
-constexpr std::uint16_t enableSensor = 0x0210; // SetNumericSensorEnable
-constexpr std::size_t controllers = 3;
-
-class NicDeviceTest : public testing::Test {
-protected:
-    NicDeviceTest() { SetClockScale(0); }
-
-    ~NicDeviceTest() override {
-        useNewEndPoints = false;
-        device.reset();
-        TakePosted();
-        TakePauses();
-    }
-
-    /** A new device in slot 3 with this many of the cards. */
-    void Plug(std::size_t count, bool overVdm = true) {
-        DeviceDetails details;
-        details.identity = {.vendorId = 1, .subVendorId = 2, .subDeviceId = 3, .deviceId = 4};
-        details.cpuAffinity = 7;
-        details.slotNumber = 3;
-        details.ldid = "NIC.Slot.3";
-        (overVdm ? details.vdmEIDs : details.i2cEIDs).resize(count);
-        std::vector<PlayedCard*> plugged;
-        for (std::size_t i = 0; i < count; ++i) {
-            plugged.push_back(&cards[i]);
-        }
-        device.emplace(details, base, plugged);
-        TakePosted();
-    }
-
-    /** What an inventory posts. */
-    PostedRequests Inventory() {
-        device->InventoryTheDevice();
-        TakePauses();
-        return TakePosted();
-    }
-
-    /** Makes good cycles; which asked which controller: "3:1 " is the first, in cycle 3. */
-    std::string CyclesWith(std::uint16_t command, int cycles) {
-        for (auto& card : cards) {
-            card.TakeCount(command);
-        }
-        std::string with;
-        for (int cycle = 1; cycle <= cycles; ++cycle) {
-            EXPECT_EQ(device->MonitorTheDevice(), 0);
-            for (std::size_t i = 0; i < controllers; ++i) {
-                if (cards[i].TakeCount(command) != 0) {
-                    with += std::to_string(cycle) + ':' + std::to_string(i + 1) + ' ';
-                }
-            }
-        }
-        return with;
-    }
-
-    std::array<PlayedCard, controllers> cards;
-    CapturedLog log;
-    std::optional<PlayedDevice<NicDevice>> device;
-};
 
 TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
     for (const std::uint8_t unit : {2, 3, 4, 7}) {
@@ -116,102 +41,6 @@ TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
         EXPECT_EQ(request.objectPath, base + "3/networkcontroller_" + std::to_string(i + 1));
         EXPECT_EQ(request.deviceLdid, "NIC.Slot.3");
         EXPECT_EQ((Ids{request.slot, request.cpuAffinity}), (Ids{3, 7}));
-    }
-}
-
-TEST_F(NicDeviceTest, InventoryObjectTellsTheFruDataIfThereIs) {
-    struct Row {
-        const char* name;
-        std::optional<Bytes> table;
-        std::uint16_t failing;
-        std::optional<std::string> model; ///< none: an object without FRU data
-        std::string firmware = "1.0";
-    };
-    const Bytes general = Bytes{1, 0, 1, 1, 1, 2, 4}.Add("X100");
-    const std::vector<Row> rows{
-        {"no such type", {}, 0, {}},
-        {"general record", general, 0, "X100"},
-        {"no general record", Bytes{1, 0, 2, 0, 1}, 0, ""},
-        {"metadata missing", general, PLAYED_GET_FRU_METADATA, {}},
-        {"table missing", general, PLAYED_GET_FRU_TABLE, {}},
-        {"no firmware", general, PLAYED_GET_FIRMWARE, "X100", ""},
-        {"no firmware, no FRU data", {}, PLAYED_GET_FIRMWARE, {}, ""},
-    };
-    cards[0].Add({});
-    Plug(1);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        cards[0].fruTable = row.table;
-        cards[0].commandStatus = {{row.failing, 3}};
-        const auto posted = Inventory();
-        EXPECT_EQ(device->State(), DEVICE_MONITORING);
-        ASSERT_EQ(posted.fruInventories.size(), row.model ? 1U : 0U);
-        ASSERT_EQ(posted.plainInventories.size(), row.model ? 0U : 1U);
-        const auto expectDevice = [&row](const auto& request, const auto& fields) {
-            EXPECT_EQ(request.objectPath, base + '3');
-            EXPECT_EQ((Ids{request.slot, fields.identity.deviceId, fields.cpuAffinity}),
-                      (Ids{3, 4, 7}));
-            EXPECT_EQ(fields.firmwareVersion, row.firmware);
-        };
-        for (const auto& request : posted.fruInventories) {
-            expectDevice(request, request.fields);
-            EXPECT_EQ(request.fields.model, *row.model);
-        }
-        for (const auto& request : posted.plainInventories) {
-            expectDevice(request, request);
-        }
-    }
-}
-
-TEST_F(NicDeviceTest, AnInventoryAsksInAFixedOrder) {
-    const std::map<std::string, std::size_t> typeAt{{"0.3", 8}, {"0.5", 3}};
-    Texts asked;
-    cards[0].onRequest = [&](const Bytes& request) {
-        const auto command = std::to_string(request.at(1)) + '.' + std::to_string(request.at(2));
-        const auto type = typeAt.find(command);
-        asked.push_back(type == typeAt.end()
-                            ? command
-                            : command + " of " + std::to_string(request.at(type->second)));
-    };
-    cards[0].fruTable = Bytes{1, 0, 1, 1, 1, 2, 4}.Add("X100");
-    cards[0].pdrs.push_back(NumericSensorPdr{.init = 2}.Build());
-    Plug(1);
-    Inventory();
-    EXPECT_EQ(asked,
-              (Texts{"0.4", "5.2", "4.1", "4.2", "0.3 of 0", "0.3 of 2", "0.3 of 4", "0.3 of 5",
-                     "0.5 of 0", "0.6", "0.6", "0.6", "0.2", "2.80", "2.81", "2.16"}));
-}
-
-TEST_F(NicDeviceTest, AFailedInventoryChangesToI2cOrTriesTheNewEndpoints) {
-    // GetPLDMTypes, GetPLDMCommands, GetTID, GetPDRRepositoryInfo, GetPDR; then what no inventory
-    // needs: GetPLDMVersion, SelectPLDMVersion.
-    const Ids needed{0x0004, 0x0005, 0x0002, 0x0250, 0x0251, enableSensor};
-    const Ids others{0x0003, 0x0006};
-    cards[0].Add({});
-    cards[1].pdrs.push_back(NumericSensorPdr{.init = 2}.Build());
-    cards[2].Add({});
-    Plug(controllers);
-    for (const auto command : needed) {
-        SCOPED_TRACE(command);
-        cards[1].commandStatus = {{command, 3}};
-        useNewEndPoints = false;
-        device->InventoryTheDevice();
-        EXPECT_EQ(device->State(), DEVICE_SWITCH_TO_I2C);
-        EXPECT_EQ(log.Messages(1).back(), "PLDM Inventory failed for slot 3\n");
-        EXPECT_EQ(TakePauses(), Pauses{2s});
-        useNewEndPoints = true;
-        device->InventoryTheDevice();
-        EXPECT_EQ(device->State(), DEVICE_INVENTORY);
-        EXPECT_EQ(TakePauses(), (Pauses{2s, 5s}));
-    }
-    EXPECT_EQ(log.Count(1, "PLDM Inventory failed for slot 3\n"), 6) << "none with new endpoints";
-    EXPECT_EQ(cards[2].Asked(), 0U) << "the pass ends with the step that fails";
-    EXPECT_EQ(TakePosted().controllers.size(), 0U);
-    for (const auto command : others) {
-        SCOPED_TRACE(command);
-        cards[1].commandStatus = {{command, 3}};
-        EXPECT_EQ(Inventory().controllers.size(), controllers);
-        EXPECT_EQ(device->State(), DEVICE_MONITORING);
     }
 }
 
@@ -359,6 +188,38 @@ TEST_F(NicDeviceTest, TheTenthCycleBringsAChangedRepositoryAndFirmware) {
     CyclesWith(0, 10);
     EXPECT_EQ(TakePosted().order, (Texts{"dbusClear", "dbusControllerData", "dbusSetSensorValue"}))
         << "a card that has had entities is modeled by them";
+}
+
+TEST_F(NicDeviceTest, AChangedRepositoryOfOneControllerHasAllModeledAnew) {
+    cards[0].Add({.id = 5});
+    cards[1].Add({.id = 7});
+    Plug(2);
+    Inventory();
+    CyclesWith(0, 5);
+    TakePosted();
+    cards[0].Replace({{.id = 6}});
+    CyclesWith(0, 1);
+    EXPECT_EQ(TakePosted().order,
+              (Texts{"dbusFWDataUpdate", "dbusDataInsert", "dbusControllerData", "dbusDataInsert",
+                     "dbusControllerData", "dbusSetSensorValue"}));
+}
+
+TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
+    cards[0].Add({});
+    cards[1].Add({});
+    Plug(2);
+    Inventory();
+    std::future<void> table;
+    cards[0].onRequest = [&](const Bytes&) {
+        table = std::async(std::launch::async, [this] { device->UpdateEIDTables({}, {}); });
+    };
+    cards[1].onRequest = [&](const Bytes&) {
+        EXPECT_TRUE(table.wait_for(50ms) == std::future_status::timeout);
+    };
+    OnPause([&](auto) { EXPECT_TRUE(table.wait_for(30s) == std::future_status::ready); });
+    EXPECT_EQ(device->MonitorTheDevice(), 0);
+    OnPause({});
+    EXPECT_EQ(TakePauses(), Pauses{5s});
 }
 
 TEST_F(NicDeviceTest, StatesComeBehindReadingsAndTheirFailureIsNoFailureOfTheCycle) {
