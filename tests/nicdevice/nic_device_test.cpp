@@ -210,12 +210,15 @@ TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
     Plug(2);
     Inventory();
     std::future<void> table;
-    cards[0].onRequest = [&](const Bytes&) {
-        table = std::async(std::launch::async, [this] { device->UpdateEIDTables({}, {}); });
-    };
-    cards[1].onRequest = [&](const Bytes&) {
+    // Long enough for the table's thread to come to the mutex; if it isn't, nothing fails for it.
+    const auto waits = [&table](const Bytes&) {
         EXPECT_TRUE(table.wait_for(50ms) == std::future_status::timeout);
     };
+    cards[0].onRequest = [&](const Bytes& request) {
+        table = std::async(std::launch::async, [this] { device->UpdateEIDTables({}, {}); });
+        waits(request);
+    };
+    cards[1].onRequest = waits;
     OnPause([&](auto) { EXPECT_TRUE(table.wait_for(30s) == std::future_status::ready); });
     EXPECT_EQ(device->MonitorTheDevice(), 0);
     OnPause({});
