@@ -81,20 +81,21 @@ std::string Move(Control& control, Words& words) {
 
 std::string Notify(Control& control, Words& words) {
     const auto name = words.Next("a name");
+    const bool everybody = words.Take("everybody");
     words.Finish();
-    return "notification " + name + " is sent" + Reached(control.audience.Notify(name));
+    return "notification " + name + " is sent" + Reached(control.audience.Notify(name, everybody));
 }
 
 std::string FirmwareStart(Control& control, Words& words) {
     words.Finish();
     return "a firmware update begins" +
-           Reached(control.audience.Notify("PLDMFWUpdateStart$1$FWUpdateStart$"));
+           Reached(control.audience.Notify("PLDMFWUpdateStart$1$FWUpdateStart$", false));
 }
 
 std::string FirmwareStop(Control& control, Words& words) {
     words.Finish();
     return "the firmware update ends" +
-           Reached(control.audience.Notify("PLDMFWUpdateStop$1$FWUpdateStop$"));
+           Reached(control.audience.Notify("PLDMFWUpdateStop$1$FWUpdateStop$", false));
 }
 
 } // namespace
@@ -106,7 +107,7 @@ std::span<const ControlCommand> PlatformControlCommands() {
         {"pull", "SLOT [quietly]", Pull},
         {"plug", "SLOT [quietly]", Plug},
         {"move", "EID NEW [quietly]", Move},
-        {"notify", "NAME", Notify},
+        {"notify", "NAME [everybody]", Notify},
         {"fw-start", "", FirmwareStart},
         {"fw-stop", "", FirmwareStop},
     };

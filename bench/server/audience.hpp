@@ -14,7 +14,8 @@ public:
 
     virtual std::size_t DeliverTable(TableFlaw flaw) = 0;
     virtual std::size_t AnnounceDiscovery() = 0;
-    virtual std::size_t Notify(const std::string& name) = 0;
+    /** everybody: also those who subscribed to something else. */
+    virtual std::size_t Notify(const std::string& name, bool everybody) = 0;
 };
 
 } // namespace bench

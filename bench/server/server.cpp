@@ -202,12 +202,13 @@ std::size_t Server::AnnounceDiscovery() {
     return SendToAttached({FrameKind::Discovery, 0, {}});
 }
 
-std::size_t Server::Notify(const std::string& name) {
+std::size_t Server::Notify(const std::string& name, bool everybody) {
     const Frame frame{FrameKind::Notification, 0,
                       PayloadWriter().Write(std::string_view(name)).Finish()};
     std::size_t reached = 0;
     for (const auto& client : clients) {
-        if (client->subscriptions.contains(name)) {
+        const auto& subscribed = client->subscriptions;
+        if (everybody ? !subscribed.empty() : subscribed.contains(name)) {
             client->Send(frame);
             ++reached;
         }

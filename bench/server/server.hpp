@@ -31,7 +31,7 @@ public:
 
     std::size_t DeliverTable(TableFlaw flaw) override;
     std::size_t AnnounceDiscovery() override;
-    std::size_t Notify(const std::string& name) override;
+    std::size_t Notify(const std::string& name, bool everybody) override;
 
     /** Who carries out benchctl's commands; set before the loop runs. */
     void SetControl(Control& commands) { control = &commands; }

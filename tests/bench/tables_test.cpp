@@ -129,6 +129,9 @@ TEST(Hubcast, BringsWhatWasSubscribedToAlsoFromANewBench) {
         std::this_thread::yield();
     }
     EXPECT_EQ((std::vector<std::string>{stopped, "other/5"}), mailbox.WaitFor(2));
+    EXPECT_EQ("notification  is sent (1 listener)\n",
+              bench.Control({"notify", "", "everybody"}).output);
+    EXPECT_EQ("/0", mailbox.WaitFor(3).back());
 }
 
 TEST(Hubcast, FailsWithoutABench) {
