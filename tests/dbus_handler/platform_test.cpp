@@ -22,34 +22,21 @@ constexpr auto unusable = "1 FRUEventCallback: failed to read message err[stoi]"
 class Platform : public PublishedBus {
 protected:
     Platform() {
-        sd_bus_open_system(&platform);
         std::unique_lock lock(dbusReadyMutex);
         EXPECT_TRUE(dbusReadyCond.wait_for(lock, BusClient::patience, [] { return dbusReady; }));
         hostPowerState = HOST_POWER_UNKNOWN;
         TakeLog();
     }
-    ~Platform() override { sd_bus_flush_close_unref(platform); }
-
-    template <typename... T>
-    void Emit(const std::string& path, const char* interface, const char* member,
-              const T&... values) {
-        sd_bus_message* raw = nullptr;
-        ASSERT_LE(0, sd_bus_message_new_signal(platform, &raw, path.c_str(), interface, member));
-        sdbusplus::message_t(raw).append(values...);
-        ASSERT_LE(0, sd_bus_send(platform, raw, nullptr));
-        sd_bus_message_unref(raw);
-        sd_bus_flush(platform);
-    }
 
     void EmitHost(const Properties& properties, const std::string& path = host) {
-        Emit(path, "org.freedesktop.DBus.Properties", "PropertiesChanged",
-             std::string("any.Interface"), std::map(properties.begin(), properties.end()),
-             std::vector<std::string>{});
+        client.Emit(path, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                    std::string("any.Interface"), std::map(properties.begin(), properties.end()),
+                    std::vector<std::string>{});
     }
 
     void EmitFru(const std::string& name) {
-        Emit("/xyz/openbmc_project/inventory", "org.freedesktop.DBus.ObjectManager",
-             "InterfacesAdded", sdbusplus::message::object_path(assembly + name));
+        client.Emit("/xyz/openbmc_project/inventory", "org.freedesktop.DBus.ObjectManager",
+                    "InterfacesAdded", sdbusplus::message::object_path(assembly + name));
     }
 
     /** Returns what was logged about the signals so far: a signal whose log line is known is sent
@@ -73,7 +60,6 @@ protected:
         return client.WaitUntil([&] { return Thermal("SensorType", id).ends_with(type + "\""); });
     }
 
-    sd_bus* platform = nullptr;
     PlatformServices services;
 };
 
@@ -108,11 +94,11 @@ TEST_F(Platform, TellsTheHostsPower) {
 
 TEST_F(Platform, IsHeardOnBehindASignalThatCantBeRead) {
     const auto emitHost = [this](const auto&... values) {
-        Emit(host, "org.freedesktop.DBus.Properties", "PropertiesChanged", values...);
+        client.Emit(host, "org.freedesktop.DBus.Properties", "PropertiesChanged", values...);
     };
     const auto emitFru = [this](const auto&... values) {
-        Emit("/xyz/openbmc_project/inventory", "org.freedesktop.DBus.ObjectManager",
-             "InterfacesAdded", values...);
+        client.Emit("/xyz/openbmc_project/inventory", "org.freedesktop.DBus.ObjectManager",
+                    "InterfacesAdded", values...);
     };
     const std::string name = "any.Interface";
     const std::string hostLine = "1 HostPowerStatusCB: failed to read message err[sd_bus_";

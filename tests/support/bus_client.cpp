@@ -166,6 +166,20 @@ sd_bus_message* BusClient::NewCall(const char* service, const std::string& path,
     return message;
 }
 
+sd_bus_message* BusClient::NewSignal(const std::string& path, const char* interface,
+                                     const char* member) {
+    sd_bus_message* message = nullptr;
+    Check("sd_bus_message_new_signal",
+          sd_bus_message_new_signal(bus.get(), &message, path.c_str(), interface, member));
+    call.reset(sd_bus_message_ref(message));
+    return message;
+}
+
+void BusClient::Post() {
+    Check("sd_bus_send", sd_bus_send(bus.get(), call.get(), nullptr));
+    Check("sd_bus_flush", sd_bus_flush(bus.get()));
+}
+
 Answer BusClient::Send() {
     answer.reset();
     sd_bus_slot* slot = nullptr;

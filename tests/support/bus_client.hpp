@@ -68,6 +68,15 @@ public:
         return Send();
     }
 
+    /** Sends a signal. values are what sdbusplus::message_t appends. */
+    template <typename... T>
+    void Emit(const std::string& path, const char* interface, const char* member,
+              const T&... values) {
+        sdbusplus::message_t message(NewSignal(path, interface, member), std::false_type());
+        message.append(values...);
+        Post();
+    }
+
     /** Writes a property. T is the property's type. */
     template <typename T>
     Answer SetProperty(const char* service, const std::string& path, const char* interface,
@@ -115,6 +124,8 @@ private:
 
     sd_bus_message* NewCall(const char* service, const std::string& path, const char* interface,
                             const char* method);
+    sd_bus_message* NewSignal(const std::string& path, const char* interface, const char* member);
+    void Post();
     Answer Send();
     bool Work();
     void WaitForWork(std::chrono::steady_clock::time_point deadline);
