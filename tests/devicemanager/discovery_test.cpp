@@ -1,119 +1,23 @@
 /** From the bytes of an endpoint table and of the PCIe table to the devices that they show. */
 #include "devicemanager/device_manager.hpp"
 #include "devicemanager/end_point_entry.hpp"
-
-#include <slotcatalog.h>
+#include "devicemanager/played_tables.hpp"
+#include "support/captured_log.hpp"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
-#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
+namespace vantric::test {
 namespace {
-
-/// The played PCIe table: its groups of records, and what its calls return.
-struct PlayedCatalog {
-    std::vector<std::vector<SlotCatalogRecord>> groups;
-    std::uint32_t recordCapacity = 4;
-    std::uint8_t infoError = 0;
-    std::uint8_t dataError = 0;
-};
-
-PlayedCatalog& Catalog() {
-    static PlayedCatalog catalog;
-    return catalog;
-}
-
-} // namespace
-
-std::uint8_t SlotCatalogDeviceInfo(std::uint32_t selector, std::uint32_t* groupCount,
-                                   std::uint32_t* recordCapacity, std::uint32_t*) {
-    EXPECT_EQ(selector, SLOTCATALOG_ALL);
-    *groupCount = static_cast<std::uint32_t>(Catalog().groups.size());
-    *recordCapacity = Catalog().recordCapacity;
-    return Catalog().infoError;
-}
-
-std::uint8_t SlotCatalogDeviceData(std::uint32_t, std::uint32_t group, std::uint8_t* recordCount,
-                                   std::uint32_t* capacity, void* records,
-                                   std::uint32_t recordsCapacity) {
-    const auto& all = Catalog().groups.at(group);
-    const auto count = std::min<std::size_t>(all.size(), recordsCapacity);
-    std::copy_n(all.begin(), count, static_cast<SlotCatalogRecord*>(records));
-    *recordCount = static_cast<std::uint8_t>(all.size());
-    *capacity = static_cast<std::uint32_t>(count);
-    return Catalog().dataError;
-}
-
-std::uint16_t SlotCatalogAllDevices(void** entries) {
-    *entries = nullptr;
-    return 0;
-}
-
-namespace vantric {
-namespace {
-
-SlotCatalogRecord Record(std::uint16_t slot, std::uint8_t deviceClass, std::uint8_t locator = 6) {
-    SlotCatalogRecord record{};
-    record.vendorId = 0x15B3;
-    record.deviceId = 0x1021;
-    record.subVendorId = 0x15B4;
-    record.subDeviceId = 0x0040;
-    record.locatorType = locator;
-    record.slotNumber = slot;
-    record.deviceClass = deviceClass;
-    record.cpuAffinity = 2;
-    return record;
-}
-
-/** An entry that every rule accepts; a test bends what it is about. */
-struct Entry {
-    std::uint16_t slot = 3;
-    std::uint16_t eid = 9;
-    std::uint8_t slotType = 0;
-    std::uint8_t epType = 2;
-    std::uint8_t pldm = 1;
-    std::uint8_t i2c = 0;
-    std::uint8_t vdm = 1;
-    std::string ldid = "NIC.Slot.3-1-1";
-    std::uint16_t bdf = 0x0100;
-};
-
-std::vector<std::uint8_t> Table(const std::vector<Entry>& entries) {
-    std::vector<std::uint8_t> bytes(sizeof(MctpLinkEndPointResp) +
-                                    entries.size() * sizeof(MctpLinkEndPoint));
-    const MctpLinkEndPointResp head{1, 0, 2, static_cast<std::uint32_t>(entries.size())};
-    std::memcpy(bytes.data(), &head, sizeof(head));
-    auto* at = bytes.data() + sizeof(head);
-    for (const Entry& entry : entries) {
-        MctpLinkEndPoint raw{};
-        raw.endPointType = entry.epType;
-        raw.i2c = entry.i2c;
-        raw.vdm = entry.vdm;
-        raw.eid = entry.eid;
-        raw.pldm = entry.pldm;
-        raw.slotType = entry.slotType;
-        raw.slotNumber = entry.slot;
-        raw.bdf = entry.bdf;
-        raw.busAddress = 0x1D;
-        std::memcpy(raw.ldid, entry.ldid.data(), std::min(entry.ldid.size(), sizeof(raw.ldid)));
-        raw.ldidLength = static_cast<std::uint16_t>(entry.ldid.size());
-        std::memcpy(at, &raw, sizeof(raw));
-        at += sizeof(raw);
-    }
-    return bytes;
-}
 
 /** The devices as one text: LDID=type/slot, then the endpoints as v or i, EID and instance. */
 std::string Discover(const std::vector<Entry>& entries) {
-    const auto bytes = Table(entries);
+    const PlayedTable table(entries);
     const DeviceManager manager;
-    const auto discovered = manager.filterPLDMSupportedDevices(
-        reinterpret_cast<const MctpLinkEndPointResp*>(bytes.data()));
+    const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
     std::ostringstream text;
     for (const auto& [ldid, details] : discovered) {
         text << ldid << '=' << int(details->deviceType) << '/' << details->slotNumber;
@@ -137,7 +41,6 @@ protected:
             {Record(4, 11), Record(5, 99), Record(5, 3), Record(10, 10), Record(7, 18)},
             {Record(2, 1, 2)},
         };
-        Catalog().recordCapacity = 8;
     }
 };
 
@@ -195,10 +98,9 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 TEST_F(Discovery, TakesTheIdentityFromTheRecord) {
-    const auto bytes = Table({{}});
+    const PlayedTable table({Entry{}});
     const DeviceManager manager;
-    const auto discovered = manager.filterPLDMSupportedDevices(
-        reinterpret_cast<const MctpLinkEndPointResp*>(bytes.data()));
+    const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
     const DeviceDetails& details = *discovered.at("NIC.Slot.3");
     EXPECT_EQ(details.identity.vendorId, 0x15B3);
     EXPECT_EQ(details.identity.deviceId, 0x1021);
@@ -209,15 +111,48 @@ TEST_F(Discovery, TakesTheIdentityFromTheRecord) {
     EXPECT_EQ(details.bdf, 0x0100);
 }
 
-TEST_F(Discovery, AFailingCatalogLosesTheEntry) {
-    Catalog().infoError = 1;
-    EXPECT_EQ(Discover({{}}), "");
-    Catalog().infoError = 0;
-    Catalog().dataError = 3;
-    EXPECT_EQ(Discover({{}}), "");
-    Catalog().dataError = 0;
-    Catalog().recordCapacity = 0;
-    EXPECT_EQ(Discover({{}}), "");
+TEST_F(Discovery, SaysWhatItSees) {
+    const auto seen = [](const std::string& numbers, const std::string& ldid = "NIC.Slot.3-1-1") {
+        return "4 SlotNu" + numbers + ":LDIDSTR[" + ldid + "]\n";
+    };
+    const std::string bits = ":PLDM[1]:EID[9]:I2C[0]:VDM[1]";
+    const std::string nic = seen("[3]:SlotType[0]:EPType[2]" + bits);
+    const std::string ids = "4 DID = 0x1021, SVID = 0x15B4, VID = 0x15B3, SDID = 0x0040\n";
+    const std::string lost = "1 getPCIDeviceIDForSlot() failed error\n";
+    const struct {
+        Entry entry;
+        std::vector<std::string> lines;
+        std::uint8_t infoError = 0;
+        std::uint8_t dataError = 0;
+        std::uint32_t capacity = 8;
+    } rows[] = {
+        {{}, {nic, ids}},
+        {{}, {nic, "1 SlotCatalogDeviceInfo() failed error = 4\n", lost}, 4},
+        {{}, {nic, "1 SlotCatalogDeviceInfo() failed error = 0\n", lost}, 0, 0, 0},
+        {{}, {nic, "1 SlotCatalogDeviceData() failed error = 3\n", lost}, 0, 3},
+        {{.slot = 5},
+         {seen("[5]:SlotType[0]:EPType[2]" + bits), ids,
+          "1 Device type [99] is not supported for slot 5\n", ids}},
+        {{.slot = 4}, {seen("[4]:SlotType[0]:EPType[2]" + bits), ids, lost}},
+        {{.slotType = 1, .epType = 25}, {seen("[3]:SlotType[1]:EPType[25]" + bits)}},
+        {{.ldid = "a.b.x"},
+         {seen("[3]:SlotType[0]:EPType[2]" + bits, "a.b.x"),
+          "2 No instance number in the LDID text of EID = 9\n"}},
+        {{.slot = 2, .eid = 300, .slotType = 4, .pldm = 7, .i2c = 8, .vdm = 5, .ldid = " N\t.\n2"},
+         {seen("[2]:SlotType[4]:EPType[2]:PLDM[7]:EID[300]:I2C[8]:VDM[5]", "N.2"), ids}},
+    };
+    for (const auto& row : rows) {
+        Catalog().infoError = row.infoError;
+        Catalog().dataError = row.dataError;
+        Catalog().recordCapacity = row.capacity;
+        const CapturedLog log;
+        EXPECT_EQ(Discover({row.entry}).empty(), row.lines.back() != ids);
+        std::vector<std::string> lines;
+        for (const auto& line : log.Lines()) {
+            lines.push_back(std::to_string(line.level) + " " + line.message);
+        }
+        EXPECT_EQ(lines, row.lines);
+    }
 }
 
 TEST_F(Discovery, AnEmptyGroupEndsTheSearch) {
@@ -245,4 +180,4 @@ TEST(InstanceNumber, IsTheDigitThatBeginsTheThirdPiece) {
 }
 
 } // namespace
-} // namespace vantric
+} // namespace vantric::test

@@ -4,6 +4,7 @@
 #include "common/process_flags.hpp"
 #include "event_handler/event_handler.hpp"
 #include "event_handler/notifications.hpp"
+#include "support/captured_log.hpp"
 
 #include <hubcast.h>
 
@@ -118,18 +119,22 @@ TEST_F(MctpClientCallback, HandsOnlyGoodTablesOverDuringTheCall) {
         const char* name;
         TableHead head;
         bool accepted;
+        std::vector<std::string> log = {};
     } rows[] = {
         {"good", {}, true},
         {"other source but acceptable", {.source = 5, .acceptable = 1}, true},
-        {"other source", {.source = 5}, false},
-        {"discovery not complete", {.discoveryState = 1}, false},
+        {"other source", {.source = 5}, false, {"Invalid discovery state 2\n"}},
+        {"discovery not complete", {.discoveryState = 1}, false, {"Invalid discovery state 1\n"}},
         {"not attached", {.attached = 0}, false},
         {"empty", {.entryCount = 0}, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         SetUp();
+        const CapturedLog log;
         Deliver(row.head);
+        EXPECT_EQ(log.Messages(4), row.log);
+        EXPECT_EQ(log.Lines().size(), row.log.size());
         const std::size_t told = row.accepted ? 1 : 0;
         EXPECT_EQ(TheListener().kinds, std::vector(told, END_POINT_TABLE_UPDATED));
         EXPECT_EQ(TheListener().entryCounts, std::vector(told, row.head.entryCount));
@@ -151,10 +156,12 @@ TEST_F(MctpClientCallback, ADiscoveryCountsOnlyAfterTheFirstTable) {
 }
 
 TEST_F(MctpClientCallback, IgnoresNothingAndOtherTypes) {
+    const CapturedLog log;
     MctpClientCallBack(nullptr);
     MctpLinkCallbackInfo info{};
     info.callbackType = 9;
     MctpClientCallBack(&info);
+    EXPECT_EQ(log.Messages(2), std::vector<std::string>{"Invalid callbackInfo\n"});
     EXPECT_TRUE(TheListener().kinds.empty());
 }
 
@@ -162,9 +169,11 @@ TEST(MctpClientLife, IsAttachedWhileItLives) {
     for (const int result : {0, 1}) {
         attachResult = result;
         const int before = detachCount;
+        const CapturedLog log;
         { const MctpClient client; }
         EXPECT_EQ(attachedCallback, &MctpClientCallBack);
         EXPECT_EQ(detachCount, before + 1);
+        EXPECT_EQ(log.Count(1, "Failed to attach to MCTP\n"), result);
     }
 }
 

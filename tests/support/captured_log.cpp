@@ -15,6 +15,7 @@ namespace {
 std::mutex linesMutex;
 std::vector<LogLine> lines;
 bool capturing = false;
+std::function<void(const LogLine&)> lineHook;
 
 LogLine TakeApart(int level, int module, const std::string& text) {
     LogLine line{.level = level, .module = module, .function = {}, .message = {}};
@@ -36,9 +37,16 @@ extern "C" void tracelog_printf(int level, int module, const char* format, ...) 
     va_start(arguments, format);
     std::vsnprintf(text.data(), text.size(), format, arguments);
     va_end(arguments);
-    const std::lock_guard lock(linesMutex);
-    if (capturing) {
-        lines.push_back(TakeApart(level, module, text.data()));
+    std::unique_lock lock(linesMutex);
+    if (!capturing) {
+        return;
+    }
+    lines.push_back(TakeApart(level, module, text.data()));
+    if (lineHook) {
+        const auto hook = lineHook;
+        const LogLine line = lines.back();
+        lock.unlock();
+        hook(line);
     }
 }
 
@@ -51,6 +59,7 @@ CapturedLog::CapturedLog() {
 CapturedLog::~CapturedLog() {
     const std::lock_guard lock(linesMutex);
     capturing = false;
+    lineHook = {};
 }
 
 std::vector<LogLine> CapturedLog::Lines() const {
@@ -61,6 +70,11 @@ std::vector<LogLine> CapturedLog::Lines() const {
 std::vector<LogLine> CapturedLog::Take() {
     const std::lock_guard lock(linesMutex);
     return std::exchange(lines, {});
+}
+
+void CapturedLog::OnLine(std::function<void(const LogLine&)> hook) {
+    const std::lock_guard lock(linesMutex);
+    lineHook = std::move(hook);
 }
 
 std::vector<std::string> CapturedLog::Messages(int level) const {

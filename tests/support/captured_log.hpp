@@ -4,6 +4,7 @@
  * into the real library. */
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,10 @@ public:
 
     /** The lines since the construction or the last call; the others forget them too. */
     std::vector<LogLine> Take();
+
+    /** Runs hook with each line from now on, on the thread that logs it; what hook throws ends what
+     *  that thread is doing. An empty one ends it. */
+    void OnLine(std::function<void(const LogLine&)> hook);
 
     /** Messages of one level, in order. */
     std::vector<std::string> Messages(int level) const;
