@@ -4,12 +4,11 @@
 #include "support/eventually.hpp"
 #include "support/posted_requests.hpp"
 #include "support/test_clock.hpp"
+#include "support/threads.hpp"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <fstream>
-#include <string>
 #include <thread>
 
 #include <unistd.h>
@@ -25,15 +24,6 @@ DeviceDetails Details() {
     details.ldid = "NIC.Slot.3";
     details.i2cEIDs = {{.busAddress = 1, .bdf = 0, .eid = 1, .instance = 0}};
     return details;
-}
-
-/** True if the thread sleeps, as it does while it waits for a mutex. */
-bool Sleeps(pid_t thread) {
-    std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
-    std::string stat;
-    std::getline(file, stat);
-    const auto name = stat.rfind(')');
-    return name != std::string::npos && stat.substr(name).starts_with(") S");
 }
 
 /** Begins its next cycle at once, as after a tolerated failure. In each cycle a table comes, which

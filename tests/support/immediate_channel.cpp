@@ -26,6 +26,11 @@ OneWayChannel& OneWayChannel::GetInstance() {
     return channel;
 }
 
+int OneWayChannel::RegisterEventLoop(const sdeventplus::Event& /*event*/, void* /*context*/,
+                                     std::function<void(void*)> /*function*/) {
+    return 0;
+}
+
 int OneWayChannel::Execute(Handler handler, void* requestData, unsigned long requestSize,
                            bool /*wait*/) {
     const int result = channelResult;

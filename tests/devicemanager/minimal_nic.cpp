@@ -1,0 +1,62 @@
+#include "devicemanager/minimal_nic.hpp"
+
+#include "nicdevice/nic_device.hpp"
+
+#include <mutex>
+#include <utility>
+
+namespace vantric {
+
+namespace {
+
+std::mutex hookMutex;
+std::function<void(const test::NicStep&)> stepHook;
+
+void Step(const test::NicStep& step) {
+    std::unique_lock lock(hookMutex);
+    const auto hook = stepHook;
+    lock.unlock();
+    if (hook) {
+        hook(step);
+    }
+}
+
+std::vector<std::uint16_t> Values(const std::map<std::uint8_t, std::uint16_t>& controllers) {
+    std::vector<std::uint16_t> eids;
+    for (const auto& [index, eid] : controllers) {
+        eids.push_back(eid);
+    }
+    return eids;
+}
+
+} // namespace
+
+namespace test {
+
+void OnStep(std::function<void(const NicStep&)> hook) {
+    const std::scoped_lock lock(hookMutex);
+    stepHook = std::move(hook);
+}
+
+} // namespace test
+
+NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath)
+    : Device(details, basePath) {}
+
+void NicDevice::InventoryTheDevice() {
+    {
+        const auto lock = BeginWork();
+        Step({slotNumber, Values(controllerEIDMap), true, *this});
+    }
+    FinishInventory();
+}
+
+int NicDevice::MonitorTheDevice() {
+    {
+        const auto lock = BeginWork();
+        Step({slotNumber, Values(controllerEIDMap), false, *this});
+    }
+    return PauseAfterCycle();
+}
+
+} // namespace vantric
