@@ -7,13 +7,16 @@
 
 #include <functional>
 #include <thread>
+#include <tuple>
 
 namespace vantric::test {
 
 namespace {
 
 using Texts = std::vector<std::string>;
-using Properties = std::vector<std::pair<std::string, std::variant<std::string, bool>>>;
+using Strange = std::map<bool, bool>; ///< no type that a property of the platform has
+/** In their order in the message, and as often. */
+using Properties = std::vector<std::pair<std::string, std::variant<std::string, bool, Strange>>>;
 
 const std::string assembly = "/xyz/openbmc_project/inventory/system/assembly/";
 constexpr auto host = "/xyz/openbmc_project/state/host0";
@@ -30,8 +33,7 @@ protected:
 
     void EmitHost(const Properties& properties, const std::string& path = host) {
         client.Emit(path, "org.freedesktop.DBus.Properties", "PropertiesChanged",
-                    std::string("any.Interface"), std::map(properties.begin(), properties.end()),
-                    std::vector<std::string>{});
+                    std::string("any.Interface"), properties, std::vector<std::string>{});
     }
 
     void EmitFru(const std::string& name) {
@@ -79,6 +81,14 @@ TEST_F(Platform, TellsTheHostsPower) {
         {{{"CurrentHostState", state + "Off"}}, {}, HOST_POWER_UNKNOWN},
         {{{"RequestedHostTransition", state + "Running"}}, {}, HOST_POWER_UNKNOWN},
         {{{"CurrentHostState", true}, {"Other", false}}, {}, HOST_POWER_UNKNOWN},
+        {{{"CurrentHostState", Strange{{true, true}}}}, {}, HOST_POWER_UNKNOWN},
+        {{{"Other", Strange{}}, {"CurrentHostState", state + "Running"}}, {on}, HOST_POWER_ON},
+        {{{"CurrentHostState", "TransitioningToOff"}, {"CurrentHostState", "Running"}},
+         {off, on},
+         HOST_POWER_ON},
+        {{{"CurrentHostState", "Running"}, {"Z", ""}, {"CurrentHostState", "TransitioningToOff"}},
+         {on, off},
+         HOST_POWER_OFF},
         {{}, {}, HOST_POWER_UNKNOWN}};
     for (const auto& row : rows) {
         hostPowerState = HOST_POWER_UNKNOWN;
@@ -112,6 +122,8 @@ TEST_F(Platform, IsHeardOnBehindASignalThatCantBeRead) {
              emitHost(name, std::map<std::string, std::string>{{"CurrentHostState", "Off"}});
          },
          hostLine},
+        {[&] { emitHost(sdbusplus::message::object_path("/any"), Properties{}); }, hostLine},
+        {[&] { emitHost(name, std::vector{std::tuple(name, name)}); }, hostLine},
         {[&] { emitFru(); }, fruLine + "sd_bus_message_read_basic string"},
         {[&] { emitFru(std::string("no path")); }, fruLine + "sd_bus_message_read_basic string"},
     };
@@ -122,6 +134,9 @@ TEST_F(Platform, IsHeardOnBehindASignalThatCantBeRead) {
         EXPECT_TRUE(log[0].starts_with(line)) << log[0];
     }
     EXPECT_EQ(HOST_POWER_UNKNOWN, hostPowerState);
+    emitHost(name, Properties{{"CurrentHostState", "Running"}}); // what follows isn't looked at
+    EXPECT_EQ(1U, Heard().size());
+    EXPECT_EQ(HOST_POWER_ON, hostPowerState);
 }
 
 TEST_F(Platform, RetypesTheSensorsOfACardThatTurnsOutToBeOcp) {
