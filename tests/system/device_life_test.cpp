@@ -146,6 +146,23 @@ TEST(DeviceLife, ATableThatComesInATimeOutIsTakenAtOnce) {
     EXPECT_LE(CountOf(log.substr(table, taken - table), "MCTP Timeout"), 2);
 }
 
+TEST(DeviceLife, ATableDuringAnInventoryLeadsToANewOneOnItsEndpoints) {
+    PlayedServer server(SixCards());
+    WaitForSix(server);
+    server.Benchctl({"silence", "13"});
+    server.Benchctl({"pull", "3"});
+    server.Benchctl({"plug", "3"});
+    ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 4 and EID = 13"));
+    server.Benchctl({"move", "13", "33"});
+    ASSERT_TRUE(server.WaitForLog("Updating EID = 33 for slot 3"));
+    server.Benchctl({"recover", "33"});
+    WaitForSix(server);
+    server.Benchctl({"set", "33", "1", "51"});
+    EXPECT_TRUE(server.WaitForProperty(SensorOf(3), valueInterface, "Value", "51"));
+    EXPECT_EQ(CountOf(server.Log(), "Inventory successful for slot 3"), 2);
+    EXPECT_EQ(CountOf(server.Log(), "PLDM Inventory failed"), 0);
+}
+
 TEST(DeviceLife, ATableEndsTheStandstillAfterAFailedInventory) {
     PlayedServer server(SixCards());
     WaitForSix(server);
