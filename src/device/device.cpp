@@ -59,6 +59,7 @@ std::unique_lock<std::mutex> Device::Acquire() {
 std::unique_lock<std::mutex> Device::BeginWork() {
     auto lock = Acquire();
     workGeneration = generation;
+    workControllers = controllerEIDMap;
     return lock;
 }
 

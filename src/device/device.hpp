@@ -163,7 +163,8 @@ private:
     std::mutex turnMutex;
     std::uint32_t generation = 0;     ///< endpoint tables taken over; deviceMutex
     std::uint32_t workGeneration = 0; ///< generation when the current work began; deviceMutex
-    bool gaveWay = false;             ///< the last inventory ended for a new table; monitor thread
+    std::map<std::uint8_t, std::uint16_t> workControllers; ///< those it began with; deviceMutex
+    bool gaveWay = false; ///< the last inventory ended for a new table; monitor thread
     std::thread monitorThread;
 };
 

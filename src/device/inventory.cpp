@@ -53,7 +53,7 @@ int Device::GatherEndpoint(PLDMCmds& endpoint) {
 void Device::FinishInventory(const char* outcome) {
     {
         const auto lock = Acquire();
-        if (generation == workGeneration || controllerEIDMap.size() < 2) {
+        if (workControllers == controllerEIDMap || controllerEIDMap.size() < 2) {
             state = DEVICE_MONITORING;
         }
     }

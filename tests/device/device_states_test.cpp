@@ -93,7 +93,10 @@ INSTANTIATE_TEST_SUITE_P(
              {"Use new end points\n"}},
         Life{"FailsJustBeforeItsTable", "v11 i12", "v31", "2 I11=4! 5 2 I31 M31"},
         Life{"EndsJustBeforeItsTable", "i12", "v31", "2 I12! M31"},
-        Life{"EndsJustBeforeATableForSeveral", "i12 i23", "v31 v42", "2 I12,23! 2 I31,42 M31,42"}),
+        Life{"EndsJustBeforeATableForSeveral", "i12 i23", "v31 v42", "2 I12,23! 2 I31,42 M31,42"},
+        Life{"EndsJustBeforeAnotherOrderOfSeveral", "v11 v24", "v24 v13",
+             "2 I11,24! 2 I13,24 M13,24"},
+        Life{"EndsJustBeforeTheSameTableForSeveral", "v11 v24", "v24 v11", "2 I11,24! M11,24"}),
     [](const auto& info) { return info.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
