@@ -78,9 +78,11 @@ void DeviceManager::TakeTable(const std::any& payload) {
 }
 
 void DeviceManager::SetFwUpdateInProgress(bool inProgress) {
+    // Start and end come on two threads, which may get the mutex in another order.
+    fwUpdateInProgress = inProgress;
     const std::scoped_lock lock(devicesMutex);
     for (const auto& [ldid, device] : devices) {
-        device->SetFwUpdateInProgress(inProgress);
+        device->SetFwUpdateInProgress(fwUpdateInProgress);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "event_handler/mctp_client.hpp"
 
 #include <any>
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -51,8 +52,9 @@ private:
     std::mutex tableMutex; ///< one table or power off at a time; before devicesMutex
     std::unordered_map<std::string, std::shared_ptr<Device>> devices; ///< by LDID; devicesMutex
     std::mutex devicesMutex;                                          ///< before any deviceMutex
-    std::vector<std::string> discoveredDevices; ///< from the latest table; tableMutex
-    std::uint64_t powerOffsServed = 0;          ///< of hostPowerOffs; hostPowerMutex
+    std::vector<std::string> discoveredDevices;  ///< from the latest table; tableMutex
+    std::uint64_t powerOffsServed = 0;           ///< of hostPowerOffs; hostPowerMutex
+    std::atomic<bool> fwUpdateInProgress{false}; ///< as the latest notification has it
 };
 
 } // namespace vantric

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <ranges>
 #include <set>
 
 namespace vantric::test {
@@ -43,21 +45,36 @@ std::string SensorOf(int slot) {
            "_sensorid_1";
 }
 
-/** Waits until all six cards show their values, and returns the instances of their sensors. */
-std::set<std::string> WaitForSix(PlayedServer& server) {
-    std::set<std::string> instances;
+/** Waits until all six cards but one show their values, and that one shows none. Returns their
+ *  slots by the instances of their sensors. */
+std::map<std::string, int> WaitForAllBut(PlayedServer& server, int missing) {
+    std::map<std::string, int> instances;
     EXPECT_TRUE(server.WaitForObjects([&](const PublishedObjects& objects) {
         instances.clear();
         for (int slot = 1; slot <= 6; ++slot) {
             const auto sensor = objects.find(SensorOf(slot));
-            if (sensor == objects.end() || sensor->second.at(valueInterface).at("Value") != "50") {
+            const bool shown =
+                sensor != objects.end() && sensor->second.at(valueInterface).at("Value") == "50";
+            if (shown == (slot == missing)) {
                 return false;
             }
-            instances.insert(sensor->second.at(thermalInterface).at("Instance"));
+            if (shown) {
+                instances[sensor->second.at(thermalInterface).at("Instance")] = slot;
+            }
         }
         return true;
     }));
     return instances;
+}
+
+std::set<std::string> Numbers(const std::map<std::string, int>& instances) {
+    const auto numbers = std::views::keys(instances);
+    return {numbers.begin(), numbers.end()};
+}
+
+/** The same for all six, only the instances. */
+std::set<std::string> WaitForSix(PlayedServer& server) {
+    return Numbers(WaitForAllBut(server, 0));
 }
 
 const std::set<std::string> firstSix{"151", "152", "153", "154", "155", "156"};
@@ -241,6 +258,26 @@ TEST(HostPower, OffRemovesEverythingAndOnBringsItBackWithItsFirstNumbers) {
     server.Benchctl({"host", "on"});
     server.Benchctl({"table"});
     EXPECT_EQ(WaitForSix(server), firstSix);
+}
+
+TEST(HostPower, NumbersBeginAnewOnlyWhereNoDeviceIsLeft) {
+    PlayedServer server(SixCards());
+    const auto first = WaitForAllBut(server, 0);
+    const int number151 = first.at("151");
+    const std::string slot = std::to_string(number151);
+    server.Benchctl({"pull", slot});
+    const std::set<std::string> kept{"152", "153", "154", "155", "156"};
+    EXPECT_EQ(Numbers(WaitForAllBut(server, number151)), kept);
+    server.Benchctl({"plug", slot});
+    EXPECT_EQ(WaitForAllBut(server, 0), first);
+
+    server.Benchctl({"host", "off"});
+    ASSERT_TRUE(WaitForNothing(server));
+    server.Benchctl({"pull", slot, "quietly"});
+    server.Benchctl({"host", "on"});
+    server.Benchctl({"table"});
+    const std::set<std::string> anew{"151", "152", "153", "154", "155"};
+    EXPECT_EQ(Numbers(WaitForAllBut(server, number151)), anew);
 }
 
 TEST(HostPower, OffInTheMiddleOfATimeOutEndsTheDevice) {
