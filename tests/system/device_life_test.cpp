@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <ranges>
 #include <set>
 
 namespace vantric::test {
@@ -68,8 +67,11 @@ std::map<std::string, int> WaitForAllBut(PlayedServer& server, int missing) {
 }
 
 std::set<std::string> Numbers(const std::map<std::string, int>& instances) {
-    const auto numbers = std::views::keys(instances);
-    return {numbers.begin(), numbers.end()};
+    std::set<std::string> numbers;
+    for (const auto& [number, slot] : instances) {
+        numbers.insert(number);
+    }
+    return numbers;
 }
 
 /** The same for all six, only the instances. */
