@@ -1,24 +1,16 @@
 /** A bench that runs beside the test. */
 #pragma once
 
-#include "bench/scenario_file.hpp"
+#include "support/temporary_folder.hpp"
+#include "system/process.hpp"
 
+#include <optional>
 #include <string>
-#include <vector>
 
-#include <sys/types.h>
+namespace vantric::test {
 
-namespace test {
-
-/** How a program ended and what it said. */
-struct Outcome {
-    int status = -1; /**< exit status, -1 if it was ended by a signal */
-    std::string output;
-    std::string errors;
-};
-
-/** Runs a program to its end. */
-Outcome RunProgram(const std::vector<std::string>& words);
+/** Runs the bench with the scenario in a file to its end. */
+Outcome RunBench(const std::string& scenarioPath);
 
 /** The bench as a process, with BENCH_SOCKET set for this process and its children. The programs
  *  are the ones that BENCH_PROGRAM and BENCHCTL_PROGRAM name. One at a time. */
@@ -32,23 +24,22 @@ public:
 
     /** Starts it again after Stop or Kill. */
     void Start();
-    /** Ends it with SIGTERM and returns its exit status, or -1. */
-    int Stop();
+    /** Ends it with SIGTERM and returns its exit status. */
+    std::optional<int> Stop();
     /** Ends it as a crash would. */
     void Kill();
 
-    /** Runs benchctl. */
-    Outcome Control(const std::vector<std::string>& words) const;
+    /** Runs benchctl with the words of a command; a word may stand in quotes. */
+    Outcome Control(const std::string& command) const;
 
+    const std::string& ScenarioPath() const { return scenarioPath; }
     const std::string& Socket() const { return socket; }
 
 private:
-    int End(int signal);
-
     TemporaryFolder folder;
     std::string scenarioPath;
     std::string socket;
-    pid_t process = -1;
+    std::optional<Process> process;
 };
 
-} // namespace test
+} // namespace vantric::test

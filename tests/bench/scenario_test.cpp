@@ -1,9 +1,9 @@
 /** Scenarios are read as they are written; what is wrong with one is said with its line. */
 
-#include "bench/scenario_file.hpp"
 #include "pldm/terminus.hpp"
 #include "scenario/scenario.hpp"
 #include "scenario/yaml.hpp"
+#include "support/temporary_folder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,6 @@ std::string Card(const std::string& rest) {
 const Mistake mistakes[] = {
     {"no YAML", "cards: [\n", ":2: end of sequence flow not found"},
     {"nothing", "", ":0: keys with values are expected here"},
-    {"a text", "cards", ":1: keys with values are expected here"},
     {"no cards", "platform-services: true\n", ":1: \"cards\" is missing"},
     {"cards that are none", "cards: 7\n", ":1: a list is expected here"},
     {"an unknown key", Card("    colour: red\n"), ":5: \"colour\" is not known here"},
@@ -46,8 +45,6 @@ const Mistake mistakes[] = {
      "cards:\n  - {slot: 1, kind: nic, endpoints: [{eid: 9}]}\n"
      "  - {slot: 2, kind: nic, endpoints: [{eid: 9}]}\n",
      ":3: EID 9 stands twice"},
-    {"no number", "cards:\n  - {slot: one, kind: nic, endpoints: [{eid: 9}]}\n",
-     ":2: \"one\" is not an integer"},
     {"too large", "cards:\n  - {slot: 70000, kind: nic, endpoints: [{eid: 9}]}\n",
      ":2: 70000 is not between 0 and 65535"},
     {"half a byte", Card("    raw-pdrs:\n      - \"012\"\n"),
@@ -84,26 +81,12 @@ const Mistake mistakes[] = {
 };
 
 TEST(Scenario, MistakesAreSaidWithTheirLine) {
-    const test::TemporaryFolder folder;
+    const vantric::test::TemporaryFolder folder;
     for (const auto& [what, text, message] : mistakes) {
         const auto path = folder.Write("wrong.yaml", text);
         EXPECT_EQ(path + message, WrongWith(path)) << what;
     }
     EXPECT_EQ("/nowhere/at-all.yaml: can't be read", WrongWith("/nowhere/at-all.yaml"));
-}
-
-TEST(Scenario, AnEndpointsOwnKeyReplacesTheCards) {
-    const test::TemporaryFolder folder;
-    const auto scenario = bench::ReadScenario(
-        folder.Write("card.yaml", "cards:\n  - slot: 2\n    kind: embedded-nic\n    tid: 5\n"
-                                  "    endpoints: [{eid: 9}, {eid: 10, medium: i2c, tid: 6}]\n"));
-    const auto& card = scenario.cards.front();
-    EXPECT_EQ(5, card.endPoints[0].terminus.tid);
-    EXPECT_EQ(6, card.endPoints[1].terminus.tid);
-    EXPECT_EQ("NIC.Embedded.2-1-1",
-              std::string(card.endPoints[0].ldid.begin(), card.endPoints[0].ldid.end()));
-    EXPECT_EQ(4, card.endPoints[0].slotType);
-    EXPECT_EQ(252, card.deviceClass);
 }
 
 TEST(Scenario, EachShippedOneIsPlayed) {

@@ -40,6 +40,12 @@ protected:
         client.Settle(service);
         return client.TakeSignals();
     }
+
+    /** Writes a property of the object as a client; returns the error's name. */
+    template <typename T>
+    std::string Write(const char* interface, const char* property, const T& value) {
+        return client.SetProperty(service, path, interface, property, value).error;
+    }
 };
 
 TEST_F(Binding, SignalsAChangeOnceAndOnlyAChange) {
@@ -111,47 +117,35 @@ TEST_F(Binding, LetsAClientWrite) {
     Value sensor(bus, path);
     ProbeObj probe(bus, path);
     Definitions definitions(bus, path);
-    EXPECT_EQ("", client.SetProperty(service, path, Value::interface, "Value", 5.0).error);
-    EXPECT_EQ(5, sensor.value());
-    EXPECT_EQ("", client
-                      .SetProperty(service, path, Value::interface, "Unit",
-                                   std::string("xyz.openbmc_project.Sensor.Value.Unit.Volts"))
-                      .error);
-    EXPECT_EQ(Value::Unit::Volts, sensor.unit());
+    const std::string volts = "xyz.openbmc_project.Sensor.Value.Unit.Volts";
     const std::tuple<int, int, int, int, int, int> thresholds{1, -2, 3, 4, 5, 6};
-    EXPECT_EQ("",
-              client.SetProperty(service, path, ProbeObj::interface, "ProbeThresholds", thresholds)
-                  .error);
-    EXPECT_EQ(thresholds, probe.probeThresholds());
     const std::vector<std::tuple<std::string, std::string, std::string>> links{{"a", "b", "/c"}};
-    EXPECT_EQ(
-        "", client.SetProperty(service, path, Definitions::interface, "Associations", links).error);
+    EXPECT_EQ("", Write(Value::interface, "Value", 5.0));
+    EXPECT_EQ("", Write(Value::interface, "Unit", volts));
+    EXPECT_EQ("", Write(ProbeObj::interface, "ProbeThresholds", thresholds));
+    EXPECT_EQ("", Write(Definitions::interface, "Associations", links));
+    EXPECT_EQ(5, sensor.value());
+    EXPECT_EQ(Value::Unit::Volts, sensor.unit());
+    EXPECT_EQ(thresholds, probe.probeThresholds());
     EXPECT_EQ(links, definitions.associations());
     EXPECT_EQ(
-        (std::vector{
-            Changed(Value::interface, "Value", "5"),
-            Changed(Value::interface, "Unit", "\"xyz.openbmc_project.Sensor.Value.Unit.Volts\""),
-            Changed(ProbeObj::interface, "ProbeThresholds", "(1, -2, 3, 4, 5, 6)"),
-            Changed(Definitions::interface, "Associations", "[(\"a\", \"b\", \"/c\")]")}),
+        (std::vector{Changed(Value::interface, "Value", "5"),
+                     Changed(Value::interface, "Unit", '"' + volts + '"'),
+                     Changed(ProbeObj::interface, "ProbeThresholds", "(1, -2, 3, 4, 5, 6)"),
+                     Changed(Definitions::interface, "Associations", "[(\"a\", \"b\", \"/c\")]")}),
         Sent());
 }
 
 TEST_F(Binding, RefusesWhatAClientCantWrite) {
     Value sensor(bus, path);
     ProbeObj probe(bus, path);
-    const auto refused = [&](const char* interface, const char* property, const auto& value) {
-        return client.SetProperty(service, path, interface, property, value).error;
-    };
-    EXPECT_EQ("org.freedesktop.DBus.Error.InvalidArgs",
-              refused(Value::interface, "Unit", std::string("Volts")));
-    EXPECT_EQ("org.freedesktop.DBus.Error.InvalidArgs",
-              refused(Value::interface, "Value", std::string("5")));
-    EXPECT_EQ("org.freedesktop.DBus.Error.PropertyReadOnly",
-              refused(ProbeObj::interface, "ProbeReading", 5));
-    EXPECT_EQ("org.freedesktop.DBus.Error.PropertyReadOnly",
-              refused(ProbeObj::interface, "Key", std::string("k")));
-    EXPECT_EQ("org.freedesktop.DBus.Error.UnknownProperty",
-              refused(Value::interface, "Other", 5.0));
+    const std::string error = "org.freedesktop.DBus.Error.";
+    const std::string text = "5";
+    EXPECT_EQ(error + "InvalidArgs", Write(Value::interface, "Unit", text));
+    EXPECT_EQ(error + "InvalidArgs", Write(Value::interface, "Value", text));
+    EXPECT_EQ(error + "PropertyReadOnly", Write(ProbeObj::interface, "ProbeReading", 5));
+    EXPECT_EQ(error + "PropertyReadOnly", Write(ProbeObj::interface, "Key", text));
+    EXPECT_EQ(error + "UnknownProperty", Write(Value::interface, "Other", 5.0));
     EXPECT_EQ(Value::Unit::Amperes, sensor.unit());
     EXPECT_EQ(0, sensor.value());
     EXPECT_EQ(0, probe.probeReading());
@@ -179,7 +173,7 @@ TEST_F(Binding, GivesADerivedClassEveryWrite) {
     Guarded probe(bus, path);
     probe.probeStatus(1);
     probe.setPropertyByName("ProbeStatus", std::uint8_t{2});
-    client.SetProperty(service, path, ProbeObj::interface, "ProbeStatus", std::uint8_t{3});
+    Write(ProbeObj::interface, "ProbeStatus", std::uint8_t{3});
     EXPECT_EQ((std::vector{1, 2, 3}), probe.seen);
 }
 
@@ -196,7 +190,10 @@ TEST_F(Binding, TurnsAnExceptionIntoAnErrorForTheClient) {
 }
 
 TEST_F(Binding, AnnouncesAndWithdrawsOnce) {
-    sdbusplus::server::manager_t manager(bus, "/sensors");
+    const sdbusplus::server::manager_t manager(bus, "/sensors");
+    const std::string details = R"({"a": ("Health State", "Normal"), "b": ("c", "d")})";
+    const Signal removed{"/sensors", "org.freedesktop.DBus.ObjectManager", "InterfacesRemoved",
+                         R"("/sensors/one", ["com.korv.zenth.PLDM.StateSensor"])"};
     {
         StateSensor sensor(bus, path);
         sensor.stateSensorDetails({{"a", {"Health State", "Normal"}}, {"b", {"c", "d"}}}, true);
@@ -208,18 +205,10 @@ TEST_F(Binding, AnnouncesAndWithdrawsOnce) {
         ASSERT_EQ(1u, sent.size());
         EXPECT_EQ("InterfacesAdded", sent[0].member);
         EXPECT_EQ("/sensors", sent[0].path);
-        EXPECT_NE(std::string::npos, sent[0].body.find("\"StateSensorDetails\": {\"a\": (\"Health "
-                                                       "State\", \"Normal\"), \"b\": (\"c\", "
-                                                       "\"d\")}"))
-            << sent[0].body;
-        EXPECT_EQ(R"({"a": ("Health State", "Normal"), "b": ("c", "d")})",
-                  client.GetManagedObjects(service, "/sensors")
-                      .at(path)
-                      .at(StateSensor::interface)
-                      .at("StateSensorDetails"));
+        EXPECT_NE(std::string::npos, sent[0].body.find("\"StateSensorDetails\": " + details));
+        const auto objects = client.GetManagedObjects(service, "/sensors");
+        EXPECT_EQ(details, objects.at(path).at(StateSensor::interface).at("StateSensorDetails"));
     }
-    const Signal removed{"/sensors", "org.freedesktop.DBus.ObjectManager", "InterfacesRemoved",
-                         R"("/sensors/one", ["com.korv.zenth.PLDM.StateSensor"])"};
     EXPECT_EQ(std::vector{removed}, Sent());
     EXPECT_EQ(0u, client.GetManagedObjects(service, "/sensors").count(path));
     StateSensor again(bus, path);

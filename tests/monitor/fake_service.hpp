@@ -3,6 +3,7 @@
 
 #include "monitor/interface_names.hpp"
 #include "monitor/sd_handles.hpp"
+#include "support/eventually.hpp"
 
 #include <com/korv/zenth/PLDM/StateSensor/server.hpp>
 #include <com/korv/zenth/Sensor/ProbeObj/server.hpp>
@@ -12,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -30,8 +31,6 @@ public:
         event.reset(raw);
     }
 
-    sd_event* Event() const { return event.get(); }
-
     /** A new connection to the system bus, served by the loop. */
     BusHandle Connect() const {
         sd_bus* raw = nullptr;
@@ -41,16 +40,12 @@ public:
     }
 
     /** Turns the loop until done() holds. Returns false if that takes more than 30 s. */
-    template <typename Condition>
-    bool RunUntil(const Condition& done) const {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (!done()) {
-            if (std::chrono::steady_clock::now() > deadline ||
-                sd_event_run(event.get(), 10'000) < 0) {
-                return false;
+    bool RunUntil(const std::function<bool()>& done) const {
+        return vantric::test::Eventually([&] {
+            while (sd_event_run(event.get(), 0) > 0) {
             }
-        }
-        return true;
+            return done();
+        });
     }
 
 private:

@@ -65,6 +65,7 @@ TEST_F(ProgramTest, FollowsForTheTimeAskedFor) {
     service.probe->probeReading(345);
     EXPECT_EQ(Wait(program), 0);
     EXPECT_THAT(program.Log(), HasSubstr("Board power    345  W"));
+    EXPECT_THAT(program.Log(), HasSubstr("unavailable\n\ncom.korv")) << "a line between two frames";
 }
 
 TEST_F(ProgramTest, EndsWellOnASignal) {

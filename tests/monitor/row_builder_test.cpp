@@ -33,19 +33,6 @@ std::vector<std::string> Lines(const std::string& path, const Interfaces& interf
     return Lines(model);
 }
 
-TEST(RowBuilder, ShowsASensorOfEachComposition) {
-    Interfaces both = ThermalSensor(41.5);
-    both[probeInterface] = PowerProbe();
-    both[probeInterface]["SubType"] = Number(5);
-    both[probeInterface]["ProbeReading"] = Number(41);
-    both[probeInterface]["ProbeLocation"] = Text("Ambient");
-    EXPECT_THAT(Lines(sensorPath, both), ElementsAre("NIC in Slot 3|Ambient|41.5|C|ok|ok"));
-    EXPECT_THAT(Lines(sensorPath, ThermalSensor()),
-                ElementsAre("NIC_Slot_3|sensorid_5|41|C|ok|ok"));
-    EXPECT_THAT(Lines(sensorPath, {{probeInterface, PowerProbe()}}),
-                ElementsAre("NIC in Slot 3|Power Sensor 6|12|W|ok|ok"));
-}
-
 struct Bend {
     const char* interface;
     const char* property;
@@ -53,51 +40,53 @@ struct Bend {
     const char* expected; ///< value, unit, status and health
 };
 
-TEST(RowBuilder, TellsWhatIsWrongWithAThermalSensor) {
+TEST(RowBuilder, ReadsSensorsOfEachComposition) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    const std::vector<Bend> bends{
-        {valueInterface, "Value", 2147483647.0, "n/a|C|no reading|ok"},
-        {valueInterface, "Value", nan, "n/a|C|no reading|ok"},
-        {valueInterface, "Value", 0.1 + 0.2, "0.3|C|ok|ok"},
-        {valueInterface, "Value", -12.0, "-12|C|ok|ok"},
-        {valueInterface, "Value", 100.0, "100|C|ok|ok"},
-        {valueInterface, "Unit", Text("xyz.openbmc_project.Sensor.Value.Unit.Watts"), "41|W|ok|ok"},
-        {valueInterface, "Unit", Text("xyz.openbmc_project.Sensor.Value.Unit.Volts"),
-         "41|Volts|ok|ok"},
-        {availabilityInterface, "Available", false, "41|C|unavailable|ok"},
-        {operationalInterface, "Functional", false, "41|C|not functional|ok"},
-        {warningInterface, "WarningAlarmHigh", true, "41|C|ok|warning"},
-        {warningInterface, "WarningAlarmLow", true, "41|C|ok|warning"},
-        {criticalInterface, "CriticalAlarmHigh", true, "41|C|ok|critical"},
-        {criticalInterface, "CriticalAlarmLow", true, "41|C|ok|critical"},
-    };
-    for (const Bend& bend : bends) {
-        Interfaces sensor = ThermalSensor();
-        sensor[bend.interface][bend.property] = bend.value;
-        EXPECT_THAT(Lines(sensorPath, sensor),
-                    ElementsAre("NIC_Slot_3|sensorid_5|" + std::string(bend.expected)))
-            << bend.property;
+    const std::string unit = "xyz.openbmc_project.Sensor.Value.Unit.";
+    const Interfaces thermal = ThermalSensor();
+    const Interfaces probe{{probeInterface, PowerProbe()}};
+    const std::pair<Interfaces, std::vector<Bend>> sensors[] = {
+        {thermal,
+         {
+             {valueInterface, "Value", 2147483647.0, "n/a|C|no reading|ok"},
+             {valueInterface, "Value", nan, "n/a|C|no reading|ok"},
+             {valueInterface, "Value", Text("warm"), "n/a|C|no reading|ok"},
+             {valueInterface, "Value", 0.1 + 0.2, "0.3|C|ok|ok"},
+             {valueInterface, "Value", -12.0, "-12|C|ok|ok"},
+             {valueInterface, "Value", 100.0, "100|C|ok|ok"},
+             {valueInterface, "Unit", Text(unit + "Watts"), "41|W|ok|ok"},
+             {valueInterface, "Unit", Text(unit + "Volts"), "41|Volts|ok|ok"},
+             {availabilityInterface, "Available", false, "41|C|unavailable|ok"},
+             {operationalInterface, "Functional", false, "41|C|not functional|ok"},
+             {warningInterface, "WarningAlarmHigh", true, "41|C|ok|warning"},
+             {warningInterface, "WarningAlarmLow", true, "41|C|ok|warning"},
+             {criticalInterface, "CriticalAlarmHigh", true, "41|C|ok|critical"},
+             {criticalInterface, "CriticalAlarmLow", true, "41|C|ok|critical"},
+         }},
+        {probe,
+         {
+             {probeInterface, "ProbeReading", Number(0x7fffffff), "n/a|W|no reading|ok"},
+             {probeInterface, "ProbeReading", Number(-7), "-7|W|ok|ok"},
+             {probeInterface, "UnitModifier", Number(2), "1200|W|ok|ok"},
+             {probeInterface, "UnitModifier", Number(0xff), "1.2|W|ok|ok"},
+             {probeInterface, "SubType", Number(5), "12|C|ok|ok"},
+             {probeInterface, "SubType", Number(0), "12||ok|ok"},
+             {probeInterface, "ProbeStatus", Number(0), "12|W|unavailable|ok"},
+             {probeInterface, "ObjectStatus", Number(6), "12|W|ok|unknown"},
+         }}};
+    for (const auto& [good, bends] : sensors) {
+        const std::string name = good.contains(probeInterface) ? "NIC in Slot 3|Power Sensor 6|"
+                                                               : "NIC_Slot_3|sensorid_5|";
+        for (const Bend& bend : bends) {
+            Interfaces sensor = good;
+            sensor[bend.interface][bend.property] = bend.value;
+            EXPECT_THAT(Lines(sensorPath, sensor), ElementsAre(name + bend.expected))
+                << bend.property;
+        }
     }
-}
-
-TEST(RowBuilder, ReadsAProbeWithItsModifierAndSubtype) {
-    const std::vector<Bend> bends{
-        {probeInterface, "ProbeReading", Number(0x7fffffff), "n/a|W|no reading|ok"},
-        {probeInterface, "ProbeReading", Number(-7), "-7|W|ok|ok"},
-        {probeInterface, "UnitModifier", Number(2), "1200|W|ok|ok"},
-        {probeInterface, "UnitModifier", Number(0xff), "1.2|W|ok|ok"},
-        {probeInterface, "SubType", Number(5), "12|C|ok|ok"},
-        {probeInterface, "SubType", Number(0), "12||ok|ok"},
-        {probeInterface, "ProbeStatus", Number(0), "12|W|unavailable|ok"},
-        {probeInterface, "ObjectStatus", Number(6), "12|W|ok|unknown"},
-    };
-    for (const Bend& bend : bends) {
-        Properties probe = PowerProbe();
-        probe[bend.property] = bend.value;
-        EXPECT_THAT(Lines(sensorPath, {{probeInterface, probe}}),
-                    ElementsAre("NIC in Slot 3|Power Sensor 6|" + std::string(bend.expected)))
-            << bend.property;
-    }
+    Interfaces both = ThermalSensor(41.5);
+    both[probeInterface] = PowerProbe();
+    EXPECT_THAT(Lines(sensorPath, both), ElementsAre("NIC in Slot 3|Power Sensor 6|41.5|C|ok|ok"));
 }
 
 TEST(RowBuilder, ShowsInventoryWithTheHealthOfItsDevice) {

@@ -16,37 +16,39 @@
 
 namespace test {
 
-/** Runs body in a forked child, which ends with 0 unless an expectation in it failed. Returns the
- *  child's exit status, or -1 if it didn't exit by itself. */
-inline int RunInChild(const std::function<void()>& body) {
+/** Starts a forked child, which ends with 0 unless an expectation in body failed. */
+inline pid_t StartChild(const std::function<void()>& body) {
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
         body();
         std::exit(testing::Test::HasFailure() ? 1 : 0);
     }
-    int status = 0;
-    if (waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
-        return -1;
-    }
-    return WEXITSTATUS(status);
+    return child;
 }
 
-/** Runs body in a forked child and returns what it wrote to standard error, one string for each
- *  write. */
+/** Waits for a child's end and returns its exit status, or -1 if it didn't exit by itself. */
+inline int EndOf(pid_t child) {
+    int status = 0;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/** Runs body in a forked child, whose failure is the test's. */
+inline void InAChild(const std::function<void()>& body) {
+    EXPECT_EQ(0, EndOf(StartChild(body)));
+}
+
+/** Does the same and returns what the child wrote to standard error, one string for each write. */
 inline std::vector<std::string> CaptureWrites(const std::function<void()>& body) {
     std::array<int, 2> ends{};
     // Each write into a socket of this kind stays a record of its own.
     EXPECT_EQ(0, socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends.data()));
-    std::fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
+    const pid_t child = StartChild([&] {
         close(ends[0]);
         dup2(ends[1], STDERR_FILENO);
         close(ends[1]);
         body();
-        std::exit(testing::Test::HasFailure() ? 1 : 0);
-    }
+    });
     close(ends[1]);
     std::vector<std::string> writes;
     std::array<char, 65536> buffer{};
@@ -55,9 +57,7 @@ inline std::vector<std::string> CaptureWrites(const std::function<void()>& body)
         writes.emplace_back(buffer.data(), static_cast<std::size_t>(length));
     }
     close(ends[0]);
-    int status = 0;
-    EXPECT_EQ(child, waitpid(child, &status, 0));
-    EXPECT_EQ(0, status);
+    EXPECT_EQ(0, EndOf(child));
     return writes;
 }
 

@@ -97,16 +97,13 @@ TEST(Tracelog, KeepsLinesOfSeveralThreadsApart) {
     constexpr int threadCount = 4;
     constexpr int lineCount = 200;
     const Writes writes = CaptureWrites([] {
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (int thread = 0; thread < threadCount; ++thread) {
             threads.emplace_back([thread] {
                 for (int line = 0; line < lineCount; ++line) {
                     tracelog_printf(1, 119, "thread %d line %d of %d\n", thread, line, lineCount);
                 }
             });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
         }
     });
     EXPECT_EQ(writes.size(), static_cast<std::size_t>(threadCount * lineCount));

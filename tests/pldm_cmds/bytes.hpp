@@ -4,6 +4,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,4 +62,16 @@ inline Bytes Slice(const Bytes& bytes, std::size_t from, std::size_t to) {
 /** All bytes but the last ones. */
 inline Bytes Cut(const Bytes& bytes, std::size_t less = 1) {
     return Slice(bytes, 0, bytes.size() - less);
+}
+
+/** Bytes as a dump shows them, so that a difference can be read. */
+inline std::string HexText(std::span<const std::uint8_t> bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (const auto byte : bytes) {
+        text += text.empty() ? "" : " ";
+        text += digits[byte >> 4];
+        text += digits[byte & 0xF];
+    }
+    return text;
 }

@@ -28,14 +28,6 @@ constexpr auto addressVariable = "DBUS_SYSTEM_BUS_ADDRESS";
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-std::string MakeFolder() {
-    std::string name = std::filesystem::temp_directory_path() / "private_bus.XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) {
-        ThrowErrno("mkdtemp");
-    }
-    return name;
-}
-
 std::string ReadFile(const std::string& path) {
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
@@ -106,10 +98,10 @@ std::string ReadLine(int fd) {
 
 } // namespace
 
-PrivateBus::PrivateBus() : folder(MakeFolder()) {
-    const std::string config = folder + "/config";
-    const std::string log = folder + "/log";
-    WriteConfig(config, folder);
+PrivateBus::PrivateBus() {
+    const std::string config = Folder() + "/config";
+    const std::string log = Folder() + "/log";
+    WriteConfig(config, Folder());
     try {
         Start(config, log);
     } catch (...) {
@@ -159,8 +151,6 @@ void PrivateBus::Stop() {
         }
         process = -1;
     }
-    std::error_code ignored; // A folder that stays disturbs nobody, an exception here would.
-    std::filesystem::remove_all(folder, ignored);
 }
 
 } // namespace vantric::test

@@ -1,6 +1,8 @@
 /** A D-Bus daemon for one test process. */
 #pragma once
 
+#include "support/temporary_folder.hpp"
+
 #include <string>
 
 #include <sys/types.h>
@@ -24,7 +26,7 @@ public:
     PrivateBus& operator=(const PrivateBus&) = delete;
 
     /** The folder in which the daemon's socket is; a test may put files of its own there. */
-    const std::string& Folder() const { return folder; }
+    const std::string& Folder() const { return folder.path.native(); }
 
     /** The address of the bus, as D-Bus writes it. */
     const std::string& Address() const { return address; }
@@ -36,7 +38,7 @@ private:
     void Start(const std::string& config, const std::string& log);
     void Stop();
 
-    std::string folder;
+    TemporaryFolder folder;
     std::string address;
     pid_t process = -1;
 };

@@ -84,15 +84,21 @@ const std::string& Process::Log() {
     return written;
 }
 
-std::string Run(const std::vector<std::string>& command,
-                const std::map<std::string, std::string>& environment) {
+Outcome RunToEnd(const std::vector<std::string>& command,
+                 const std::map<std::string, std::string>& environment) {
     const auto output =
         std::filesystem::temp_directory_path() / ("run." + std::to_string(getpid()));
     std::filesystem::remove(output);
     Process program(command, environment, output);
     const auto status = program.WaitForEnd();
-    const std::string text = program.Log();
+    Outcome outcome{.status = status, .text = program.Log()};
     std::filesystem::remove(output);
+    return outcome;
+}
+
+std::string Run(const std::vector<std::string>& command,
+                const std::map<std::string, std::string>& environment) {
+    const auto [status, text] = RunToEnd(command, environment);
     EXPECT_EQ(status, 0) << command.front() << ": " << text;
     return text;
 }

@@ -47,8 +47,20 @@ private:
     std::string written;
 };
 
-/** Runs a program to its end and returns its standard output. A status other than 0 is a failure
- *  of the test. */
+/** How a program ended and what it wrote, errors included. */
+struct Outcome {
+    std::optional<int> status; ///< as WaitForEnd() tells it
+    std::string text;
+
+    bool operator==(const Outcome&) const = default;
+};
+
+/** Runs a program to its end. */
+Outcome RunToEnd(const std::vector<std::string>& command,
+                 const std::map<std::string, std::string>& environment);
+
+/** Runs a program to its end and returns what it wrote. A status other than 0 is a failure of the
+ *  test. */
 std::string Run(const std::vector<std::string>& command,
                 const std::map<std::string, std::string>& environment);
 
