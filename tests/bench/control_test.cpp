@@ -17,7 +17,8 @@ constexpr const char* scenario =
     "cards:\n"
     "  - slot: 3\n"
     "    kind: nic\n"
-    "    endpoints: [{eid: 9}, {eid: 10, medium: i2c}]\n"
+    "    tid: 5\n"
+    "    endpoints: [{eid: 9}, {eid: 10, medium: i2c, tid: 6}]\n"
     "    sensors:\n"
     "      - {id: 1, value: 30, thresholds: {warning-high: 60}}\n"
     "      - {id: 2, value: 20}\n"
@@ -64,7 +65,9 @@ TEST_F(Bench, AnswersAsItsCommandsSay) {
         const char* question;
         std::string answer;
     } rows[] = {
-        {"operational 9 2 failed unknown", reading, "00 03 04 00 00 00 00 14 00"},
+        {"set 9 2 30.5", reading, "00 03 00 00 01 00 01 1f 00"},
+        {"release 9 2", reading, "00 03 00 00 01 00 01 14 00"},
+        {"operational 9 2 failed unknown", reading, "00 03 04 00 00 01 00 14 00"},
         {"operational 9 2 enabled", reading, "00 03 00 00 01 00 01 14 00"},
         {"threshold 9 2 critical-high 19", reading, "00 03 00 00 09 01 09 14 00"},
         {"drop 9 2", reading, "80"},
@@ -98,7 +101,7 @@ TEST_F(Bench, CountsAndListsAndWaits) {
               "slot 4 cxl-memory (pulled)\n"
               "  EID 11 vdm, 0 numeric and 0 state sensors, 0 PDRs\n",
               bench.Control("list").text);
-    Ask(10, "81 00 02");
+    EXPECT_EQ("00 06", Ask(10, "81 00 02")) << "its own key, and not the card's";
     EXPECT_EQ("EID 9: 0\nEID 10: 1\nEID 11: 0\n", bench.Control("count").text);
     EXPECT_EQ("0 more requests answered by EID 9\n", bench.Control("wait-requests 9 0").text);
     EXPECT_EQ((Outcome{1, "benchctl: the bench gave no answer in time\n"}),

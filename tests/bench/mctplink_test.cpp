@@ -83,7 +83,7 @@ struct Exchange {
         record.responseErrorType = 99;
         record.context = this;
         record.completion = [](MctpLinkRequest* done) {
-            static_cast<Exchange*>(done->context)->completed.set_value();
+            static_cast<Exchange*>(done->context)->onCompletion();
         };
     }
 
@@ -110,6 +110,7 @@ struct Exchange {
     std::vector<std::uint8_t> response;
     MctpLinkRequest record{};
     std::promise<void> completed;
+    std::function<void()> onCompletion = [this] { completed.set_value(); };
 };
 
 class MctpLink : public testing::Test {
@@ -164,7 +165,9 @@ TEST_F(MctpLink, TablesComeByThemselvesAndAsTheyAreBehindTheirDiscovery) {
     }
     MctpLinkEndPoint entries[2];
     std::memcpy(entries, events.tables[0].data() + 20, sizeof(entries));
+    EXPECT_EQ(1, entries[0].vdm);
     EXPECT_EQ(0x3b01, entries[0].bdf);
+    EXPECT_EQ(0, entries[1].vdm);
     EXPECT_EQ(0x1d, entries[1].busAddress);
     EXPECT_EQ(600, entries[1].ldidLength);
     EXPECT_EQ(std::string(" NIC.\x01x"), std::string(entries[1].ldid, 7));
@@ -203,17 +206,17 @@ TEST_F(MctpLink, AClearedRequestIsNotTouchedAndNotCompleted) {
 
 TEST_F(MctpLink, ClearWaitsForACompletionThatRuns) {
     Exchange exchange(9, "81 00 02");
-    static std::promise<void> entered;
-    static std::promise<void> leave;
-    static std::atomic<bool> left = false;
-    exchange.record.completion = [](MctpLinkRequest*) {
+    std::promise<void> entered;
+    std::promise<void> leave;
+    std::atomic<bool> left = false;
+    exchange.onCompletion = [&] {
         entered.set_value();
         leave.get_future().wait();
         left = true;
     };
     ASSERT_TRUE(exchange.Send());
     ASSERT_EQ(std::future_status::ready, entered.get_future().wait_for(patience));
-    std::thread clearing([] {
+    std::thread clearing([&] {
         MctpLinkClearRequest(9, 0);
         EXPECT_TRUE(left);
     });
@@ -222,13 +225,11 @@ TEST_F(MctpLink, ClearWaitsForACompletionThatRuns) {
 }
 
 TEST_F(MctpLink, ACompletionMayClearAndSendAgain) {
-    static Exchange* second = nullptr;
     Exchange exchange(9, "81 00 02");
     Exchange following(9, "82 00 02");
-    second = &following;
-    exchange.record.completion = [](MctpLinkRequest* done) {
-        MctpLinkClearRequest(done->eid, 0);
-        EXPECT_TRUE(second->Send());
+    exchange.onCompletion = [&] {
+        MctpLinkClearRequest(9, 0);
+        EXPECT_TRUE(following.Send());
     };
     ASSERT_TRUE(exchange.Send());
     EXPECT_TRUE(following.Completes());

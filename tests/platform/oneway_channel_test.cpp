@@ -17,7 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using test::CaptureWrites;
-using test::EndOf;
 using test::InAChild;
 using testing::ElementsAre;
 using testing::MatchesRegex;
@@ -249,24 +248,6 @@ TEST(OneWayChannel, StaysWithTheParentOverAForkWhichTheChildTells) {
                      "happened\\? \\(NOT Recommended to fork with multiple "
                      "threads\\)\n");
     EXPECT_THAT(writes, ElementsAre(line, line));
-}
-
-TEST(OneWayChannel, EndsInTheChildOfAHandlerThatForks) {
-    OnALoop([](Loop& loop) {
-        pid_t child = -1;
-        bool next = false;
-        Post([&] { child = fork(); });
-        Post([&] { next = true; });
-        EXPECT_TRUE(loop.RunDry());
-        if (child == 0) {
-            EXPECT_FALSE(next);
-            EXPECT_EQ(loop.wakeUps, 0);
-            std::exit(testing::Test::HasFailure() ? 1 : 0);
-        }
-        EXPECT_EQ(0, EndOf(child));
-        EXPECT_TRUE(next);
-        EXPECT_GE(loop.wakeUps, 1);
-    });
 }
 
 TEST(OneWayChannel, CanBeUsedInAChildForkedAmongBusyThreads) {
