@@ -2,7 +2,6 @@
 
 #include "frame.hpp"
 #include "number_text.hpp"
-#include "pdr/utf16.hpp"
 #include "pldm_cmds/bytes.hpp"
 #include "quantity.hpp"
 
@@ -89,21 +88,6 @@ TEST(Quantity, StaysWithinItsField) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(row.bits, bench::BitsOf(row.value, row.format)) << row.value;
-    }
-}
-
-TEST(Utf16, IsBigEndianAndReplacesWhatIsNoUtf8) {
-    const std::pair<std::string, const char*> rows[] = {
-        {"A\u00e9\u20ac", "00 41 00 e9 20 ac"},
-        {"\U0001F600", "d8 3d de 00"},
-        {"\xff\x41", "ff fd 00 41"},
-        {"\xe2\x82", "ff fd ff fd"},           // cut short
-        {"\xc0\x80", "ff fd ff fd"},           // too long for what it says
-        {"\xed\xa0\x80", "ff fd ff fd ff fd"}, // a surrogate
-        {"\xf4\x90\x80\x80", "ff fd ff fd ff fd ff fd"},
-    };
-    for (const auto& [text, bytes] : rows) {
-        EXPECT_EQ(bytes, HexText(bench::ToUtf16BigEndian(text)));
     }
 }
 

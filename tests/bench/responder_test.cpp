@@ -197,6 +197,22 @@ const Conversation records[] = {
     {"    terminus-locators: [{type: eid, tid: 2, container: 4, value: \"0b\"}]\n",
      {{Record("01 00 00 00"), "00 00 00 00 00 00 00 00 00 05 13 00 01 00 00 00 01 01 00 00 09 00 "
                               "01 00 01 02 04 00 01 01 0b"}}},
+    // Raw records, entities, sensors with their names, raw records.
+    {"    raw-pdrs: [\"01020304056306\"]\n"
+     "    raw-pdrs-first: [\"01020304056206\"]\n"
+     "    entities:\n"
+     "      - type: network-controller\n"
+     "        name: controller\n"
+     "        contains: [{type: ethernet, name: port}, {type: ethernet, instance: 2}]\n"
+     "    logical-associations:\n"
+     "      - {container-id: 9, container: controller, contains: [port]}\n"
+     "    sensors: [{id: 1, form: compact, entity: port, value: 1}]\n",
+     {{Record("01 00 00 00"), "00 02 00 00 00 00 00 00 00 05 07 00 01 02 03 04 05 62 06"},
+      {Record("02 00 00 00"), "00 03 00 00 00 00 00 00 00 05 20 00 02 00 00 00 01 0f 00 00 16 00 "
+                              "01 00 00 90 00 01 00 00 00 02 2c 01 01 00 01 00 2c 01 02 00 01 00"},
+      {Record("03 00 00 00"), "00 04 00 00 00 00 00 00 00 05 1a 00 03 00 00 00 01 0f 00 00 10 00 "
+                              "09 00 01 90 00 01 00 00 00 01 2c 01 01 00 01 00"},
+      {Record("05 00 00 00"), "00 00 00 00 00 00 00 00 00 05 07 00 01 02 03 04 05 63 06"}}},
 };
 INSTANTIATE_TEST_SUITE_P(Records, Responder, testing::ValuesIn(records));
 
@@ -246,33 +262,6 @@ TEST(Terminus, ARandomWalkMovesWithinItsLimits) {
     EXPECT_GT(most, 53);
     // However long nobody looked, the answer comes at once.
     EXPECT_LE(value.At(bench::Seconds(1e15)), 55);
-}
-
-TEST(Terminus, TheRepositoryHoldsEntitiesThenSensorsThenRawRecords) {
-    auto terminus = Described("    raw-pdrs: [\"01020304056306\"]\n"
-                              "    raw-pdrs-first: [\"01020304056206\"]\n"
-                              "    entities:\n"
-                              "      - type: add-in-card\n"
-                              "        contains:\n"
-                              "          - type: network-controller\n"
-                              "            name: controller\n"
-                              "            contains: [{type: ethernet, name: port}, "
-                              "{type: ethernet, instance: 2}]\n"
-                              "    logical-associations:\n"
-                              "      - {container-id: 9, container: controller, contains: [port]}\n"
-                              "    state-sensors: [{id: 2, members: [{set: link, name: L}]}]\n"
-                              "    sensors: [{id: 1, entity: port, name: S, value: 1}]\n");
-    std::string types;
-    for (std::uint32_t handle = 1; handle != 0; handle = terminus.repository.Next(handle)) {
-        types += std::to_string(terminus.repository.Find(handle)->at(5)) + " ";
-    }
-    EXPECT_EQ("98 15 15 15 2 6 4 6 99 ", types);
-    EXPECT_EQ("02 00 00 90 00 01 00 01 00 02 2c 01 01 00 02 00 2c 01 02 00 02 00",
-              HexText(std::span(*terminus.repository.Find(3)).subspan(10)));
-    EXPECT_EQ("09 00 01 90 00 01 00 01 00 01 2c 01 01 00 02 00",
-              HexText(std::span(*terminus.repository.Find(4)).subspan(10)));
-    // The sensor names the port, in the container that it lies in.
-    EXPECT_EQ("2c 01 01 00 02 00", HexText(std::span(*terminus.repository.Find(5)).subspan(14, 6)));
 }
 
 } // namespace

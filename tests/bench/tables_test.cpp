@@ -2,7 +2,6 @@
 
 #include "bench/bench_process.hpp"
 #include "hubcast.h"
-#include "pldm_cmds/bytes.hpp"
 #include "slotcatalog.h"
 #include "support/eventually.hpp"
 
@@ -25,10 +24,7 @@ constexpr const char* scenario =
     "    endpoints: [{eid: 9}]\n"
     "  - {slot: 1, kind: embedded-nic, group: 2, endpoints: [{eid: 10}]}\n"
     "  - {slot: 4, kind: nic, group: 2, endpoints: [{eid: 11}]}\n"
-    "  - {slot: 5, kind: nic, pcie-record: false, endpoints: [{eid: 12}]}\n"
-    "accelerator-table:\n"
-    "  - \"01\"\n"
-    "  - {pci: {vendor: 0x1002, device: 0x75a0, subvendor: 1, subdevice: 2}, sensors: [30, 405]}\n";
+    "  - {slot: 5, kind: nic, pcie-record: false, endpoints: [{eid: 12}]}\n";
 
 TEST(SlotCatalog, TellsWhatStandsInEachSlot) {
     const BenchProcess bench(scenario);
@@ -60,19 +56,6 @@ TEST(SlotCatalog, TellsWhatStandsInEachSlot) {
     ASSERT_EQ(0, read(2, 1));
     EXPECT_EQ(1, count);
     EXPECT_EQ(0, +records[1].slotNumber) << "further than its buffer";
-}
-
-TEST(SlotCatalog, TellsTheAccelerators) {
-    const BenchProcess bench(scenario);
-    void* entries = nullptr;
-    ASSERT_EQ(2, SlotCatalogAllDevices(&entries));
-    const std::span bytes(static_cast<const std::uint8_t*>(entries), 2 * 232);
-    EXPECT_EQ("01 00 00", HexText(bytes.first(3)));
-    const auto described = bytes.subspan(232);
-    EXPECT_EQ("16 00 00 00 00", HexText(described.first(5)));
-    EXPECT_EQ("02 10 a0 75 01 00 02 00 00", HexText(described.subspan(60, 9)));
-    EXPECT_EQ("1e 00 95 01 00 00 00 00 00", HexText(described.subspan(114, 9)));
-    std::free(entries);
 }
 
 /** Notifications that came, with the word that came with them. */

@@ -1,5 +1,4 @@
 #include "common/byte_reader.hpp"
-#include "common/byte_writer.hpp"
 
 #include <gtest/gtest.h>
 
@@ -41,15 +40,6 @@ TEST(ByteReader, AnOffsetBehindTheEndReadsNothing) {
     EXPECT_EQ(reader.Remaining(), 0U);
     EXPECT_EQ(reader.Take(SIZE_MAX).size(), 0U);
     EXPECT_EQ(reader.Read<std::uint64_t>(), 0U);
-}
-
-TEST(ByteWriter, WritesWhatTheReaderReads) {
-    const auto bytes = ByteWriter{}
-                           .Write<std::uint8_t>(0x81)
-                           .Write<std::uint32_t>(0xF1F2F000)
-                           .Write<std::int16_t>(-2)
-                           .Finish();
-    EXPECT_EQ(bytes, (std::vector<std::uint8_t>{0x81, 0x00, 0xF0, 0xF2, 0xF1, 0xFE, 0xFF}));
 }
 
 } // namespace

@@ -89,22 +89,25 @@ TEST_F(Wrapper, PassesOverAVariantOfAnotherType) {
 }
 
 TEST_F(Wrapper, SaysWhichReadFailed) {
-    const auto failure = [&](auto value) -> std::string {
-        auto message = Holding(std::uint8_t{1});
+    const auto failure = [](message_t message, auto value) -> std::string {
         try {
             message.read(value);
-            message.read(value); // nothing is there any more
         } catch (const SdBusError& e) {
             return std::string(e.what()).substr(0, std::string(e.what()).find(':'));
         }
         return "";
     };
-    EXPECT_EQ("sd_bus_message_read_basic", failure(std::uint8_t{}));
-    EXPECT_EQ("sd_bus_message_read_basic", failure(std::uint32_t{}));
-    EXPECT_EQ("sd_bus_message_read_basic string", failure(std::string()));
-    EXPECT_EQ("sd_bus_message_read_basic string", failure(object_path()));
-    EXPECT_EQ("sd_bus_message_enter_container", failure(std::vector<bool>()));
-    EXPECT_EQ("sd_bus_message_skip", failure(std::variant<bool>()));
+    const std::uint8_t other = 1;
+    EXPECT_EQ("", failure(Holding(other), std::uint8_t{}));
+    EXPECT_EQ("sd_bus_message_read_basic", failure(Holding(other), std::uint32_t{}));
+    EXPECT_EQ("sd_bus_message_read_basic string", failure(Holding(other), std::string()));
+    EXPECT_EQ("sd_bus_message_read_basic string", failure(Holding(other), object_path()));
+    EXPECT_EQ("sd_bus_message_enter_container", failure(Holding(other), std::vector<bool>()));
+    EXPECT_EQ("sd_bus_message_skip", failure(Holding(other), std::variant<bool>()));
+    // Behind the end.
+    EXPECT_EQ("sd_bus_message_read_basic string", failure(Holding(), std::string()));
+    EXPECT_EQ("sd_bus_message_enter_container", failure(Holding(), std::vector<bool>()));
+    EXPECT_EQ("sd_bus_message_skip", failure(Holding(), std::variant<bool>()));
 }
 
 TEST_F(Wrapper, RefusesToAppendWhatDBusDoesntTake) {

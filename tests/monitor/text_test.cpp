@@ -39,11 +39,4 @@ TEST(Text, OrdersNumbersByTheirValue) {
     }
 }
 
-TEST(Text, KeepsTextsThatDifferInZerosApart) {
-    EXPECT_NE(NaturalOrder("a_01", "a_1"), std::strong_ordering::equal);
-    EXPECT_EQ(NaturalOrder("a_01_x", "a_1_y"), std::strong_ordering::less);
-    EXPECT_EQ(NaturalOrder("a_0", "a_00"), std::strong_ordering::less);
-    EXPECT_EQ(NaturalOrder("a_00", "a_1"), std::strong_ordering::less);
-}
-
 } // namespace
