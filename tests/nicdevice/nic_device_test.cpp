@@ -1,7 +1,12 @@
 /** Network cards: what becomes of their controllers, and what a monitor cycle asks of which. */
 #include "nic_device_fixture.hpp"
+#include "support/eventually.hpp"
+#include "support/threads.hpp"
 
+#include <atomic>
 #include <future>
+
+#include <unistd.h>
 
 namespace vantric::test {
 namespace {
@@ -210,12 +215,17 @@ TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
     Plug(2);
     Inventory();
     std::future<void> table;
-    // Long enough for the table's thread to come to the mutex; if it isn't, nothing fails for it.
-    const auto waits = [&table](const Bytes&) {
-        EXPECT_TRUE(table.wait_for(50ms) == std::future_status::timeout);
+    std::atomic<pid_t> thread{0};
+    const auto taken = [&] { return table.wait_for(0s) == std::future_status::ready; };
+    const auto waits = [&](const Bytes&) {
+        EXPECT_TRUE(Eventually([&] { return (thread != 0 && Sleeps(thread)) || taken(); }));
+        EXPECT_FALSE(taken());
     };
     cards[0].onRequest = [&](const Bytes& request) {
-        table = std::async(std::launch::async, [this] { device->UpdateEIDTables({}, {}); });
+        table = std::async(std::launch::async, [&] {
+            thread = gettid();
+            device->UpdateEIDTables({}, {});
+        });
         waits(request);
     };
     cards[1].onRequest = waits;
