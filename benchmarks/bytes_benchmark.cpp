@@ -18,11 +18,11 @@ public:
     explicit InstantTransport(std::vector<std::uint8_t> answer)
         : DeviceTransport(3, 9), answer(std::move(answer)) {}
 
-    int SendPacket(TransportPacket& packet) override {
+    VantricStatus SendPacket(TransportPacket& packet) override {
         const auto count = std::min(answer.size(), packet.responseBytes.size());
         std::copy_n(answer.begin(), count, packet.responseBytes.begin());
         packet.responseLength = static_cast<std::uint32_t>(count);
-        return 0;
+        return STATUS_SUCCESS;
     }
 
 private:

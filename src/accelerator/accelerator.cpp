@@ -2,8 +2,6 @@
 
 #include "accelerator/sensor_choice.hpp"
 #include "common/log.hpp"
-#include "common/post_request.hpp"
-#include "dbus_handler/handlers.hpp"
 #include "modeling/virtual_board.hpp"
 
 namespace vantric {
@@ -17,14 +15,15 @@ constexpr std::uint8_t boardSlot = firstAcceleratorSlot - 1;
 
 } // namespace
 
-Accelerator::Accelerator(const DeviceDetails& details, const std::string& basePath, Sct& sct)
-    : Device(details, basePath), sct(sct), isAmdUbb(IsVirtualBoard(details.identity)) {
+Accelerator::Accelerator(const DeviceDetails& details, const std::string& basePath,
+                         const BusDoors& doors, Sct& sct)
+    : Device(details, basePath, doors), sct(sct), isAmdUbb(IsVirtualBoard(details.identity)) {
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Constructed Accelerator at slot %d\n", slotNumber);
 }
 
 void Accelerator::InventoryTheDevice() {
     sct.ReadOnce(identity);
-    if (GatherInventory() != 0) {
+    if (GatherInventory() != STATUS_SUCCESS) {
         GiveUpInventory();
         return;
     }
@@ -73,10 +72,7 @@ void Accelerator::CreateVirtualAMDDevices() {
             request.objectPath = inventoryBasePath + std::to_string(slot);
             request.resolvedLdid = VirtualAcceleratorLdid(std::to_string(slot));
         }
-        const int result = PostRequest(dbusInvDataInsert, std::move(request));
-        if (result != 0) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-        }
+        doors.publisher.InsertPlainInventory(std::move(request)).LogFailure(LOG_LEVEL_ERROR);
     }
 }
 

@@ -18,12 +18,12 @@ namespace vantric {
 class Accelerator : public Device {
 public:
     /** @param sct the table of sensors that count; outlives this */
-    Accelerator(const DeviceDetails& details, const std::string& basePath,
+    Accelerator(const DeviceDetails& details, const std::string& basePath, const BusDoors& doors,
                 Sct& sct = Sct::OfProcess());
 
 protected:
     void InventoryTheDevice() override;
-    int MonitorTheDevice() override;
+    VantricStatus MonitorTheDevice() override;
 
 private:
     using TimePoint = std::chrono::steady_clock::time_point;
@@ -36,10 +36,10 @@ private:
     void ModelAccelerator();
 
     // Monitoring, with deviceMutex held.
-    int MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue);
-    int ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings);
+    VantricStatus MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue);
+    VantricStatus ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings);
     static void ReadSensorGroup(const std::vector<std::uint16_t>& ids, TimePoint& readAt,
-                                PLDMCmds& endpoint, ReadingMap& readings, int& status);
+                                PLDMCmds& endpoint, ReadingMap& readings, VantricStatus& status);
 
     Sct& sct;
     TimePoint fastSensorsReadAt;

@@ -46,14 +46,14 @@ void Accelerator::GroupSensors() {
     fastSensorsReadAt = mediumSensorsReadAt = slowSensorsReadAt = Now();
 }
 
-int Accelerator::MonitorTheDevice() {
+VantricStatus Accelerator::MonitorTheDevice() {
     {
         const auto lock = BeginWork();
         // The same for all endpoints: counted by endpoint, some would never have their turn.
         const bool statesAreDue = StateSensorsAreDue();
         for (const auto& endpoint : cmds) {
-            const int status = MonitorEndpoint(*endpoint, statesAreDue);
-            if (status != ToInt(VantricStatus::SUCCESS)) {
+            const VantricStatus status = MonitorEndpoint(*endpoint, statesAreDue);
+            if (status != STATUS_SUCCESS) {
                 return FailedCycle(status);
             }
         }
@@ -62,7 +62,7 @@ int Accelerator::MonitorTheDevice() {
     return PauseAfterCycle();
 }
 
-int Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue) {
+VantricStatus Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue) {
     if (PeriodicCheckIsDue()) {
         RefreshFWVersion(endpoint, true);
         if (RepositoryHasChanged(endpoint)) {
@@ -71,24 +71,23 @@ int Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue) {
         }
     }
     ReadingMap readings;
-    const int status =
+    const VantricStatus status =
         isAmdUbb ? endpoint.GetAllSensorReading(readings) : ReadDueGroups(endpoint, readings);
     PublishReadings(readings, onlyController);
     // A sensor that the endpoint doesn't know is no reason for another inventory here.
-    if (status != ToInt(VantricStatus::SUCCESS) &&
-        status != ToInt(VantricStatus::INVALID_OR_CHANGED)) {
+    if (status != STATUS_SUCCESS && status != STATUS_INVALID_OR_CHANGED) {
         return status;
     }
     if (statesAreDue) {
         RefreshStateSensors(endpoint, onlyController);
     }
     ++monitorCycles;
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int Accelerator::ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings) {
+VantricStatus Accelerator::ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings) {
     const TimePoint now = Now();
-    int status = ToInt(VantricStatus::SUCCESS);
+    VantricStatus status = STATUS_SUCCESS;
     if (now - fastSensorsReadAt > fastAge) {
         ReadSensorGroup(fastSensorIds, fastSensorsReadAt, endpoint, readings, status);
     }
@@ -102,15 +101,14 @@ int Accelerator::ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings) {
 }
 
 void Accelerator::ReadSensorGroup(const std::vector<std::uint16_t>& ids, TimePoint& readAt,
-                                  PLDMCmds& endpoint, ReadingMap& readings, int& status) {
+                                  PLDMCmds& endpoint, ReadingMap& readings, VantricStatus& status) {
     ReadingMap groupReadings;
     for (const std::uint16_t id : ids) {
-        const int result = endpoint.GetSensorReading(id, groupReadings);
-        if (result == ToInt(VantricStatus::DISCOVERY_RUNNING) ||
-            result == ToInt(VantricStatus::NEW_END_POINTS)) {
+        const VantricStatus result = endpoint.GetSensorReading(id, groupReadings);
+        if (result == STATUS_DISCOVERY_RUNNING || result == STATUS_NEW_END_POINTS) {
             return; // what was read is dropped, and the group stays due
         }
-        if (result != ToInt(VantricStatus::SUCCESS)) {
+        if (result != STATUS_SUCCESS) {
             status = result;
         }
     }

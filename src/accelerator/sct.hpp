@@ -2,7 +2,7 @@
  *  count. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
+#include "records/sensor.hpp"
 
 #include <array>
 #include <cstddef>

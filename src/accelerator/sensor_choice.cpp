@@ -1,8 +1,8 @@
 #include "accelerator/sensor_choice.hpp"
 
 #include "accelerator/sct.hpp"
-#include "common/reading.hpp"
-#include "modeling/entity_types.hpp"
+#include "vocabulary/entity_types.hpp"
+#include "vocabulary/reading.hpp"
 
 namespace vantric {
 

@@ -1,7 +1,7 @@
 /** Which sensors of an accelerator are wanted, and how they are published. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
+#include "records/sensor.hpp"
 
 #include <cstdint>
 #include <optional>

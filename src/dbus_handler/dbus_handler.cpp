@@ -1,8 +1,8 @@
 #include "dbus_handler/dbus_handler.hpp"
 
 #include "common/log.hpp"
-#include "common/post_request.hpp"
 #include "common/process_flags.hpp"
+#include "dbus_handler/handlers.hpp"
 #include "dbus_handler/platform_callbacks.hpp"
 #include "dbus_handler/request_shape.hpp"
 
@@ -40,7 +40,7 @@ std::string MatchRule(std::initializer_list<std::pair<const char*, const char*>>
     return rule;
 }
 
-struct NumberingResetRequest {};
+} // namespace
 
 int dbusResetNumbering(void* /*context*/, void* requestData, unsigned long requestSize) {
     return HandleRequest<NumberingResetRequest>(__func__, requestData, requestSize,
@@ -49,8 +49,6 @@ int dbusResetNumbering(void* /*context*/, void* requestData, unsigned long reque
                                                     return 0;
                                                 });
 }
-
-} // namespace
 
 DBusHandler& DBusHandler::instance() {
     static DBusHandler handler;
@@ -129,13 +127,6 @@ void DBusHandler::RegisterForDBUSEvents() {
     }
     if (own != nullptr && sd_bus_is_open(own) <= 0) {
         loopExit.Demand(); // without its signals the process would serve a world that has gone on
-    }
-}
-
-void DBusHandler::ResetNumbering() {
-    const int result = PostRequest(dbusResetNumbering, NumberingResetRequest{});
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
     }
 }
 

@@ -4,9 +4,9 @@
 #include "dbus_handler/compositions.hpp"
 #include "dbus_handler/find_object.hpp"
 #include "dbus_handler/loop_exit.hpp"
-#include "dbus_handler/requests.hpp"
 #include "dbus_handler/sensor_numbering.hpp"
 #include "dbus_handler/thermal_properties.hpp"
+#include "publisher/publisher.hpp"
 
 #include <sdbusplus/bus.hpp>
 #include <sdbusplus/bus/match.hpp>
@@ -26,7 +26,7 @@ namespace vantric {
  *
  * Objects are created, written and removed on the main thread alone, by the functions of
  * handlers.hpp; the operations below are their work. What any thread may call says so. */
-class DBusHandler {
+class DBusHandler : public UdidReader {
 public:
     /** Returns the one instance. The first call, on the main thread before others exist, connects
      *  to the bus, takes the name and makes the channel's requests run on the thread's event loop.
@@ -45,10 +45,6 @@ public:
      *  serves them on a connection of its own. Returns only if that fails. */
     void RegisterForDBUSEvents();
 
-    /** Makes all numbering of sensors begin anew, behind the requests that are posted already. Any
-     *  thread. */
-    void ResetNumbering();
-
     /** Asks for the model of a card whose sensors were typed before its FRU was known, and posts
      *  the change of an OCP card's sensors to the main thread. Blocks while it asks; any thread. */
     void UpdateSensorType(std::uint8_t slot);
@@ -63,7 +59,7 @@ public:
     /** Asks the address service for the UDID of the I2C endpoint with the bus address. Returns an
      *  empty string if it isn't to be had. Blocks for as long as the bus's time-out at worst; any
      *  thread. */
-    static std::string getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busAddress);
+    std::string getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busAddress) const override;
 
     // What follows is the work of the request handlers, on the main thread.
 
@@ -94,7 +90,7 @@ public:
 
 private:
     DBusHandler();
-    ~DBusHandler() = default;
+    ~DBusHandler() override = default;
 
     template <typename Composition, typename Construct>
     void createDbusObj(ObjectStore<Composition>& store, const std::string& ldid, std::string path,

@@ -1,4 +1,5 @@
-/** The functions that carry requests out: what posters hand to PostRequest together with a record.
+/** The functions that carry requests out: what ChannelPublisher hands to the channel, each with a
+ *  record of its own type.
  *
  * Each runs on the main thread and owns the record. It returns 0, or -1 for a request that it can't
  * begin with; the failures of the work itself are logged and don't change the result. */
@@ -37,5 +38,11 @@ int dbusFWDataUpdate(void* context, void* requestData, unsigned long requestSize
 
 /** Removes the objects of a device as the ClearRequest says. */
 int dbusClear(void* context, void* requestData, unsigned long requestSize);
+
+/** Takes nothing along. */
+struct NumberingResetRequest {};
+
+/** Makes all numbering of sensors begin anew, for a NumberingResetRequest. */
+int dbusResetNumbering(void* context, void* requestData, unsigned long requestSize);
 
 } // namespace vantric

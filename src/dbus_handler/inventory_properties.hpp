@@ -2,7 +2,7 @@
 #pragma once
 
 #include "dbus_handler/property_bags.hpp"
-#include "dbus_handler/requests.hpp"
+#include "publisher/requests.hpp"
 
 #include <string>
 

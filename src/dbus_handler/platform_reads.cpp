@@ -60,7 +60,7 @@ bool DBusHandler::IsOcpCard(std::uint8_t slot) {
     return getFRUPropertyVal(slot, "Model").find("OCP") != std::string::npos;
 }
 
-std::string DBusHandler::getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busAddress) {
+std::string DBusHandler::getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busAddress) const {
     using UdidInfo = std::vector<std::tuple<std::string, std::string>>;
     try {
         const auto pairs = ReadProperty<UdidInfo>(

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "dbus_handler/property_bags.hpp"
-#include "dbus_handler/requests.hpp"
 #include "dbus_handler/thermal_properties.hpp"
+#include "publisher/requests.hpp"
 
 #include <string>
 

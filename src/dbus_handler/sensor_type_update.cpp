@@ -1,7 +1,7 @@
 /** Retyping the sensors of a card that turns out to be an OCP card. */
 #include "common/log.hpp"
-#include "common/post_request.hpp"
 #include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/post_request.hpp"
 #include "dbus_handler/request_shape.hpp"
 
 namespace vantric {
@@ -48,10 +48,7 @@ void DBusHandler::UpdateSensorType(std::uint8_t slot) {
         if (!IsOcpCard(slot)) {
             return;
         }
-        const int result = PostRequest(dbusRetypeSensors, SensorTypeRequest{slot});
-        if (result != 0) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-        }
+        PostRequest(dbusRetypeSensors, SensorTypeRequest{slot}).LogFailure(LOG_LEVEL_ERROR);
     } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "%s\n", error.what());
     }

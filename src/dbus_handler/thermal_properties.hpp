@@ -2,8 +2,8 @@
 #pragma once
 
 #include "dbus_handler/property_bags.hpp"
-#include "dbus_handler/requests.hpp"
 #include "dbus_handler/sensor_numbering.hpp"
+#include "publisher/requests.hpp"
 
 #include <cstdint>
 #include <string>

@@ -7,10 +7,10 @@
 
 namespace vantric {
 
-Device::Device(const DeviceDetails& details, std::string basePath)
-    : slotNumber(details.slotNumber), mI2C_EIDs(details.i2cEIDs), mVDM_EIDs(details.vdmEIDs),
-      inventoryBasePath(std::move(basePath)), identity(details.identity),
-      cpuAffinity(details.cpuAffinity), ldid(details.ldid) {}
+Device::Device(const DeviceDetails& details, std::string basePath, const BusDoors& doors)
+    : doors(doors), slotNumber(details.slotNumber), mI2C_EIDs(details.i2cEIDs),
+      mVDM_EIDs(details.vdmEIDs), inventoryBasePath(std::move(basePath)),
+      identity(details.identity), cpuAffinity(details.cpuAffinity), ldid(details.ldid) {}
 
 Device::~Device() {
     const auto lock = Acquire();
@@ -27,14 +27,16 @@ void Device::Initialize() {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Created PLDMCMD object for slot %d & eid %d\n", slotNumber,
                     eid);
     }
-    modeling = std::make_unique<Modeling>(ModelingParameters{
-        .slot = slot,
-        .ldid = ldid,
-        .inventoryBase = inventoryBasePath,
-        .multipleControllers = cmds.size() != 1,
-        .identity = identity,
-        .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
-    });
+    modeling = std::make_unique<Modeling>(
+        ModelingParameters{
+            .slot = slot,
+            .ldid = ldid,
+            .inventoryBase = inventoryBasePath,
+            .multipleControllers = cmds.size() != 1,
+            .identity = identity,
+            .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
+        },
+        doors.publisher);
     monitorCycles = 0;
     stateSensorCycles = 0;
     firmwareVersion.clear();

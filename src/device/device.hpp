@@ -4,6 +4,7 @@
 #include "device/device_details.hpp"
 #include "modeling/modeling.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
+#include "publisher/publisher.hpp"
 
 #include <atomic>
 #include <cstdint>
@@ -35,8 +36,9 @@ enum DeviceState : std::int32_t {
 class Device {
 public:
     /** @param details what discovery learned
-     *  @param basePath inventory path of the device's class, ends in a slash */
-    Device(const DeviceDetails& details, std::string basePath);
+     *  @param basePath inventory path of the device's class, ends in a slash
+     *  @param doors to the bus side; they outlive this */
+    Device(const DeviceDetails& details, std::string basePath, const BusDoors& doors);
 
     /** Removes the device's objects from the bus. The device must have been stopped. */
     virtual ~Device();
@@ -66,12 +68,12 @@ protected:
     /** One inventory pass; sets state. Monitor thread. */
     virtual void InventoryTheDevice() = 0;
 
-    /** One monitor cycle. Monitor thread. Returns a VantricStatus value. */
-    virtual int MonitorTheDevice() = 0;
+    /** One monitor cycle. Monitor thread. Returns its status. */
+    virtual VantricStatus MonitorTheDevice() = 0;
 
     /** Runs the PLDM sequence on every endpoint. Returns 0, or 1 when a step failed that the
      *  inventory can't do without. Monitor thread. */
-    int GatherInventory();
+    VantricStatus GatherInventory();
 
     /** Ends a successful inventory: on to monitoring, or to another inventory if a table has
      *  rearranged several controllers since it began. Monitor thread.
@@ -101,10 +103,10 @@ protected:
     void PublishReadings(const ReadingMap& readings, std::uint8_t controller);
 
     /** Logs that a cycle ends with this status and returns it. */
-    int FailedCycle(int status) const;
+    VantricStatus FailedCycle(VantricStatus status) const;
 
     /** Makes the pause between two cycles; without deviceMutex. Returns status 0. */
-    static int PauseAfterCycle();
+    static VantricStatus PauseAfterCycle();
 
     /** Reads the endpoint's firmware version and keeps it, also if it is empty.
      *  @param publish whether the inventory objects get it too, unless it is empty */
@@ -116,6 +118,7 @@ protected:
     /** Takes deviceMutex for the commands of an inventory or of a monitor cycle. Monitor thread. */
     std::unique_lock<std::mutex> BeginWork();
 
+    const BusDoors doors;
     std::uint16_t slotNumber;
     std::vector<EID_table> mI2C_EIDs;
     std::vector<EID_table> mVDM_EIDs;
@@ -141,14 +144,14 @@ private:
     void SwitchStep();
     void WaitStep();
     void StartWaiting();
-    void LeaveFailedEndpoints(int status);
+    void LeaveFailedEndpoints(VantricStatus status);
     // These five are called with deviceMutex held, or before the monitor thread exists.
     void UseI2C_EIDs();
     void Update_Controller_EID_Map();
     void OrderVdmControllers();
     void OrderI2cControllers();
     void ResetControllerEIDs();
-    int GatherEndpoint(PLDMCmds& endpoint);
+    VantricStatus GatherEndpoint(PLDMCmds& endpoint);
     void FRUInventory(PLDMCmds& endpoint);
     void UpdateFWVersion(const std::string& version);
     std::string ObjectPath() const;

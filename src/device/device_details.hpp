@@ -1,7 +1,7 @@
 /** What discovery learns of one endpoint and of one device. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
+#include "records/sensor.hpp"
 
 #include <cstdint>
 #include <string>

@@ -2,7 +2,6 @@
 #include "device/device.hpp"
 
 #include "common/log.hpp"
-#include "dbus_handler/dbus_handler.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -75,8 +74,8 @@ void Device::OrderI2cControllers() {
     for (const EID_table& endpoint : mI2C_EIDs) {
         std::string key;
         if (mI2C_EIDs.size() > 1) {
-            key = DBusHandler::getUDIDPropertyVal(static_cast<std::uint8_t>(slotNumber),
-                                                  endpoint.busAddress);
+            key = doors.udids.getUDIDPropertyVal(static_cast<std::uint8_t>(slotNumber),
+                                                 endpoint.busAddress);
         }
         if (key.empty()) {
             key = std::to_string(endpoint.busAddress);

@@ -19,33 +19,34 @@ constexpr std::uint8_t forcedRead = 1;
 
 } // namespace
 
-int Device::GatherInventory() {
+VantricStatus Device::GatherInventory() {
     modeling->DeleteDBUSPaths(CLEAR_ALL);
     const auto lock = BeginWork();
     gaveWay = false;
     for (auto& endpoint : cmds) {
-        if (GatherEndpoint(*endpoint) != 0) {
-            gaveWay = endpoint->LastStatus() == ToInt(VantricStatus::NEW_END_POINTS);
-            return 1;
+        if (GatherEndpoint(*endpoint) != STATUS_SUCCESS) {
+            gaveWay = endpoint->LastStatus() == STATUS_NEW_END_POINTS;
+            return STATUS_FAILURE;
         }
     }
-    return 0;
+    return STATUS_SUCCESS;
 }
 
-int Device::GatherEndpoint(PLDMCmds& endpoint) {
+VantricStatus Device::GatherEndpoint(PLDMCmds& endpoint) {
     endpoint.ResetExtractedData();
-    if (endpoint.GetPLDMTypes() != 0) {
-        return 1;
+    if (endpoint.GetPLDMTypes() != STATUS_SUCCESS) {
+        return STATUS_FAILURE;
     }
     RefreshFWVersion(endpoint, false);
     FRUInventory(endpoint);
     endpoint.GetPLDMVersions(allTypes);
-    if (endpoint.GetSupportedCmds(baseType) != 0) {
-        return 1;
+    if (endpoint.GetSupportedCmds(baseType) != STATUS_SUCCESS) {
+        return STATUS_FAILURE;
     }
     endpoint.SelectPLDMVersions();
-    if (endpoint.GetTID() != 0 || endpoint.GetPDRRepositoryInfo(forcedRead) != 0) {
-        return 1;
+    if (endpoint.GetTID() != STATUS_SUCCESS ||
+        endpoint.GetPDRRepositoryInfo(forcedRead) != STATUS_SUCCESS) {
+        return STATUS_FAILURE;
     }
     return endpoint.SetNumericeSensorEnable();
 }

@@ -1,23 +1,11 @@
 /** What an inventory publishes of the device itself. */
 #include "device/device.hpp"
 
-#include "common/log.hpp"
-#include "common/post_request.hpp"
-#include "dbus_handler/handlers.hpp"
-
 #include <utility>
 
 namespace vantric {
 
 namespace {
-
-template <typename Record>
-void Post(RequestHandler handler, Record record) {
-    const int result = PostRequest(handler, std::move(record));
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-    }
-}
 
 FruFields FieldsOf(const __FRUContents& contents) {
     return FruFields{
@@ -56,20 +44,24 @@ void Device::RefreshFWVersion(PLDMCmds& endpoint, bool publish) {
 }
 
 void Device::UpdateFWVersion(const std::string& version) {
-    Post(dbusFWDataUpdate, FirmwareRequest{.deviceLdid = ldid, .version = version});
+    doors.publisher.UpdateFWVersion({.deviceLdid = ldid, .version = version})
+        .LogFailure(LOG_LEVEL_TRACE);
 }
 
 void Device::FRUInventory(PLDMCmds& endpoint) {
-    if (endpoint.GetFRUMetaData() != 0 || endpoint.GetFRUContents() != 0) {
-        Post(dbusInvDataInsert, PlainInventoryRequest{
-                                    .firmwareVersion = firmwareVersion,
-                                    .slot = slotNumber,
-                                    .deviceLdid = ldid,
-                                    .objectPath = ObjectPath(),
-                                    .identity = identity,
-                                    .cpuAffinity = cpuAffinity,
-                                    .resolvedLdid = {},
-                                });
+    if (endpoint.GetFRUMetaData() != STATUS_SUCCESS ||
+        endpoint.GetFRUContents() != STATUS_SUCCESS) {
+        doors.publisher
+            .InsertPlainInventory({
+                .firmwareVersion = firmwareVersion,
+                .slot = slotNumber,
+                .deviceLdid = ldid,
+                .objectPath = ObjectPath(),
+                .identity = identity,
+                .cpuAffinity = cpuAffinity,
+                .resolvedLdid = {},
+            })
+            .LogFailure(LOG_LEVEL_TRACE);
         return;
     }
     // Without a general record there is nothing to tell, and the object says so.
@@ -78,22 +70,25 @@ void Device::FRUInventory(PLDMCmds& endpoint) {
     fields.identity = identity;
     fields.cpuAffinity = cpuAffinity;
     fields.firmwareVersion = firmwareVersion;
-    Post(dbusFruDataInsert, FruInventoryRequest{
-                                .fields = std::move(fields),
-                                .deviceLdid = ldid,
-                                .objectPath = ObjectPath(),
-                                .slot = static_cast<std::uint8_t>(slotNumber),
-                            });
+    doors.publisher
+        .InsertFruInventory({
+            .fields = std::move(fields),
+            .deviceLdid = ldid,
+            .objectPath = ObjectPath(),
+            .slot = static_cast<std::uint8_t>(slotNumber),
+        })
+        .LogFailure(LOG_LEVEL_TRACE);
 }
 
 void Device::UpdateControllerInvData(std::uint8_t index) {
-    Post(dbusControllerData,
-         ControllerRequest{
-             .objectPath = ObjectPath() + "/networkcontroller_" + std::to_string(index),
-             .deviceLdid = ldid,
-             .slot = slotNumber,
-             .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
-         });
+    doors.publisher
+        .UpdateControllerInventory({
+            .objectPath = ObjectPath() + "/networkcontroller_" + std::to_string(index),
+            .deviceLdid = ldid,
+            .slot = slotNumber,
+            .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
+        })
+        .LogFailure(LOG_LEVEL_TRACE);
 }
 
 } // namespace vantric

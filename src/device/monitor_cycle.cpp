@@ -27,7 +27,7 @@ bool Device::PeriodicCheckIsDue() {
 }
 
 bool Device::RepositoryHasChanged(PLDMCmds& endpoint) {
-    return endpoint.GetPDRRepositoryInfo(unforcedRead) == ToInt(VantricStatus::INVALID_OR_CHANGED);
+    return endpoint.GetPDRRepositoryInfo(unforcedRead) == STATUS_INVALID_OR_CHANGED;
 }
 
 bool Device::StateSensorsAreDue() const {
@@ -48,15 +48,15 @@ void Device::PublishReadings(const ReadingMap& readings, std::uint8_t controller
     }
 }
 
-int Device::FailedCycle(int status) const {
+VantricStatus Device::FailedCycle(VantricStatus status) const {
     VANTRIC_LOG(LOG_LEVEL_ERROR, "Monitor failed for slot %d and error status = %d\n", slotNumber,
                 status);
     return status;
 }
 
-int Device::PauseAfterCycle() {
+VantricStatus Device::PauseAfterCycle() {
     Pause(cyclePause);
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
 } // namespace vantric

@@ -40,18 +40,18 @@ void Device::InvMonThread() {
 }
 
 void Device::MonitorStep() {
-    const int status = MonitorTheDevice();
-    switch (static_cast<VantricStatus>(status)) {
-    case VantricStatus::SUCCESS:
+    const VantricStatus status = MonitorTheDevice();
+    switch (status) {
+    case STATUS_SUCCESS:
         break;
-    case VantricStatus::NEW_END_POINTS:
+    case STATUS_NEW_END_POINTS:
         Pause(stepPause);
         break;
-    case VantricStatus::INVALID_OR_CHANGED:
+    case STATUS_INVALID_OR_CHANGED:
         state = DEVICE_INVENTORY;
         break;
-    case VantricStatus::COMMAND_FAILED:
-    case VantricStatus::DEVICE_NOT_READY:
+    case STATUS_COMMAND_FAILED:
+    case STATUS_DEVICE_NOT_READY:
         VANTRIC_LOG(LOG_LEVEL_WARNING, "Device is either not ready or command failed status = %d\n",
                     status);
         break;
@@ -61,12 +61,12 @@ void Device::MonitorStep() {
     }
 }
 
-void Device::LeaveFailedEndpoints(int status) {
+void Device::LeaveFailedEndpoints(VantricStatus status) {
     const auto lock = Acquire();
     if (generation != workGeneration) {
         return; // what failed has been replaced meanwhile
     }
-    if (status != ToInt(VantricStatus::DISCOVERY_RUNNING) && useI2C) {
+    if (status != STATUS_DISCOVERY_RUNNING && useI2C) {
         StartWaiting();
         return;
     }

@@ -1,6 +1,8 @@
 /** One exchange with one endpoint, whatever carries it. */
 #pragma once
 
+#include "common/status.hpp"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -30,7 +32,7 @@ public:
 
     /** Sends the request and blocks until its response is there or given up. Called with the
      *  device's mutex held. Returns a VantricStatus value, 0 when the response was received. */
-    virtual int SendPacket(TransportPacket& packet) = 0;
+    virtual VantricStatus SendPacket(TransportPacket& packet) = 0;
 
     /** Writes length bytes in hexadecimal to the log, 16 in a line. Nothing for length 0 or less.
      */

@@ -3,7 +3,6 @@
 
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
-#include "dbus_handler/dbus_handler.hpp"
 #include "event_handler/notifications.hpp"
 
 #include <malloc.h>
@@ -57,7 +56,7 @@ void DeviceManager::ServePowerOffs(std::uint64_t heard) {
     }
     VANTRIC_LOG(LOG_LEVEL_TRACE, "EVENT_POWER_OFF Received deleting the devices\n");
     DeleteAllDevices();
-    DBusHandler::instance().ResetNumbering();
+    doors.publisher.ResetNumbering().LogFailure(LOG_LEVEL_ERROR);
     malloc_trim(0);
 }
 

@@ -3,7 +3,6 @@
 #include "accelerator/accelerator.hpp"
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
-#include "dbus_handler/dbus_handler.hpp"
 #include "devicemanager/device_classes.hpp"
 #include "memorydevice/memory_device.hpp"
 #include "nicdevice/nic_device.hpp"
@@ -29,18 +28,18 @@ public:
     NewEndPointsAtHand& operator=(const NewEndPointsAtHand&) = delete;
 };
 
-std::shared_ptr<Device> MakeDevice(const DeviceDetails& details) {
+std::shared_ptr<Device> MakeDevice(const DeviceDetails& details, const BusDoors& doors) {
     const std::string basePath(InventoryBasePath(details.deviceType));
     switch (details.deviceType) {
     case PCIE_CLASS_NIC:
     case PCIE_CLASS_INFINIBAND:
     case PCIE_CLASS_FIBRE_CHANNEL:
     case PCIE_CLASS_EMBEDDED_NIC:
-        return std::make_shared<NicDevice>(details, basePath);
+        return std::make_shared<NicDevice>(details, basePath, doors);
     case PCIE_CLASS_CXL_MEMORY:
-        return std::make_shared<MemoryDevice>(details, basePath);
+        return std::make_shared<MemoryDevice>(details, basePath, doors);
     case PCIE_CLASS_ACCELERATOR:
-        return std::make_shared<Accelerator>(details, basePath);
+        return std::make_shared<Accelerator>(details, basePath, doors);
     default:
         return nullptr;
     }
@@ -105,7 +104,7 @@ int DeviceManager::createDevice(const std::string& ldid, const DeviceDetails& de
     if (UpdateExistingDevice(ldid, details)) {
         return deviceExisted;
     }
-    const auto device = MakeDevice(details);
+    const auto device = MakeDevice(details, doors);
     if (!device) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Device type [%d] is not supported\n", details.deviceType);
         return deviceNotSupported;
@@ -142,7 +141,7 @@ void DeviceManager::RemoveUndiscoveredDevices() {
         return true;
     });
     if (devices.empty()) {
-        DBusHandler::instance().ResetNumbering();
+        doors.publisher.ResetNumbering().LogFailure(LOG_LEVEL_ERROR);
     }
 }
 

@@ -23,6 +23,9 @@ public:
     /** What a table shows, by LDID. */
     using DiscoveredMap = std::map<std::string, std::unique_ptr<DeviceDetails>>;
 
+    /** @param doors handed to every device; they outlive this */
+    explicit DeviceManager(const BusDoors& doors) : doors(doors) {}
+
     /** Body of the thread "PLDM_DevMgr": waits for the D-Bus side, attaches to MCTP, subscribes to
      *  notifications and serves host power off. Never returns. */
     void DevMgrThread();
@@ -48,6 +51,7 @@ private:
     void DeleteAllDevices();
     void TakeTable(const std::any& payload);
 
+    const BusDoors doors;
     std::unique_ptr<MctpClient> mctpClient;
     std::mutex tableMutex; ///< one table or power off at a time; before devicesMutex
     std::unordered_map<std::string, std::shared_ptr<Device>> devices; ///< by LDID; devicesMutex

@@ -1,7 +1,7 @@
 /** Which PCIe device stands in a slot. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
+#include "records/sensor.hpp"
 
 #include <cstdint>
 #include <string>

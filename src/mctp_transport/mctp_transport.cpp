@@ -30,7 +30,7 @@ MCTPTransport::~MCTPTransport() {
     MctpLinkClearRequest(eid, 0);
 }
 
-int MCTPTransport::SendPacket(TransportPacket& packet) {
+VantricStatus MCTPTransport::SendPacket(TransportPacket& packet) {
     auto record = std::make_unique<MctpLinkRequest>();
     const auto command = static_cast<std::uint8_t>(packet.command & 0xFF);
     Packet("CMD", slot, command, packet.requestBytes.data(),
@@ -48,7 +48,7 @@ int MCTPTransport::SendPacket(TransportPacket& packet) {
 
     for (int attempt = 1; attempt <= attemptLimit; ++attempt) {
         if (hostPowerState == HOST_POWER_OFF) {
-            return ToInt(VantricStatus::NOT_DELIVERED);
+            return STATUS_NOT_DELIVERED;
         }
         {
             // An answer to an earlier attempt must not count for this one, and one that comes
@@ -59,29 +59,29 @@ int MCTPTransport::SendPacket(TransportPacket& packet) {
         }
         if (MctpLinkSendRequest(record.get(), 0) != 0) {
             if (mctpDiscoveryRunning) {
-                return ToInt(VantricStatus::DISCOVERY_RUNNING);
+                return STATUS_DISCOVERY_RUNNING;
             }
             VANTRIC_LOG(LOG_LEVEL_WARNING, "Error sending packet through MCTP for EID = %d\n", eid);
-            return ToInt(VantricStatus::NOT_DELIVERED);
+            return STATUS_NOT_DELIVERED;
         }
         const Attempt outcome = WaitForResponse(packet, *record);
         if (outcome == Attempt::ANSWERED) {
-            return ToInt(VantricStatus::SUCCESS);
+            return STATUS_SUCCESS;
         }
         // Not under responseMutex: the library may wait here for a completion that is just running
         // and wants that mutex.
         MctpLinkClearRequest(eid, 0);
         if (outcome == Attempt::FAILED || hostPowerState == HOST_POWER_OFF) {
-            return ToInt(VantricStatus::NOT_DELIVERED);
+            return STATUS_NOT_DELIVERED;
         }
         VANTRIC_LOG(LOG_LEVEL_WARNING, "MCTP Timeout::For CMD = %x and EID = %d\n", packet.command,
                     eid);
         if (useNewEndPoints) {
             VANTRIC_LOG(LOG_LEVEL_TRACE, "Use new end points\n");
-            return ToInt(VantricStatus::NEW_END_POINTS);
+            return STATUS_NEW_END_POINTS;
         }
     }
-    return ToInt(VantricStatus::NO_RESPONSE);
+    return STATUS_NO_RESPONSE;
 }
 
 MCTPTransport::Attempt MCTPTransport::WaitForResponse(TransportPacket& packet,

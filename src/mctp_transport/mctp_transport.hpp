@@ -23,7 +23,7 @@ public:
     /** Monitor thread, with the device's mutex held; blocks up to 50 s. Gives up early when the
      *  host goes off, and when an attempt times out while a new endpoint table waits.
      *  Returns 0, or 3, 4, 8 or 9 of VantricStatus. */
-    int SendPacket(TransportPacket& packet) override;
+    VantricStatus SendPacket(TransportPacket& packet) override;
 
     /** Wakes the sender; called by the library's completion function on a thread of the library.
      *  A record of another endpoint is ignored. */

@@ -1,9 +1,7 @@
 #include "memorydevice/memory_device.hpp"
 
 #include "common/log.hpp"
-#include "common/post_request.hpp"
 #include "common/status.hpp"
-#include "dbus_handler/handlers.hpp"
 #include "modeling/paths.hpp"
 #include "modeling/reduced_sensor.hpp"
 
@@ -38,8 +36,9 @@ __Sensor MakeSensor(const __Temp_sensors& record) {
 
 } // namespace
 
-MemoryDevice::MemoryDevice(const DeviceDetails& details, const std::string& basePath)
-    : Device(details, basePath) {
+MemoryDevice::MemoryDevice(const DeviceDetails& details, const std::string& basePath,
+                           const BusDoors& doors)
+    : Device(details, basePath, doors) {
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Constructed MemoryDevice at slot %d\n", slotNumber);
 }
 
@@ -48,7 +47,7 @@ void MemoryDevice::InventoryTheDevice() {
         PauseAfterCycle();
         return; // the inventory is still what comes next
     }
-    if (GatherInventory() != 0) {
+    if (GatherInventory() != STATUS_SUCCESS) {
         GiveUpInventory();
         return;
     }
@@ -81,21 +80,18 @@ void MemoryDevice::UpdateDbusForTempSensor(const __Sensor& sensor) {
     request.inventoryPath = inventoryBasePath + std::to_string(slotNumber);
     request.entityName = word;
     request.slot = static_cast<std::uint8_t>(slotNumber);
-    const int result = PostRequest(dbusDataInsert, std::move(request));
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-    }
+    doors.publisher.InsertSensor(std::move(request)).LogFailure(LOG_LEVEL_TRACE);
 }
 
-int MemoryDevice::MonitorTheDevice() {
+VantricStatus MemoryDevice::MonitorTheDevice() {
     if (fwUpdateInProgress) {
         return PauseAfterCycle();
     }
     {
         const auto lock = BeginWork();
         for (const auto& endpoint : cmds) {
-            const int status = MonitorEndpoint(*endpoint);
-            if (status != ToInt(VantricStatus::SUCCESS)) {
+            const VantricStatus status = MonitorEndpoint(*endpoint);
+            if (status != STATUS_SUCCESS) {
                 return FailedCycle(status);
             }
         }
@@ -103,13 +99,13 @@ int MemoryDevice::MonitorTheDevice() {
     return PauseAfterCycle();
 }
 
-int MemoryDevice::MonitorEndpoint(PLDMCmds& endpoint) {
+VantricStatus MemoryDevice::MonitorEndpoint(PLDMCmds& endpoint) {
     if (PeriodicCheckIsDue() && RepositoryHasChanged(endpoint)) {
         ModelSensors();
     }
     ++monitorCycles;
     ReadingMap readings;
-    const int status = endpoint.GetAllSensorReading(readings);
+    const VantricStatus status = endpoint.GetAllSensorReading(readings);
     PublishReadings(readings, onlyController);
     return status;
 }

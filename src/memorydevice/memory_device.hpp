@@ -12,14 +12,14 @@ namespace vantric {
  * taking the device's mutex. */
 class MemoryDevice : public Device {
 public:
-    MemoryDevice(const DeviceDetails& details, const std::string& basePath);
+    MemoryDevice(const DeviceDetails& details, const std::string& basePath, const BusDoors& doors);
 
 protected:
     void InventoryTheDevice() override;
-    int MonitorTheDevice() override;
+    VantricStatus MonitorTheDevice() override;
 
 private:
-    int MonitorEndpoint(PLDMCmds& endpoint);
+    VantricStatus MonitorEndpoint(PLDMCmds& endpoint);
 
     /** Publishes the sensors of the first endpoint; any further one is polled, but not shown. */
     void ModelSensors();

@@ -7,7 +7,8 @@
 
 namespace vantric {
 
-Modeling::Modeling(ModelingParameters parameters) : device(std::move(parameters)) {}
+Modeling::Modeling(ModelingParameters parameters, Publisher& publisher)
+    : device(std::move(parameters)), publisher(publisher) {}
 
 Modeling::~Modeling() {
     try {

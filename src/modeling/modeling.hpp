@@ -1,11 +1,11 @@
 /** From what an endpoint told to the names that its sensors have on D-Bus. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
 #include "modeling/entity_tree.hpp"
 #include "modeling/sensor_place.hpp"
-#include "pldm_cmds/readings.hpp"
-#include "pldm_cmds/records.hpp"
+#include "publisher/publisher.hpp"
+#include "records/extracted_data.hpp"
+#include "records/readings.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -31,7 +31,8 @@ struct ModelingParameters {
  * channel doesn't take is logged and lost: the next inventory or poll makes another. */
 class Modeling {
 public:
-    explicit Modeling(ModelingParameters parameters);
+    /** @param publisher outlives this */
+    Modeling(ModelingParameters parameters, Publisher& publisher);
 
     /** Frees the tree and removes the device's objects, see DeleteDBUSPaths. */
     ~Modeling();
@@ -100,8 +101,8 @@ private:
 
     void UpdateDbusForNumericSensor(const __Sensor& sensor, const SensorPlace& place,
                                     std::uint8_t instance);
-    int PostNumericSensor(const __Sensor& sensor, const SensorPlace& place,
-                          std::uint16_t instance) const;
+    void PostNumericSensor(const __Sensor& sensor, const SensorPlace& place,
+                           std::uint16_t instance);
     void UpdateThermalSensorForAllLDIDs(std::uint16_t sensorId, std::int32_t value,
                                         std::uint8_t controller);
 
@@ -111,6 +112,7 @@ private:
     std::string StateTail(std::uint8_t controller) const;
 
     const ModelingParameters device;
+    Publisher& publisher;
     EntityTree tree;
     // Numbers given last. Each is a byte and wraps.
     std::uint8_t portCount = 0;      ///< port nodes of the tree

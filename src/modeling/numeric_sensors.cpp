@@ -2,12 +2,10 @@
 #include "modeling/modeling.hpp"
 
 #include "common/log.hpp"
-#include "common/post_request.hpp"
-#include "dbus_handler/handlers.hpp"
-#include "modeling/entity_types.hpp"
 #include "modeling/paths.hpp"
 #include "modeling/reduced_sensor.hpp"
 #include "modeling/virtual_board.hpp"
+#include "vocabulary/entity_types.hpp"
 
 #include <utility>
 
@@ -116,22 +114,16 @@ void Modeling::UpdateDbus(__Sensor sensor, bool flat, std::uint8_t controller) {
                             .resolvedLdid = {},
                             .inventoryPath = InventoryRoot() + ControllerPiece(controller),
                             .name = NameWithoutNode(sensor, flat, controller)};
-    const int result = PostNumericSensor(sensor, place, sensor.entityInstance);
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-    }
+    PostNumericSensor(sensor, place, sensor.entityInstance);
 }
 
 void Modeling::UpdateDbusForNumericSensor(const __Sensor& sensor, const SensorPlace& place,
                                           std::uint8_t instance) {
-    const int result = PostNumericSensor(sensor, place, instance);
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-    }
+    PostNumericSensor(sensor, place, instance);
 }
 
-int Modeling::PostNumericSensor(const __Sensor& sensor, const SensorPlace& place,
-                                std::uint16_t instance) const {
+void Modeling::PostNumericSensor(const __Sensor& sensor, const SensorPlace& place,
+                                 std::uint16_t instance) {
     SensorInsertRequest request;
     request.sensor = sensor;
     request.sensor.entityInstance = instance;
@@ -144,7 +136,7 @@ int Modeling::PostNumericSensor(const __Sensor& sensor, const SensorPlace& place
     request.slot = place.slot;
     request.identity = device.identity;
     request.cpuAffinity = device.cpuAffinity;
-    return PostRequest(dbusDataInsert, std::move(request));
+    publisher.InsertSensor(std::move(request)).LogFailure(LOG_LEVEL_TRACE);
 }
 
 } // namespace vantric

@@ -1,7 +1,7 @@
 #include "modeling/paths.hpp"
 
-#include "modeling/entity_types.hpp"
-#include "modeling/vocabulary/vocabulary.hpp"
+#include "vocabulary/entity_types.hpp"
+#include "vocabulary/vocabulary.hpp"
 
 #include <string_view>
 #include <vector>

@@ -1,8 +1,8 @@
 /** One occurrence of an entity in the tree that a device's Entity Association PDRs tell of. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
-#include "pldm_cmds/records.hpp"
+#include "records/extracted_data.hpp"
+#include "records/sensor.hpp"
 
 #include <compare>
 #include <cstdint>

@@ -1,8 +1,8 @@
 /** From a numeric sensor as its PDR describes it to what modeling carries of it. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
-#include "pldm_cmds/records.hpp"
+#include "records/extracted_data.hpp"
+#include "records/sensor.hpp"
 
 namespace vantric {
 

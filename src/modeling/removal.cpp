@@ -3,8 +3,6 @@
 
 #include "common/log.hpp"
 #include "common/pause.hpp"
-#include "common/post_request.hpp"
-#include "dbus_handler/handlers.hpp"
 
 #include <chrono>
 
@@ -18,7 +16,7 @@ constexpr std::chrono::seconds removalPause{2};
 } // namespace
 
 void Modeling::DeleteDBUSPaths(ClearMode mode) {
-    const int result = PostRequest(dbusClear, ClearRequest{device.ldid, device.slot, mode});
+    const int result = publisher.Clear({device.ldid, device.slot, mode}).ExecRet();
     if (result != 0) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "DeleteDBUSPaths ERROR for slot = %d, execRet = %d\n",
                     device.slot, result);

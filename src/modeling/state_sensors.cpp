@@ -2,11 +2,9 @@
 #include "modeling/modeling.hpp"
 
 #include "common/log.hpp"
-#include "common/post_request.hpp"
-#include "dbus_handler/handlers.hpp"
-#include "modeling/entity_types.hpp"
 #include "modeling/paths.hpp"
 #include "modeling/virtual_board.hpp"
+#include "vocabulary/entity_types.hpp"
 
 #include <utility>
 
@@ -93,10 +91,7 @@ void Modeling::UpdateDbus(StateSensorRequest request, bool flat, std::uint8_t co
     if (request.deviceLdid.empty()) {
         request.deviceLdid = device.ldid;
     }
-    const int result = PostRequest(dbusStateSensorDataInsert, std::move(request));
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-    }
+    publisher.InsertStateSensor(std::move(request)).LogFailure(LOG_LEVEL_TRACE);
 }
 
 void Modeling::PlaceWithoutNode(StateSensorRequest& request, bool flat, std::uint8_t controller) {

@@ -1,7 +1,7 @@
 #include "modeling/tree_builder.hpp"
 
 #include "common/log.hpp"
-#include "modeling/entity_types.hpp"
+#include "vocabulary/entity_types.hpp"
 
 namespace vantric {
 

@@ -2,8 +2,8 @@
 #include "modeling/modeling.hpp"
 
 #include "common/log.hpp"
-#include "modeling/entity_types.hpp"
 #include "modeling/paths.hpp"
+#include "vocabulary/entity_types.hpp"
 
 #include <vector>
 

@@ -2,10 +2,8 @@
 #include "modeling/modeling.hpp"
 
 #include "common/log.hpp"
-#include "common/post_request.hpp"
-#include "dbus_handler/handlers.hpp"
 #include "modeling/virtual_board.hpp"
-#include "modeling/vocabulary/vocabulary.hpp"
+#include "vocabulary/vocabulary.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -46,11 +44,8 @@ void Modeling::UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value,
     request.slot = device.slot;
     request.sensorKind = sensorKind;
     request.controller = controller;
-    const int result = PostRequest(dbusSetSensorValue, std::move(request));
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR,
-                    "OneWayChannel_Execute dbusSetSensorValue ERROR, execRet = %d\n", result);
-    }
+    publisher.SetSensorValue(std::move(request))
+        .LogFailure(LOG_LEVEL_ERROR, "OneWayChannel_Execute dbusSetSensorValue");
 }
 
 void Modeling::UpdateThermalSensorForAllLDIDs(std::uint16_t /*sensorId*/, std::int32_t value,
@@ -64,7 +59,7 @@ void Modeling::UpdateThermalSensorForAllLDIDs(std::uint16_t /*sensorId*/, std::i
         request.slot = device.slot;
         request.sensorKind = SENSOR_KIND_THERMAL;
         request.controller = controller;
-        const int result = PostRequest(dbusSetSensorValue, std::move(request));
+        const int result = publisher.SetSensorValue(std::move(request)).ExecRet();
         if (result != 0) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for virtual slot = %d, execRet = %d\n", slot,
                         result);
@@ -90,21 +85,13 @@ void Modeling::UpdateStateSensorValue(const StateChangeMap& readings, std::uint8
         }
         request.deviceLdid = device.ldid;
         request.searchKey = StateTail(controller) + std::to_string(sensorId);
-        const int result = PostRequest(dbusSetStateSensorValue, std::move(request));
-        if (result != 0) {
-            VANTRIC_LOG(LOG_LEVEL_TRACE, "OneWayChannel_Execute ERROR, execRet = %d\n", result);
-        }
+        publisher.SetStateSensorValue(std::move(request)).LogFailure(LOG_LEVEL_TRACE);
     }
 }
 
 void Modeling::UpdateDeviceHealthStatus(const std::string& text) {
-    const int result =
-        PostRequest(dbusUpdateDeviceHealthStatus,
-                    HealthStatusRequest{device.ldid, Look(healthSeverity, text, unknownSeverity)});
-    if (result != 0) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR,
-                    "OneWayChannel_Execute dbusSetHealthState ERROR, execRet = %d\n", result);
-    }
+    publisher.UpdateDeviceHealthStatus({device.ldid, Look(healthSeverity, text, unknownSeverity)})
+        .LogFailure(LOG_LEVEL_ERROR, "OneWayChannel_Execute dbusSetHealthState");
 }
 
 } // namespace vantric

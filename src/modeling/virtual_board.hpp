@@ -1,8 +1,8 @@
 /** The baseboard whose one endpoint speaks for eight accelerators and for the board itself. */
 #pragma once
 
-#include "dbus_handler/requests.hpp"
 #include "modeling/sensor_place.hpp"
+#include "publisher/requests.hpp"
 
 #include <cstdint>
 #include <string>

@@ -23,13 +23,14 @@ SensorKind KindOf(std::uint8_t baseUnit) {
 
 } // namespace
 
-NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath)
-    : Device(details, basePath) {
+NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath,
+                     const BusDoors& doors)
+    : Device(details, basePath, doors) {
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Constructed NicDevice at slot %d\n", slotNumber);
 }
 
 void NicDevice::InventoryTheDevice() {
-    if (GatherInventory() != 0) {
+    if (GatherInventory() != STATUS_SUCCESS) {
         GiveUpInventory();
         return;
     }
@@ -55,15 +56,15 @@ void NicDevice::ModelControllers() {
     }
 }
 
-int NicDevice::MonitorTheDevice() {
+VantricStatus NicDevice::MonitorTheDevice() {
     {
         const auto lock = BeginWork();
         std::uint8_t controller = 1;
         for (auto& endpoint : cmds) {
-            const int status = MonitorController(*endpoint, controller);
-            if (status != 0) {
+            const VantricStatus status = MonitorController(*endpoint, controller);
+            if (status != STATUS_SUCCESS) {
                 FailedCycle(status);
-                return ToleratesMonitorFailure() ? ToInt(VantricStatus::SUCCESS) : status;
+                return ToleratesMonitorFailure() ? STATUS_SUCCESS : status;
             }
             ++controller;
         }
@@ -71,7 +72,7 @@ int NicDevice::MonitorTheDevice() {
     return PauseAfterCycle();
 }
 
-int NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
+VantricStatus NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
     if (PeriodicCheckIsDue()) {
         RefreshFWVersion(endpoint, true);
         if (RepositoryHasChanged(endpoint)) {
@@ -79,9 +80,9 @@ int NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
         }
     }
     ReadingMap readings;
-    const int status = endpoint.GetAllSensorReading(readings);
+    const VantricStatus status = endpoint.GetAllSensorReading(readings);
     PublishReadings(readings, controller);
-    if (status != 0) {
+    if (status != STATUS_SUCCESS) {
         return status;
     }
     if (cmds.size() != 1 || StateSensorsAreDue()) {

@@ -8,14 +8,14 @@ namespace vantric {
 /** The full case of a device: several controllers, and patience with failures over I2C. */
 class NicDevice : public Device {
 public:
-    NicDevice(const DeviceDetails& details, const std::string& basePath);
+    NicDevice(const DeviceDetails& details, const std::string& basePath, const BusDoors& doors);
 
 protected:
     void InventoryTheDevice() override;
-    int MonitorTheDevice() override;
+    VantricStatus MonitorTheDevice() override;
 
 private:
-    int MonitorController(PLDMCmds& endpoint, std::uint8_t controller);
+    VantricStatus MonitorController(PLDMCmds& endpoint, std::uint8_t controller);
     void ModelControllers();
     bool ToleratesMonitorFailure();
 

@@ -6,25 +6,26 @@
 
 namespace vantric {
 
-int PLDMCmds::GetPLDMCommandsStatus(std::uint32_t completionCode, std::uint16_t sensorID) const {
+VantricStatus PLDMCmds::GetPLDMCommandsStatus(std::uint32_t completionCode,
+                                              std::uint16_t sensorID) const {
     switch (completionCode) {
     case PLDM_SUCCESS:
-        return ToInt(VantricStatus::SUCCESS);
+        return STATUS_SUCCESS;
     case PLDM_ERROR:
         VANTRIC_LOG(LOG_LEVEL_ERROR, "CMD failed for EID = %d\n", Eid());
-        throw VantricStatus::COMMAND_FAILED;
+        throw STATUS_COMMAND_FAILED;
     case PLDM_NOT_READY:
     case PLDM_SENSOR_NOT_READY:
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Device is not ready for EID = %d\n", Eid());
-        throw VantricStatus::DEVICE_NOT_READY;
+        throw STATUS_DEVICE_NOT_READY;
     case PLDM_UNSUPPORTED_COMMAND:
-        return ToInt(VantricStatus::NOT_SUPPORTED);
+        return STATUS_NOT_SUPPORTED;
     case PLDM_INVALID_SENSOR_ID:
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Invalid Sensor ID = %d\n", sensorID);
-        return ToInt(VantricStatus::INVALID_OR_CHANGED);
+        return STATUS_INVALID_OR_CHANGED;
     default:
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error = %d\n", Eid(), completionCode);
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
 }
 

@@ -25,14 +25,14 @@ struct PldmRequest {
 class PldmResponse {
 public:
     /** An exchange that failed with a status of the transport. */
-    explicit PldmResponse(int status) : status(status) {}
+    explicit PldmResponse(VantricStatus status) : status(status) {}
 
     /** An exchange that succeeded, with the bytes received. */
     explicit PldmResponse(std::vector<std::uint8_t> received) : bytes(std::move(received)) {}
 
     /** The transport's VantricStatus value. */
-    int Status() const { return status; }
-    bool Failed() const { return status != ToInt(VantricStatus::SUCCESS); }
+    VantricStatus Status() const { return status; }
+    bool Failed() const { return status != STATUS_SUCCESS; }
 
     std::uint8_t CompletionCode() const { return At<std::uint8_t>(completionCodeOffset); }
 
@@ -53,7 +53,7 @@ public:
 private:
     static constexpr std::size_t completionCodeOffset = 3;
 
-    int status = ToInt(VantricStatus::SUCCESS);
+    VantricStatus status = STATUS_SUCCESS;
     std::vector<std::uint8_t> bytes;
 };
 

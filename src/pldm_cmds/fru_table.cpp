@@ -22,10 +22,10 @@ constexpr std::uint32_t firstHandle = 1;
 
 } // namespace
 
-int PLDMCmds::GetFRUMetaData() {
+VantricStatus PLDMCmds::GetFRUMetaData() {
     if (!extractedData->supportedTypes.contains(PLDM_FRU)) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM FRU not supported for EID = %d\n", Eid());
-        return ToInt(VantricStatus::NOT_SUPPORTED);
+        return STATUS_NOT_SUPPORTED;
     }
     const auto response = Exchange({.type = PLDM_FRU,
                                     .command = CMD_GET_FRU_RECORD_TABLE_METADATA,
@@ -33,22 +33,22 @@ int PLDMCmds::GetFRUMetaData() {
                                     .capacity = metadataCapacity});
     if (response.Failed()) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     extractedData->fruTableLength = response.At<std::uint32_t>(tableLengthOffset);
     extractedData->fruRecordCount = response.At<std::uint16_t>(recordCountOffset);
     VANTRIC_LOG(LOG_LEVEL_TRACE, "FRU Table Length = %d\n", extractedData->fruTableLength);
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Total Number of Records in Table = %d\n",
                 extractedData->fruRecordCount);
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::GetFRUContents() {
+VantricStatus PLDMCmds::GetFRUContents() {
     const auto length = static_cast<std::uint16_t>(extractedData->fruTableLength);
     MultipartAssembly assembly(limits::fruTableSize);
     std::uint32_t handle = firstHandle;
@@ -69,12 +69,12 @@ int PLDMCmds::GetFRUContents() {
                       .spare = 0});
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
 
         const auto nextHandle = response.At<std::uint32_t>(nextHandleOffset);
@@ -99,10 +99,10 @@ int PLDMCmds::GetFRUContents() {
             if (assembly.HasBytes()) {
                 takeTable();
             }
-            return ToInt(tables > 0 ? VantricStatus::SUCCESS : VantricStatus::FAILURE);
+            return tables > 0 ? STATUS_SUCCESS : STATUS_FAILURE;
         }
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
 } // namespace vantric

@@ -1,11 +1,11 @@
 /** SetNumericSensorEnable and GetSensorReading: the numeric poll (DSP0248). */
 #include "common/byte_writer.hpp"
 #include "common/log.hpp"
-#include "common/reading.hpp"
 #include "pldm_cmds/exchange.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
 #include "pldm_cmds/sensor_conversion.hpp"
+#include "vocabulary/reading.hpp"
 
 #include <algorithm>
 
@@ -73,7 +73,7 @@ double TakeReading(const PldmResponse& response, __Temp_sensors& sensor) {
 
 } // namespace
 
-int PLDMCmds::SetNumericeSensorEnable() {
+VantricStatus PLDMCmds::SetNumericeSensorEnable() {
     for (const auto& sensor : extractedData->numericSensors) {
         if (sensor->sensorInit != initEnable) {
             continue;
@@ -88,32 +88,32 @@ int PLDMCmds::SetNumericeSensorEnable() {
                                         .capacity = enableCapacity});
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Sensor %d Enabled for EID = %d\n", sensor->sensorID, Eid());
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor,
-                               ReadingMap& readings) {
+VantricStatus PLDMCmds::GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor,
+                                         ReadingMap& readings) {
     if (!sensor) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "sensor is nullptr\n");
-        return ToInt(VantricStatus::SUCCESS);
+        return STATUS_SUCCESS;
     }
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Sensor ID = %d\n", sensor->sensorID);
 
-    VantricStatus failure = VantricStatus::SUCCESS;
+    VantricStatus failure = STATUS_SUCCESS;
     std::int32_t value = readingUnavailable;
     try {
         if (!mTransportPtr) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "mTransportPtr is nullptr\n");
-            throw VantricStatus::FAILURE;
+            throw STATUS_FAILURE;
         }
         const auto response =
             Exchange({.type = PLDM_PLATFORM,
@@ -123,22 +123,22 @@ int PLDMCmds::GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor,
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", Eid(),
                         response.Status());
-            throw static_cast<VantricStatus>(response.Status());
+            throw response.Status();
         }
-        const int status = GetPLDMCommandsStatus(response.CompletionCode(), sensor->sensorID);
-        if (status != ToInt(VantricStatus::SUCCESS)) {
+        const VantricStatus status =
+            GetPLDMCommandsStatus(response.CompletionCode(), sensor->sensorID);
+        if (status != STATUS_SUCCESS) {
             return status;
         }
         value = ScaleValue(TakeReading(response, *sensor), sensor->unitModifier);
     } catch (const VantricStatus& status) {
         failure = status;
     } catch (...) {
-        failure = VantricStatus::FAILURE;
+        failure = STATUS_FAILURE;
     }
 
     // These two pass by themselves: the last value stands meanwhile.
-    const bool passing =
-        failure == VantricStatus::DISCOVERY_RUNNING || failure == VantricStatus::DEVICE_NOT_READY;
+    const bool passing = failure == STATUS_DISCOVERY_RUNNING || failure == STATUS_DEVICE_NOT_READY;
     if (!passing && sensor->temperature != value) {
         sensor->temperature = value;
         readings[sensor->sensorID] = {sensor->sensorNeededFor, value};
@@ -147,37 +147,36 @@ int PLDMCmds::GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor,
                     slot, sensor->sensorID, sensor->sensorOpernlState, sensor->presentState,
                     sensor->temperature);
     }
-    return ToInt(failure);
+    return failure;
 }
 
-int PLDMCmds::GetSensorReading(std::uint16_t sensorID, ReadingMap& readings) {
+VantricStatus PLDMCmds::GetSensorReading(std::uint16_t sensorID, ReadingMap& readings) {
     const auto& sensors = extractedData->numericSensors;
     const auto found = std::ranges::find_if(
         sensors, [sensorID](const auto& sensor) { return sensor->sensorID == sensorID; });
     if (found == sensors.end()) {
-        return ToInt(VantricStatus::SUCCESS);
+        return STATUS_SUCCESS;
     }
-    const int status = GetSensorReading(*found, readings);
-    if (status != ToInt(VantricStatus::SUCCESS) &&
-        status != ToInt(VantricStatus::DISCOVERY_RUNNING) &&
-        status != ToInt(VantricStatus::NEW_END_POINTS)) {
+    const VantricStatus status = GetSensorReading(*found, readings);
+    if (status != STATUS_SUCCESS && status != STATUS_DISCOVERY_RUNNING &&
+        status != STATUS_NEW_END_POINTS) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for Slot:[%d] and SensorID=[%d]\n", slot, sensorID);
     }
     return status;
 }
 
-int PLDMCmds::GetAllSensorReading(ReadingMap& readings) {
+VantricStatus PLDMCmds::GetAllSensorReading(ReadingMap& readings) {
     // The copy keeps the records alive for the whole poll.
     const auto sensors = extractedData->numericSensors;
-    int result = ToInt(VantricStatus::SUCCESS);
+    VantricStatus result = STATUS_SUCCESS;
     for (const auto& sensor : sensors) {
-        const int status = GetSensorReading(sensor, readings);
-        switch (static_cast<VantricStatus>(status)) {
-        case VantricStatus::SUCCESS:
+        const VantricStatus status = GetSensorReading(sensor, readings);
+        switch (status) {
+        case STATUS_SUCCESS:
             break;
-        case VantricStatus::DISCOVERY_RUNNING:
-        case VantricStatus::NEW_END_POINTS:
-        case VantricStatus::INVALID_OR_CHANGED:
+        case STATUS_DISCOVERY_RUNNING:
+        case STATUS_NEW_END_POINTS:
+        case STATUS_INVALID_OR_CHANGED:
             return status;
         default:
             VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for Slot:[%d] and SensorID=[%d]\n", slot,

@@ -1,9 +1,9 @@
 /** Entity Association PDR, type 15 (DSP0248). */
-#include "modeling/vocabulary/vocabulary.hpp"
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "vocabulary/vocabulary.hpp"
 
 namespace vantric {
 

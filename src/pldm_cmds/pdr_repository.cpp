@@ -26,7 +26,7 @@ bool PLDMCmds::IsPDRChanged(const Timestamp104& updateTime) const {
     return updateTime != extractedData->PDRUpdatetime;
 }
 
-int PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
+VantricStatus PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
     const bool forced = forceRead != 0;
     const auto response = Exchange({.type = PLDM_PLATFORM,
                                     .command = CMD_GET_PDR_REPOSITORY_INFO,
@@ -34,16 +34,16 @@ int PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
                                     .capacity = repositoryInfoCapacity});
     if (response.Failed()) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code is %d\n", Eid(),
                     response.CompletionCode());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     if (response.At<std::uint8_t>(repositoryStateOffset) != repositoryAvailable) {
         // The endpoint is still at work on it. The update time stays, so a later call sees it.
-        return ToInt(VantricStatus::SUCCESS);
+        return STATUS_SUCCESS;
     }
 
     auto& data = *extractedData;
@@ -55,7 +55,7 @@ int PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
     ByteReader reader(response.From(updateTimeOffset));
     const auto updateTime = ReadTimestamp104(reader);
     if (!IsPDRChanged(updateTime) && !forced) {
-        return ToInt(VantricStatus::SUCCESS);
+        return STATUS_SUCCESS;
     }
     data.PDRUpdatetime = updateTime;
     data.numericSensors.clear();
@@ -64,10 +64,10 @@ int PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
     data.entityAssociations.clear();
     VANTRIC_LOG(LOG_LEVEL_TRACE, "PDR Changed!!!\n");
 
-    if (GetPDR() != ToInt(VantricStatus::SUCCESS)) {
-        return ToInt(VantricStatus::FAILURE);
+    if (GetPDR() != STATUS_SUCCESS) {
+        return STATUS_FAILURE;
     }
-    return ToInt(forced ? VantricStatus::SUCCESS : VantricStatus::INVALID_OR_CHANGED);
+    return forced ? STATUS_SUCCESS : STATUS_INVALID_OR_CHANGED;
 }
 
 } // namespace vantric

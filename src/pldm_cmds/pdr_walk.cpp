@@ -87,10 +87,10 @@ std::size_t PLDMCmds::PdrCapacity() const {
     return std::min(claimed, limits::recordSize) + responseOverhead;
 }
 
-int PLDMCmds::GetPDR() {
+VantricStatus PLDMCmds::GetPDR() {
     const auto giveUp = [this] {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", Eid());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     };
     MultipartAssembly assembly(limits::recordSize);
     PdrPosition position;
@@ -101,12 +101,12 @@ int PLDMCmds::GetPDR() {
             Exchange(MakeRequest(position, extractedData->iLargestRecordSize, PdrCapacity()));
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
 
         const auto flag = response.At<std::uint8_t>(transferFlagOffset);
@@ -144,7 +144,7 @@ int PLDMCmds::GetPDR() {
                     "Mismatch in expected PDR Count (%d) and received PDR Count(%d)\n",
                     extractedData->iRecordCount, received);
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
 } // namespace vantric

@@ -47,7 +47,7 @@ std::vector<std::uint16_t> PLDMCmds::GetAllSensorIDs() const {
 
 PldmResponse PLDMCmds::Exchange(const PldmRequest& request) {
     if (!mTransportPtr) {
-        return PldmResponse(ToInt(VantricStatus::FAILURE));
+        return PldmResponse(STATUS_FAILURE);
     }
     instanceId = static_cast<std::uint8_t>((instanceId + 1) % instanceIdCount);
 
@@ -64,7 +64,7 @@ PldmResponse PLDMCmds::Exchange(const PldmRequest& request) {
     packet.responseLength = static_cast<std::uint32_t>(request.capacity);
 
     lastStatus = mTransportPtr->SendPacket(packet);
-    if (lastStatus != ToInt(VantricStatus::SUCCESS)) {
+    if (lastStatus != STATUS_SUCCESS) {
         return PldmResponse(lastStatus);
     }
     const std::size_t received = std::min({static_cast<std::size_t>(packet.responseLength),

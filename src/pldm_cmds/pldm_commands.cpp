@@ -16,7 +16,7 @@ constexpr std::size_t bitsInByte = 8;
 
 } // namespace
 
-int PLDMCmds::GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version) {
+VantricStatus PLDMCmds::GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version) {
     const auto typeByte = static_cast<std::uint8_t>(type);
     const auto response = Exchange({.type = PLDM_BASE,
                                     .command = CMD_GET_PLDM_COMMANDS,
@@ -24,18 +24,18 @@ int PLDMCmds::GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version) {
                                     .capacity = commandsCapacity});
     if (response.Failed()) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
 
     const auto field = response.From(commandsOffset);
     const auto supported = extractedData->supportedTypes.find(typeByte);
     if (field.empty() || supported == extractedData->supportedTypes.end()) {
-        return ToInt(VantricStatus::SUCCESS);
+        return STATUS_SUCCESS;
     }
     CommandSet& commands = supported->second[version];
     for (std::size_t bit = 0; bit < field.size() * bitsInByte; ++bit) {
@@ -43,32 +43,32 @@ int PLDMCmds::GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version) {
             commands[bit % commands.size()] = 1;
         }
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::GetSupportedCmdsForType(std::uint8_t type) {
+VantricStatus PLDMCmds::GetSupportedCmdsForType(std::uint8_t type) {
     const auto supported = extractedData->supportedTypes.find(type);
     if (supported == extractedData->supportedTypes.end()) {
-        return ToInt(VantricStatus::SUCCESS);
+        return STATUS_SUCCESS;
     }
     for (const auto& [version, commands] : supported->second) {
-        if (GetSupportedPLDMCmds(type, version) != ToInt(VantricStatus::SUCCESS)) {
-            return ToInt(VantricStatus::FAILURE);
+        if (GetSupportedPLDMCmds(type, version) != STATUS_SUCCESS) {
+            return STATUS_FAILURE;
         }
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::GetSupportedCmds(std::uint32_t type) {
+VantricStatus PLDMCmds::GetSupportedCmds(std::uint32_t type) {
     if (type != allPldmTypes) {
         return GetSupportedCmdsForType(static_cast<std::uint8_t>(type));
     }
     for (const std::uint8_t inUse : typesInUse) {
-        if (GetSupportedCmdsForType(inUse) != ToInt(VantricStatus::SUCCESS)) {
-            return ToInt(VantricStatus::FAILURE);
+        if (GetSupportedCmdsForType(inUse) != STATUS_SUCCESS) {
+            return STATUS_FAILURE;
         }
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
 } // namespace vantric

@@ -17,17 +17,17 @@ constexpr std::size_t tidOffset = 4;
 
 } // namespace
 
-int PLDMCmds::GetPLDMTypes() {
+VantricStatus PLDMCmds::GetPLDMTypes() {
     const auto response = Exchange(
         {.type = PLDM_BASE, .command = CMD_GET_PLDM_TYPES, .data = {}, .capacity = typesCapacity});
     if (response.Failed()) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
 
     const auto types = response.At<std::uint64_t>(typesOffset);
@@ -36,23 +36,23 @@ int PLDMCmds::GetPLDMTypes() {
             extractedData->supportedTypes.try_emplace(type);
         }
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::GetTID() {
+VantricStatus PLDMCmds::GetTID() {
     const auto response =
         Exchange({.type = PLDM_BASE, .command = CMD_GET_TID, .data = {}, .capacity = tidCapacity});
     if (response.Failed()) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     extractedData->TID = response.At<std::uint8_t>(tidOffset);
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
 } // namespace vantric

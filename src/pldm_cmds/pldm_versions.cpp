@@ -40,10 +40,10 @@ bool TakeVersions(std::span<const std::uint8_t> data, VersionMap& versions) {
 
 } // namespace
 
-int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
+VantricStatus PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
     const auto supported = extractedData->supportedTypes.find(type);
     if (supported == extractedData->supportedTypes.end()) {
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
 
     std::uint32_t handle = 0;
@@ -58,29 +58,29 @@ int PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
                       .capacity = versionCapacity});
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
         if (response.CompletionCode() != PLDM_SUCCESS) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
         exchanges += 1;
         const bool taken = TakeVersions(response.From(versionDataOffset), supported->second);
         if (!taken || exchanges > limits::versionsOfType) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Too many versions of type %d for EID = %d\n", type,
                         Eid());
-            return ToInt(VantricStatus::FAILURE);
+            return STATUS_FAILURE;
         }
         const auto flag = response.At<std::uint8_t>(transferFlagOffset);
         handle = response.At<std::uint32_t>(nextHandleOffset);
         operation = GET_NEXT_PART;
         more = (flag == TRANSFER_START || flag == TRANSFER_LAST) && handle != 0;
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::GetPLDMVersions(std::uint32_t type) {
+VantricStatus PLDMCmds::GetPLDMVersions(std::uint32_t type) {
     if (type != allPldmTypes) {
         return GetPLDMVersionForType(static_cast<std::uint8_t>(type));
     }
@@ -88,27 +88,27 @@ int PLDMCmds::GetPLDMVersions(std::uint32_t type) {
         // An endpoint that refuses this for a type goes on without versions of it.
         GetPLDMVersionForType(inUse);
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::SelectPLDMVersion(std::uint8_t type, std::uint32_t version) {
+VantricStatus PLDMCmds::SelectPLDMVersion(std::uint8_t type, std::uint32_t version) {
     const auto response = Exchange({.type = PLDM_BASE,
                                     .command = CMD_SELECT_PLDM_VERSION,
                                     .data = ByteWriter().Write(type).Write(version).Finish(),
                                     .capacity = selectCapacity});
     if (response.Failed()) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
     if (response.CompletionCode() != PLDM_SUCCESS) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                     response.CompletionCode());
-        return ToInt(VantricStatus::FAILURE);
+        return STATUS_FAILURE;
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
-int PLDMCmds::SelectPLDMVersions() {
+VantricStatus PLDMCmds::SelectPLDMVersions() {
     for (const auto& [type, versions] : extractedData->supportedTypes) {
         const auto minimum = MinimumVersion(type);
         for (const auto& [version, commands] : versions) {
@@ -117,7 +117,7 @@ int PLDMCmds::SelectPLDMVersions() {
             }
         }
     }
-    return ToInt(VantricStatus::SUCCESS);
+    return STATUS_SUCCESS;
 }
 
 } // namespace vantric

@@ -1,6 +1,6 @@
 #include "pldm_cmds/sensor_conversion.hpp"
 
-#include "common/reading.hpp"
+#include "vocabulary/reading.hpp"
 
 #include <cmath>
 #include <limits>

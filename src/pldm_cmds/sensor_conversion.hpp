@@ -1,7 +1,7 @@
 /** From a raw reading to the whole number that the rest of the daemon works with. */
 #pragma once
 
-#include "pldm_cmds/records.hpp"
+#include "records/extracted_data.hpp"
 
 #include <cstdint>
 

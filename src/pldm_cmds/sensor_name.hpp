@@ -1,7 +1,7 @@
 /** Names of numeric sensors that have none of their own. */
 #pragma once
 
-#include "common/reading.hpp"
+#include "vocabulary/reading.hpp"
 
 #include <cstdint>
 #include <string>

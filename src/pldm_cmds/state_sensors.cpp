@@ -62,8 +62,8 @@ void ForgetStates(_StateSensors& sensor) {
 
 } // namespace
 
-int PLDMCmds::GetStateSensorReading(StateChangeMap& changes) {
-    int result = ToInt(VantricStatus::SUCCESS);
+VantricStatus PLDMCmds::GetStateSensorReading(StateChangeMap& changes) {
+    VantricStatus result = STATUS_SUCCESS;
     for (const auto& sensor : extractedData->stateSensors) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "StateSensorID = %d\n", sensor->sensorId);
         const auto response = Exchange(
@@ -71,16 +71,16 @@ int PLDMCmds::GetStateSensorReading(StateChangeMap& changes) {
              .command = CMD_GET_STATE_SENSOR_READINGS,
              .data = ByteWriter().Write(sensor->sensorId).Write(noRearm).Write(reserved).Finish(),
              .capacity = stateReadingCapacity});
-        int status = response.Status();
+        VantricStatus status = response.Status();
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", Eid(),
                         status);
         } else if (response.CompletionCode() != PLDM_SUCCESS) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
                         response.CompletionCode());
-            status = ToInt(VantricStatus::FAILURE);
+            status = STATUS_FAILURE;
         }
-        if (status != ToInt(VantricStatus::SUCCESS)) {
+        if (status != STATUS_SUCCESS) {
             result = status;
             ForgetStates(*sensor);
             if (!sensor->compositeSensors.empty()) {

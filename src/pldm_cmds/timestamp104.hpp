@@ -2,7 +2,7 @@
 #pragma once
 
 #include "common/byte_reader.hpp"
-#include "pldm_cmds/records.hpp"
+#include "records/extracted_data.hpp"
 
 namespace vantric {
 

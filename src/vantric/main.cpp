@@ -1,6 +1,7 @@
 /** The daemon: brings up the D-Bus side and the device manager, and runs the main event loop. */
 #include "common/log.hpp"
 #include "common/thread_name.hpp"
+#include "dbus_handler/channel_publisher.hpp"
 #include "dbus_handler/dbus_handler.hpp"
 #include "devicemanager/device_manager.hpp"
 
@@ -26,7 +27,9 @@ int main() {
     VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM Modeling process started.\n");
 
     DBusHandler& dbusHandler = DBusHandler::instance();
-    const auto deviceManager = std::make_unique<DeviceManager>();
+    ChannelPublisher publisher;
+    const auto deviceManager =
+        std::make_unique<DeviceManager>(BusDoors{.publisher = publisher, .udids = dbusHandler});
     std::thread deviceManagerThread(&DeviceManager::DevMgrThread, deviceManager.get());
     NameThread(deviceManagerThread, "PLDM_DevMgr");
 

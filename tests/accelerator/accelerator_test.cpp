@@ -4,9 +4,8 @@
 
 #include "accelerator/played_sct.hpp"
 #include "support/captured_log.hpp"
-#include "support/immediate_channel.hpp"
 #include "support/played_device.hpp"
-#include "support/posted_requests.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 
 #include <gtest/gtest.h>
@@ -29,7 +28,7 @@ protected:
     }
 
     ~AcceleratorTest() override {
-        SetChannelResult(0);
+        SetPostResult(0);
         device.reset();
         TakePosted();
         TakePauses();
@@ -212,10 +211,10 @@ protected:
 };
 
 TEST_F(BoardTest, HasNineInventoryObjects) {
-    SetChannelResult(-12);
+    SetPostResult(-12);
     Inventory();
     EXPECT_EQ(log.Count(1, "OneWayChannel_Execute ERROR, execRet = -12\n"), 9);
-    SetChannelResult(0);
+    SetPostResult(0);
     const auto posted = Inventory();
     std::vector<std::string> expected{base + "5 ", "/xyz/openbmc_project/inventory/system/UBB "
                                                    "UBB.Integrated.1-1"};

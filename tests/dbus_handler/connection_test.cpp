@@ -148,7 +148,7 @@ TEST(Connection, DoesNotCrashWithoutABus) {
         }
         handler.SetSensorValue({});
         handler.Clear("NIC.Slot.3", false);
-        handler.ResetNumbering();
+        handler.ForgetNumbering();
         return handler.getUDIDPropertyVal(3, 29).empty() ? handler.Run() + 10 : 0;
     });
     EXPECT_EQ(EXIT_FAILURE + 10, child.Ends());

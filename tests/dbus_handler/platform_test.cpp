@@ -188,7 +188,7 @@ TEST_F(Platform, RetypesByWhatTheSensorFirstWasSinceTheReset) {
         Do(dbusDataInsert, optics);
         handler.Clear(card, true);
         if (reset) {
-            handler.ResetNumbering();
+            publisher.ResetNumbering().LogFailure(LOG_LEVEL_ERROR);
             Sent();
         }
         Do(dbusDataInsert, CardSensor());
@@ -261,17 +261,17 @@ TEST_F(Platform, KnowsUdids) {
     services.Set(slot,
                  PlatformServices::Pairs{
                      {"0x1D", "upper"}, {"0x1d", "first"}, {"0x1d", "second"}, {"0x0", "nil"}});
-    EXPECT_EQ("first", DBusHandler::getUDIDPropertyVal(3, 29));
-    EXPECT_EQ("nil", DBusHandler::getUDIDPropertyVal(3, 0));
-    EXPECT_EQ("", DBusHandler::getUDIDPropertyVal(3, 13));
+    EXPECT_EQ("first", handler.getUDIDPropertyVal(3, 29));
+    EXPECT_EQ("nil", handler.getUDIDPropertyVal(3, 0));
+    EXPECT_EQ("", handler.getUDIDPropertyVal(3, 13));
     EXPECT_EQ("com.korv.bmc.arp.arp " + slot + " com.korv.bmc.arp.arp UDIDInfo",
               services.TakeReads().at(0));
     services.Set(slot, PlatformServices::Pairs{});
-    EXPECT_EQ("", DBusHandler::getUDIDPropertyVal(3, 29));
+    EXPECT_EQ("", handler.getUDIDPropertyVal(3, 29));
     services.Set(slot, "text");
-    EXPECT_EQ("", DBusHandler::getUDIDPropertyVal(3, 29));
+    EXPECT_EQ("", handler.getUDIDPropertyVal(3, 29));
     EXPECT_EQ(Texts{}, TakeLog());
-    EXPECT_EQ("", DBusHandler::getUDIDPropertyVal(9, 29));
+    EXPECT_EQ("", handler.getUDIDPropertyVal(9, 29));
     const auto log = TakeLog();
     ASSERT_EQ(1U, log.size());
     EXPECT_TRUE(log[0].starts_with("4 getUDIDPropertyVal: UDID dbus is not having details for "
@@ -286,10 +286,10 @@ TEST_F(Platform, MayRetypeAndResetWhileReadingsCome) {
         threads.emplace_back([this] {
             for (int round = 0; round < 10; ++round) {
                 handler.UpdateSensorType(3);
-                handler.ResetNumbering();
-                PostRequest(dbusDataInsert, CardSensor());
-                PostRequest(dbusSetSensorValue, Reading(round));
-                PostRequest(dbusClear, ClearRequest{card, 3, CLEAR_SENSORS});
+                EXPECT_EQ(publisher.ResetNumbering().ExecRet(), 0);
+                EXPECT_EQ(publisher.InsertSensor(CardSensor()).ExecRet(), 0);
+                EXPECT_EQ(publisher.SetSensorValue(Reading(round)).ExecRet(), 0);
+                EXPECT_EQ(publisher.Clear({card, 3, CLEAR_SENSORS}).ExecRet(), 0);
             }
         });
     }

@@ -6,7 +6,8 @@
 #include "dbus_handler/log_recorder.hpp"
 #include "support/bus_client.hpp"
 
-#include "common/post_request.hpp"
+#include "dbus_handler/channel_publisher.hpp"
+#include "dbus_handler/post_request.hpp"
 
 #include <gtest/gtest.h>
 
@@ -68,6 +69,7 @@ protected:
     }
 
     DBusHandler& handler = DBusHandler::instance();
+    ChannelPublisher publisher;
     BusClient client;
 };
 

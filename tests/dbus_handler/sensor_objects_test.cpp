@@ -200,7 +200,7 @@ TEST_F(SensorObjects, KeepTheirNumbersUntilTheReset) {
     EXPECT_EQ(fresh, numbers(false)) << "they have come back";
     Do(dbusDataInsert, CardSensor());
     EXPECT_EQ("153", Object(sensorsRoot, CardSensorPath()).at("ThermalSensor").at("Instance"));
-    handler.ResetNumbering();
+    publisher.ResetNumbering().LogFailure(LOG_LEVEL_ERROR);
     Sent();
     EXPECT_EQ(fresh, numbers(true));
 }

@@ -3,7 +3,7 @@
 
 #include "support/captured_log.hpp"
 #include "support/eventually.hpp"
-#include "support/posted_requests.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include "common/process_flags.hpp"
 #include "common/status.hpp"
 #include "mctp_transport/played_link.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 
 #include <algorithm>
@@ -111,7 +112,7 @@ DeviceState Story::LastState() const {
 
 StagedDevice::StagedDevice(const std::string& ldid, const std::string& now, std::string next,
                            Story& story)
-    : Device(Details(ldid, now), "/base/"), story(story), next(std::move(next)) {
+    : Device(Details(ldid, now), "/base/", RecordingDoors()), story(story), next(std::move(next)) {
     card.Add({});
     OnPause([this](std::chrono::seconds duration) { Rest(duration); });
 }
@@ -138,7 +139,7 @@ void StagedDevice::InventoryTheDevice() {
     }
 }
 
-int StagedDevice::MonitorTheDevice() {
+VantricStatus StagedDevice::MonitorTheDevice() {
     const auto due = story.Due();
     {
         const auto lock = BeginWork();
@@ -152,7 +153,7 @@ int StagedDevice::MonitorTheDevice() {
         BringTable();
     }
     AwaitTable();
-    return due.status;
+    return static_cast<VantricStatus>(due.status);
 }
 
 int StagedDevice::Answer(MctpLinkRequest& request, const Story::Step& due) {
@@ -160,7 +161,7 @@ int StagedDevice::Answer(MctpLinkRequest& request, const Story::Step& due) {
     if (!askedEids.ends_with(eid)) {
         askedEids += (askedEids.empty() ? "" : ",") + eid;
     }
-    if (due.status == ToInt(VantricStatus::NEW_END_POINTS)) {
+    if (due.status == STATUS_NEW_END_POINTS) {
         // No answer; the table for which the command gives way is this device's or another's.
         if (due.table) {
             BringTable();

@@ -68,7 +68,7 @@ public:
 
 protected:
     void InventoryTheDevice() override;
-    int MonitorTheDevice() override;
+    VantricStatus MonitorTheDevice() override;
 
 private:
     void Work(const char* kind, const Story::Step& due);

@@ -2,7 +2,7 @@
 #include "device/device.hpp"
 
 #include "support/eventually.hpp"
-#include "support/posted_requests.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 #include "support/threads.hpp"
 
@@ -30,7 +30,7 @@ DeviceDetails Details() {
  *  has to wait until the cycle lets go of the device. */
 class ImpatientDevice : public Device {
 public:
-    ImpatientDevice() : Device(Details(), "/base/") {}
+    ImpatientDevice() : Device(Details(), "/base/", RecordingDoors()) {}
     ~ImpatientDevice() override {
         if (table.joinable()) {
             table.join();
@@ -43,14 +43,14 @@ public:
 protected:
     void InventoryTheDevice() override { state = DEVICE_MONITORING; }
 
-    int MonitorTheDevice() override {
+    VantricStatus MonitorTheDevice() override {
         const auto lock = BeginWork();
         if (tables > 0 && controllerEIDMap.begin()->second != LatestEid()) {
             ++overtaken;
         } else if (tables < rounds) {
             BringTable();
         }
-        return 0;
+        return STATUS_SUCCESS;
     }
 
 private:

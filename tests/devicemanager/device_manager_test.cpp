@@ -6,7 +6,7 @@
 #include "devicemanager/played_tables.hpp"
 #include "support/captured_log.hpp"
 #include "support/eventually.hpp"
-#include "support/posted_requests.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 #include "support/threads.hpp"
 
@@ -104,7 +104,7 @@ protected:
     }
 
     CapturedLog log;
-    DeviceManager manager;
+    DeviceManager manager{RecordingDoors()};
 
 private:
     std::mutex stepsMutex;

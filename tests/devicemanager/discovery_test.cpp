@@ -3,6 +3,7 @@
 #include "devicemanager/end_point_entry.hpp"
 #include "devicemanager/played_tables.hpp"
 #include "support/captured_log.hpp"
+#include "support/publisher_recorder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +17,7 @@ namespace {
 /** The devices as one text: LDID=type/slot, then the endpoints as v or i, EID and instance. */
 std::string Discover(const std::vector<Entry>& entries) {
     const PlayedTable table(entries);
-    const DeviceManager manager;
+    const DeviceManager manager{RecordingDoors()};
     const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
     std::ostringstream text;
     for (const auto& [ldid, details] : discovered) {
@@ -99,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(Discovery, TakesTheIdentityFromTheRecord) {
     const PlayedTable table({Entry{}});
-    const DeviceManager manager;
+    const DeviceManager manager{RecordingDoors()};
     const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
     const DeviceDetails& details = *discovered.at("NIC.Slot.3");
     EXPECT_EQ(details.identity.vendorId, 0x15B3);

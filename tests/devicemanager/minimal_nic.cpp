@@ -40,8 +40,9 @@ void OnStep(std::function<void(const NicStep&)> hook) {
 
 } // namespace test
 
-NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath)
-    : Device(details, basePath) {}
+NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath,
+                     const BusDoors& doors)
+    : Device(details, basePath, doors) {}
 
 void NicDevice::InventoryTheDevice() {
     {
@@ -51,7 +52,7 @@ void NicDevice::InventoryTheDevice() {
     FinishInventory();
 }
 
-int NicDevice::MonitorTheDevice() {
+VantricStatus NicDevice::MonitorTheDevice() {
     {
         const auto lock = BeginWork();
         Step({slotNumber, Values(controllerEIDMap), false, *this});

@@ -4,7 +4,7 @@
 #include "common/process_flags.hpp"
 #include "support/captured_log.hpp"
 #include "support/played_device.hpp"
-#include "support/posted_requests.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 
 #include <gtest/gtest.h>

@@ -3,8 +3,7 @@
 
 #include "modeling/modeling.hpp"
 #include "support/captured_log.hpp"
-#include "support/immediate_channel.hpp"
-#include "support/posted_requests.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 #include "told_card.hpp"
 
@@ -65,7 +64,7 @@ class ModelingTest : public testing::Test {
 protected:
     ModelingTest() {
         SetClockScale(0);
-        SetChannelResult(0);
+        SetPostResult(0);
         Begin(false);
     }
 
@@ -76,13 +75,15 @@ protected:
 
     /** Makes the device anew: the card in slot 3. */
     void Begin(bool multipleControllers, const PciIdentity& identity = {}) {
-        modeling = std::make_unique<Modeling>(ModelingParameters{
-            .slot = 3,
-            .ldid = "NIC.Slot.3",
-            .inventoryBase = "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/",
-            .multipleControllers = multipleControllers,
-            .identity = identity,
-            .cpuAffinity = 1});
+        modeling = std::make_unique<Modeling>(
+            ModelingParameters{.slot = 3,
+                               .ldid = "NIC.Slot.3",
+                               .inventoryBase =
+                                   "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/",
+                               .multipleControllers = multipleControllers,
+                               .identity = identity,
+                               .cpuAffinity = 1},
+            RecordingDoors().publisher);
         Forget();
     }
 

@@ -37,7 +37,7 @@ TEST_F(SecondControllerTest, NumbersItsSensorsBehindThePortsOfTheFirst) {
     for (const auto& [what, entity, unit, root, shown] : cases) {
         FirstControllerWithPorts(2);
         const auto posted = Publish(ToldCard().Numeric(5, entity, unit), 2);
-        EXPECT_EQ(posted.order, Texts{"dbusDataInsert"}) << what;
+        EXPECT_EQ(posted.order, Texts{"InsertSensor"}) << what;
         EXPECT_EQ(ShowAll(posted.sensors),
                   Texts{root + "NIC.Slot.3_sensorid_ctrl2_5, B3/networkcontroller_2, " + shown})
             << what;
@@ -127,7 +127,7 @@ TEST_F(SecondControllerTest, LeavesTheFirstControllerAlone) {
     Publish(first);
     for (int round = 0; round < 3; ++round) {
         const auto posted = Publish(NetworkCard().Numeric(5, {300, 1, 2}), 2);
-        EXPECT_EQ(posted.order, Texts{"dbusDataInsert"});
+        EXPECT_EQ(posted.order, Texts{"InsertSensor"});
         EXPECT_EQ(posted.sensors[0].entityName, "ethernet3"); // its own associations don't count
         PublishFlat(first, static_cast<std::uint8_t>(round + 1)); // nor those told without a tree
     }
@@ -152,7 +152,7 @@ TEST_F(SecondControllerTest, WithoutEntitiesASensorBelongsToItsController) {
     for (const auto& [controllers, controller, type, shown] : cases) {
         Begin(controllers);
         const auto posted = PublishFlat(ToldCard().Numeric(5, {type, 7, 2}), controller);
-        EXPECT_EQ(posted.order, Texts{"dbusDataInsert"});
+        EXPECT_EQ(posted.order, Texts{"InsertSensor"});
         EXPECT_EQ(ShowAll(posted.sensors), Texts{"T:NIC.Slot.3_sensorid_" + shown});
     }
 }

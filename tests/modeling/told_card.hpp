@@ -1,7 +1,7 @@
 /** What a card tells of itself, put together record by record. */
 #pragma once
 
-#include "pldm_cmds/records.hpp"
+#include "records/extracted_data.hpp"
 
 #include <cstdint>
 #include <memory>

@@ -91,7 +91,7 @@ TEST_F(UpdatesTest, StatesTravelAsTexts) {
     for (const auto& [what, set, state, setName, text] : cases) {
         modeling->UpdateStateSensorValue({{9, {{state}, {set}, {"Member"}}}}, 1);
         const auto posted = TakePosted();
-        EXPECT_EQ(posted.order, Texts{"dbusSetStateSensorValue"}) << what;
+        EXPECT_EQ(posted.order, Texts{"SetStateSensorValue"}) << what;
         EXPECT_EQ(posted.states.at(0).memberNames, Texts{"Member"}) << what;
         EXPECT_EQ(posted.states.at(0).stateSetNames, Texts{setName}) << what;
         EXPECT_EQ(posted.states.at(0).valueTexts, Texts{text}) << what;
@@ -116,8 +116,8 @@ TEST_F(UpdatesTest, MembersWithoutStateOrSetGetNoText) {
 TEST_F(UpdatesTest, HealthGoesOutBeforeTheSensorThatTellsIt) {
     modeling->UpdateStateSensorValue({{9, {{4, 2, 1}, {1, 33, 1}, {"A", "B", "C"}}}}, 1);
     const auto posted = TakePosted();
-    EXPECT_EQ(posted.order, (Texts{"dbusUpdateDeviceHealthStatus", "dbusUpdateDeviceHealthStatus",
-                                   "dbusSetStateSensorValue"}));
+    EXPECT_EQ(posted.order, (Texts{"UpdateDeviceHealthStatus", "UpdateDeviceHealthStatus",
+                                   "SetStateSensorValue"}));
     EXPECT_EQ(posted.healths.at(0).severity, 5);
     EXPECT_EQ(posted.healths.at(1).severity, 2);
     EXPECT_EQ(posted.healths.at(1).deviceLdid, "NIC.Slot.3");
@@ -132,7 +132,7 @@ TEST_F(UpdatesTest, AHealthStateHasASeverity) {
 }
 
 TEST_F(UpdatesTest, WhatTheChannelDoesntTakeIsTold) {
-    SetChannelResult(-7);
+    SetPostResult(-7);
     const CapturedLog log;
     modeling->UpdateSensorTempValue(5, 1, 1, 1);
     modeling->UpdateStateSensorValue({{9, {{1}, {1}, {"Health"}}}}, 1);
@@ -158,7 +158,7 @@ TEST_F(UpdatesTest, ADeviceThatGoesTakesItsObjectsAlong) {
     Publish(card);
     modeling.reset();
     const auto posted = TakePosted();
-    EXPECT_EQ(posted.order, Texts{"dbusClear"});
+    EXPECT_EQ(posted.order, Texts{"Clear"});
     EXPECT_EQ(posted.clears.at(0).mode, CLEAR_ALL);
     EXPECT_EQ(card.data->stateSensors[0].use_count(), 1);
 }

@@ -131,7 +131,7 @@ TEST_F(VirtualBoardTest, AThermalReadingGoesToAllAccelerators) {
 }
 
 TEST_F(VirtualBoardTest, ReadingsThatTheChannelDoesntTakeAreTold) {
-    SetChannelResult(-5);
+    SetPostResult(-5);
     const CapturedLog log;
     modeling->UpdateSensorTempValue(77, 5, SENSOR_KIND_THERMAL, 1);
     ASSERT_EQ(log.Messages(1).size(), 8U);

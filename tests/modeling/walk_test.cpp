@@ -221,7 +221,7 @@ TEST_F(WalkTest, TellsOfASensorWhoseEntityHasNoWord) {
     const CapturedLog log;
     const auto posted =
         Publish(NetworkCard().Numeric(5, {204, 1, 9}).State(9, {216, 1, 9}).State(10, {300, 1, 2}));
-    EXPECT_EQ(posted.order, (Texts{"dbusClear", "dbusStateSensorDataInsert"}));
+    EXPECT_EQ(posted.order, (Texts{"Clear", "InsertStateSensor"}));
     Texts told;
     for (const auto& line : log.Lines()) {
         if (line.level == 1) {
@@ -257,7 +257,7 @@ TEST_F(WalkTest, TellsWhereACableLeads) {
 
 TEST_F(WalkTest, WithoutAssociationsNothingIsPublished) {
     const auto posted = Publish(ToldCard().Numeric(5, {300, 1, 2}).State(9, {300, 1, 2}));
-    EXPECT_EQ(posted.order, Texts{"dbusClear"});
+    EXPECT_EQ(posted.order, Texts{"Clear"});
 }
 
 TEST_F(WalkTest, RemovesTheSensorsBeforeItBuildsAnew) {
@@ -265,8 +265,7 @@ TEST_F(WalkTest, RemovesTheSensorsBeforeItBuildsAnew) {
     for (const std::uint8_t controller : {1, 3, 1, 0}) {
         const auto posted = Publish(card, controller);
         EXPECT_EQ(TakePauses(), std::vector{std::chrono::seconds(2)});
-        EXPECT_EQ(posted.order,
-                  (Texts{"dbusClear", "dbusDataInsert", "dbusStateSensorDataInsert"}));
+        EXPECT_EQ(posted.order, (Texts{"Clear", "InsertSensor", "InsertStateSensor"}));
         EXPECT_EQ(posted.clears.at(0).mode, CLEAR_SENSORS);
     }
 }
@@ -280,7 +279,7 @@ TEST_F(WalkTest, WithoutDataNothingChanges) {
 }
 
 TEST_F(WalkTest, GoesOnWhenTheChannelTakesNothing) {
-    SetChannelResult(-12);
+    SetPostResult(-12);
     const CapturedLog log;
     const auto card = NetworkCard().Numeric(5, {300, 1, 2}).State(9, {300, 1, 2});
     Publish(card);

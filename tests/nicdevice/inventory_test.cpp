@@ -71,7 +71,7 @@ TEST_F(NicDeviceTest, EachEndpointTellsItsOwnFruDataAndFirmware) {
 
 TEST_F(NicDeviceTest, AnInventoryWithoutEndpointsSucceeds) {
     Plug(0);
-    EXPECT_EQ(Inventory().order, Texts{"dbusClear"});
+    EXPECT_EQ(Inventory().order, Texts{"Clear"});
     EXPECT_EQ(device->State(), DEVICE_MONITORING);
 }
 
@@ -81,7 +81,7 @@ TEST_F(NicDeviceTest, TellsWhatTheChannelDoesntTake) {
     };
     cards[0].Add({});
     Plug(1);
-    SetChannelResult(-5);
+    SetPostResult(-5);
     Inventory();
     EXPECT_EQ(refused(), 3) << "device, sensor and controller";
     cards[0].fruTable = FruOf("X100");

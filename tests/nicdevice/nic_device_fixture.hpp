@@ -6,9 +6,8 @@
 #include "common/process_flags.hpp"
 #include "pldm_cmds/pdr_builders.hpp"
 #include "support/captured_log.hpp"
-#include "support/immediate_channel.hpp"
 #include "support/played_device.hpp"
-#include "support/posted_requests.hpp"
+#include "support/publisher_recorder.hpp"
 #include "support/test_clock.hpp"
 
 #include <gtest/gtest.h>
@@ -33,7 +32,7 @@ protected:
 
     ~NicDeviceTest() override {
         useNewEndPoints = false;
-        SetChannelResult(0);
+        SetPostResult(0);
         device.reset();
         TakePosted();
         TakePauses();

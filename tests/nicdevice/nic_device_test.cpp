@@ -26,11 +26,12 @@ TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
     EXPECT_EQ(device->State(), DEVICE_MONITORING);
     EXPECT_EQ(log.Count(4, "Inventory successful for slot 3\n"), 1);
     EXPECT_EQ(log.Count(4, "***************NUMERIC_SENSORS*******************\n"), 3);
-    EXPECT_EQ(posted.order,
-              (Texts{"dbusClear", "dbusInvDataInsert", "dbusInvDataInsert", "dbusInvDataInsert",
-                     "dbusDataInsert", "dbusDataInsert", "dbusDataInsert", "dbusDataInsert",
-                     "dbusStateSensorDataInsert", "dbusControllerData", "dbusDataInsert",
-                     "dbusControllerData", "dbusClear", "dbusControllerData"}))
+    EXPECT_EQ(
+        posted.order,
+        (Texts{"Clear", "InsertPlainInventory", "InsertPlainInventory", "InsertPlainInventory",
+               "InsertSensor", "InsertSensor", "InsertSensor", "InsertSensor", "InsertStateSensor",
+               "UpdateControllerInventory", "InsertSensor", "UpdateControllerInventory", "Clear",
+               "UpdateControllerInventory"}))
         << "the third controller's tree takes the sensors away";
     EXPECT_EQ(posted.clears.at(0).mode, CLEAR_ALL);
     EXPECT_EQ(posted.clears.at(1).mode, CLEAR_SENSORS);
@@ -169,8 +170,8 @@ TEST_F(NicDeviceTest, TheTenthCycleBringsAChangedRepositoryAndFirmware) {
     cards[0].sensorStatus = {{6, 3}};
     EXPECT_EQ(device->MonitorTheDevice(), 3) << "the new sensor is polled at once";
     const auto posted = TakePosted();
-    EXPECT_EQ(posted.order, (Texts{"dbusFWDataUpdate", "dbusClear", "dbusDataInsert",
-                                   "dbusDataInsert", "dbusControllerData", "dbusSetSensorValue"}))
+    EXPECT_EQ(posted.order, (Texts{"UpdateFWVersion", "Clear", "InsertSensor", "InsertSensor",
+                                   "UpdateControllerInventory", "SetSensorValue"}))
         << "a sensor that never had a reading has none to lose";
     EXPECT_EQ(posted.firmware.at(0).version, "2.0");
     EXPECT_EQ(posted.firmware.at(0).deviceLdid, "NIC.Slot.3");
@@ -191,7 +192,7 @@ TEST_F(NicDeviceTest, TheTenthCycleBringsAChangedRepositoryAndFirmware) {
     EXPECT_EQ(TakePosted().order, Texts{}) << "a failed look is none, and no failure";
     cards[0].commandStatus.clear();
     CyclesWith(0, 10);
-    EXPECT_EQ(TakePosted().order, (Texts{"dbusClear", "dbusControllerData", "dbusSetSensorValue"}))
+    EXPECT_EQ(TakePosted().order, (Texts{"Clear", "UpdateControllerInventory", "SetSensorValue"}))
         << "a card that has had entities is modeled by them";
 }
 
@@ -205,8 +206,8 @@ TEST_F(NicDeviceTest, AChangedRepositoryOfOneControllerHasAllModeledAnew) {
     cards[0].Replace({{.id = 6}});
     CyclesWith(0, 1);
     EXPECT_EQ(TakePosted().order,
-              (Texts{"dbusFWDataUpdate", "dbusDataInsert", "dbusControllerData", "dbusDataInsert",
-                     "dbusControllerData", "dbusSetSensorValue"}));
+              (Texts{"UpdateFWVersion", "InsertSensor", "UpdateControllerInventory", "InsertSensor",
+                     "UpdateControllerInventory", "SetSensorValue"}));
 }
 
 TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
@@ -243,15 +244,15 @@ TEST_F(NicDeviceTest, StatesComeBehindReadingsAndTheirFailureIsNoFailureOfTheCyc
     Inventory();
     CyclesWith(0, 1);
     auto posted = TakePosted();
-    EXPECT_EQ(posted.order, (Texts{"dbusSetSensorValue", "dbusUpdateDeviceHealthStatus",
-                                   "dbusSetStateSensorValue", "dbusUpdateDeviceHealthStatus",
-                                   "dbusSetStateSensorValue"}));
+    EXPECT_EQ(posted.order,
+              (Texts{"SetSensorValue", "UpdateDeviceHealthStatus", "SetStateSensorValue",
+                     "UpdateDeviceHealthStatus", "SetStateSensorValue"}));
     EXPECT_EQ(posted.states.at(0).searchKey, "/sensor/state/sensorid_ctrl1_20");
     EXPECT_EQ(posted.states.at(1).searchKey, "/sensor/state/sensorid_ctrl2_20");
     cards[0].commandStatus = {{PLAYED_GET_STATE_READINGS, 9}};
     CyclesWith(0, 1);
     posted = TakePosted();
-    EXPECT_EQ(posted.order, Texts{"dbusSetStateSensorValue"});
+    EXPECT_EQ(posted.order, Texts{"SetStateSensorValue"});
     EXPECT_EQ(posted.states.at(0).stateSetNames, Texts{""}) << "a state of nothing";
 }
 

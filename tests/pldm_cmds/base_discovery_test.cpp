@@ -328,7 +328,7 @@ TEST(GetPLDMCommandsStatus, MapsCompletionCodes) {
             result = endpoint.cmds.GetPLDMCommandsStatus(row.code, 77);
         } catch (const VantricStatus& status) {
             thrown = true;
-            result = ToInt(status);
+            result = status;
         }
         EXPECT_EQ(result, row.result) << row.code;
         EXPECT_EQ(thrown, row.thrown) << row.code;

@@ -39,19 +39,19 @@ class ScriptedTransport : public vantric::DeviceTransport {
 public:
     using DeviceTransport::DeviceTransport;
 
-    int SendPacket(vantric::TransportPacket& packet) override {
+    vantric::VantricStatus SendPacket(vantric::TransportPacket& packet) override {
         requests.emplace_back(Bytes(packet.requestBytes.begin(), packet.requestBytes.end()));
         commands.push_back(packet.command);
         capacities.push_back(packet.responseLength);
         buffers.push_back(packet.responseBytes.size());
         if (const Answer answer = Next(requests.back()); answer.status != 0) {
-            return answer.status;
+            return static_cast<vantric::VantricStatus>(answer.status);
         } else {
             const auto length = std::min<std::size_t>(answer.bytes.size(), packet.responseLength);
             std::copy_n(answer.bytes.begin(), length, packet.responseBytes.begin());
             packet.responseLength = static_cast<std::uint32_t>(length);
         }
-        return 0;
+        return vantric::STATUS_SUCCESS;
     }
 
     std::deque<Answer> answers;
@@ -67,7 +67,7 @@ private:
             return respond(request);
         }
         if (answers.empty()) {
-            return NoAnswer(vantric::ToInt(vantric::VantricStatus::NO_RESPONSE));
+            return NoAnswer(vantric::STATUS_NO_RESPONSE);
         }
         Answer answer = std::move(answers.front());
         answers.pop_front();

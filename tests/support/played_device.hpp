@@ -3,6 +3,7 @@
 
 #include "device/device.hpp"
 #include "support/played_card.hpp"
+#include "support/publisher_recorder.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,7 +22,7 @@ public:
     template <typename... Arguments>
     PlayedDevice(const DeviceDetails& details, const std::string& basePath,
                  const std::vector<PlayedCard*>& cards, Arguments&... arguments)
-        : Class(details, basePath, arguments...) {
+        : Class(details, basePath, RecordingDoors(), arguments...) {
         const auto slot = static_cast<std::uint8_t>(details.slotNumber);
         for (PlayedCard* card : cards) {
             const auto eid = static_cast<std::uint8_t>(firstEid + this->cmds.size());
@@ -33,7 +34,8 @@ public:
                                .inventoryBase = basePath,
                                .multipleControllers = cards.size() != 1,
                                .identity = details.identity,
-                               .cpuAffinity = static_cast<std::uint8_t>(details.cpuAffinity)});
+                               .cpuAffinity = static_cast<std::uint8_t>(details.cpuAffinity)},
+            RecordingDoors().publisher);
         this->useI2C = details.vdmEIDs.empty();
         this->state = DEVICE_INVENTORY;
     }

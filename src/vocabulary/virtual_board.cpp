@@ -1,4 +1,4 @@
-#include "modeling/vocabulary/vocabulary.hpp"
+#include "vocabulary/vocabulary.hpp"
 
 namespace vantric {
 

@@ -1,6 +1,8 @@
 /** The one place from which a record travels to the main thread. */
 #pragma once
 
+#include "publisher/publisher.hpp"
+
 #include <oneway_channel.hpp>
 
 #include <exception>
@@ -16,9 +18,9 @@ using RequestHandler = int (*)(void* context, void* requestData, unsigned long r
 inline constexpr int requestNotTaken = -1;
 
 /** Copies record to the heap and posts it to handler on the main thread; any thread, never waits.
- *  Returns 0 when the channel took it. The handler's own result reaches nobody. */
+ *  The handler's own result reaches no caller. */
 template <typename Record>
-int PostRequest(RequestHandler handler, Record record) {
+PostResult PostRequest(RequestHandler handler, Record record) {
     try {
         auto owned = std::make_unique<Record>(std::move(record));
         const int result =
@@ -26,9 +28,10 @@ int PostRequest(RequestHandler handler, Record record) {
         if (result == 0) {
             static_cast<void>(owned.release()); // the handler frees it
         }
-        return result;
+        return PostResult(result);
     } catch (const std::exception&) {
-        return requestNotTaken; // a channel that can't be made must not end the poster's thread
+        return PostResult(
+            requestNotTaken); // a channel that can't be made must not end the poster's thread
     }
 }
 

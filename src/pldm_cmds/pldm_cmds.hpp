@@ -2,8 +2,8 @@
 #pragma once
 
 #include "device_transport/device_transport.hpp"
-#include "pldm_cmds/readings.hpp"
-#include "pldm_cmds/records.hpp"
+#include "records/extracted_data.hpp"
+#include "records/readings.hpp"
 
 #include <atomic>
 #include <cstddef>
@@ -48,7 +48,7 @@ public:
     __extractedData& ExtractedData() { return *extractedData; }
 
     /** The transport's VantricStatus value of the last exchange. */
-    int LastStatus() const { return lastStatus; }
+    VantricStatus LastStatus() const { return lastStatus; }
 
     /** Starts from nothing: an inventory does this first. */
     void ResetExtractedData();
@@ -62,47 +62,47 @@ public:
     // --- Base (PLDM type 0) ---
 
     /** Reads which PLDM types the endpoint supports. */
-    int GetPLDMTypes();
+    VantricStatus GetPLDMTypes();
 
     /** Reads the versions of one type; 1 also for a type that the endpoint doesn't support, and for
      *  a list that is longer than limits::versionsOfType, of which the first ones are kept. */
-    int GetPLDMVersionForType(std::uint8_t type);
+    VantricStatus GetPLDMVersionForType(std::uint8_t type);
 
     /** Reads the versions of one type, or with 255 those of all types in use; then always 0. */
-    int GetPLDMVersions(std::uint32_t type);
+    VantricStatus GetPLDMVersions(std::uint32_t type);
 
     /** Reads the commands of one version of a type. */
-    int GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version);
+    VantricStatus GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version);
 
     /** Reads the commands of every version of a type; 0 for a type that isn't supported. */
-    int GetSupportedCmdsForType(std::uint8_t type);
+    VantricStatus GetSupportedCmdsForType(std::uint8_t type);
 
     /** The same for one type, or with 255 for all types in use. */
-    int GetSupportedCmds(std::uint32_t type);
+    VantricStatus GetSupportedCmds(std::uint32_t type);
 
     /** Tells the endpoint which version of a type is going to be used. */
-    int SelectPLDMVersion(std::uint8_t type, std::uint32_t version);
+    VantricStatus SelectPLDMVersion(std::uint8_t type, std::uint32_t version);
 
     /** Selects every version that is recent enough. Failures don't count: always 0. */
-    int SelectPLDMVersions();
+    VantricStatus SelectPLDMVersions();
 
     /** Reads the terminus id. */
-    int GetTID();
+    VantricStatus GetTID();
 
     /** Maps the completion code of a sensor command to a status: 0, 1, 5 or 10.
      *  @throw VantricStatus COMMAND_FAILED or DEVICE_NOT_READY */
-    int GetPLDMCommandsStatus(std::uint32_t completionCode, std::uint16_t sensorID) const;
+    VantricStatus GetPLDMCommandsStatus(std::uint32_t completionCode, std::uint16_t sensorID) const;
 
     // --- PDR repository (PLDM type 2) ---
 
     /** Reads the repository's state, and its records where its update time has moved or forceRead
      *  is 1. Returns 0, 1 on failure, or 10 where forceRead is 0 and the records were replaced. */
-    int GetPDRRepositoryInfo(std::uint8_t forceRead);
+    VantricStatus GetPDRRepositoryInfo(std::uint8_t forceRead);
 
     /** Reads every record of the repository, up to the one without a next record; or up to one that
      *  leads back to an earlier one, once there are as many as the repository's info counts. A walk
      *  that doesn't end within the limits of src/pldm_cmds/limits.hpp fails. Returns 0 or 1. */
-    int GetPDR();
+    VantricStatus GetPDR();
 
     /** True if the update time differs from that of the last read. */
     bool IsPDRChanged(const Timestamp104& updateTime) const;
@@ -110,33 +110,34 @@ public:
     // --- Sensors (PLDM type 2) ---
 
     /** Enables the numeric sensors that ask for it; the first failure ends it. */
-    int SetNumericeSensorEnable();
+    VantricStatus SetNumericeSensorEnable();
 
     /** Reads one sensor and adds it to readings if its value has changed. Returns a VantricStatus
      *  value. A failure is reported as readingUnavailable, once; statuses 8 and 12 change nothing.
      *  A null sensor does nothing and returns 0. */
-    int GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor, ReadingMap& readings);
+    VantricStatus GetSensorReading(const std::shared_ptr<__Temp_sensors>& sensor,
+                                   ReadingMap& readings);
 
     /** The same by ID; 0 where no record has it. */
-    int GetSensorReading(std::uint16_t sensorID, ReadingMap& readings);
+    VantricStatus GetSensorReading(std::uint16_t sensorID, ReadingMap& readings);
 
     /** Reads every numeric sensor. Returns 0 or the last failure; 8, 9 and 10 end the poll. What
      *  stands in readings is good in either case. */
-    int GetAllSensorReading(ReadingMap& readings);
+    VantricStatus GetAllSensorReading(ReadingMap& readings);
 
     /** Reads every state sensor. Returns 0 or the status of the last one that failed. */
-    int GetStateSensorReading(StateChangeMap& changes);
+    VantricStatus GetStateSensorReading(StateChangeMap& changes);
 
     // --- FRU (PLDM type 4) and firmware (PLDM type 5) ---
 
     /** Reads the size of the FRU table; 5 where the endpoint has no FRU data. */
-    int GetFRUMetaData();
+    VantricStatus GetFRUMetaData();
 
     /** Reads the FRU table and takes the fields of its first record. Call it only after
      *  GetFRUMetaData has returned 0. A table that goes on beyond the limits of
      *  src/pldm_cmds/limits.hpp is cut there, and what came before counts: 0, or 1 if nothing did.
      */
-    int GetFRUContents();
+    VantricStatus GetFRUContents();
 
     /** Reads the version of the active firmware. Bytes as the endpoint sends them, in whatever
      *  encoding; empty where there is none or the exchange failed. */
@@ -188,7 +189,7 @@ private:
     std::atomic<std::uint8_t> eid;     ///< a table's thread moves it while the log may tell it
     std::uint8_t instanceId = 0;       ///< of the last request
     bool hasEntityAssociation = false; ///< never cleared
-    int lastStatus = 0;                ///< of the last exchange
+    VantricStatus lastStatus = STATUS_SUCCESS; ///< of the last exchange
     std::unique_ptr<DeviceTransport> mTransportPtr;
     std::shared_ptr<__extractedData> extractedData;
 };

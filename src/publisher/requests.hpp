@@ -1,10 +1,7 @@
-/** The records that travel through the channel to the main thread.
- *
- * A poster fills one by value and hands it to PostRequest; the handler of the same subject owns it
- * from then on. */
+/** The records that travel to the main thread, one for each operation of a Publisher. */
 #pragma once
 
-#include "common/reading.hpp"
+#include "records/sensor.hpp"
 
 #include <cstdint>
 #include <string>
@@ -12,44 +9,7 @@
 
 namespace vantric {
 
-/** Which interfaces a numeric sensor is published with. */
-enum SensorKind : std::uint8_t {
-    SENSOR_KIND_NONE = 0,
-    SENSOR_KIND_THERMAL_PROBE = 1,
-    SENSOR_KIND_THERMAL = 2,
-    SENSOR_KIND_PROBE = 3,
-};
-
-/** PCI identity of a device. */
-struct PciIdentity {
-    std::uint16_t vendorId = 0;
-    std::uint16_t subVendorId = 0;
-    std::uint16_t subDeviceId = 0;
-    std::uint16_t deviceId = 0;
-};
-
-/** What modeling carries of one numeric sensor. */
-struct __Sensor {
-    std::uint8_t sensorKind = SENSOR_KIND_NONE;
-    std::uint8_t baseUnit = 0;
-    std::uint16_t sensorId = 0;
-    std::uint16_t entityInstance = 0;
-    std::uint16_t entityType = 0;
-    std::int32_t temperature = 0; ///< the reading, in whole units of baseUnit
-    std::int32_t thresholdReadError = 0;
-    // Thresholds as the PDR has them, unconverted; 0 means not given.
-    std::int64_t upperFatal = 0;
-    std::int64_t upperCritical = 0;
-    std::int64_t upperWarning = 0;
-    std::int64_t normalMax = 0;
-    std::int64_t normalMin = 0;
-    std::int64_t lowerFatal = 0;
-    std::int64_t lowerCritical = 0;
-    std::int64_t lowerWarning = 0;
-    std::string name; ///< the sensor's own name from the device; may be empty
-};
-
-/** Creates the object of a numeric sensor: dbusDataInsert. */
+/** Creates the object of a numeric sensor. */
 struct SensorInsertRequest {
     __Sensor sensor;
     std::string objectPath;    ///< full path, not yet normalised
@@ -62,7 +22,7 @@ struct SensorInsertRequest {
     std::uint8_t cpuAffinity = 0;
 };
 
-/** Writes a reading to the object of a numeric sensor: dbusSetSensorValue. */
+/** Writes a reading to the object of a numeric sensor. */
 struct SensorValueRequest {
     double value = 0; ///< 2147483647.0 means that the sensor failed
     std::string deviceLdid;
@@ -94,7 +54,7 @@ struct FruFields {
     std::string firmwareVersion;
 };
 
-/** Creates the inventory object of a device with FRU data: dbusFruDataInsert. */
+/** Creates the inventory object of a device with FRU data. */
 struct FruInventoryRequest {
     FruFields fields;
     std::string deviceLdid; ///< key in the store
@@ -102,7 +62,7 @@ struct FruInventoryRequest {
     std::uint8_t slot = 0;
 };
 
-/** Creates the inventory object of a device without FRU data: dbusInvDataInsert. */
+/** Creates the inventory object of a device without FRU data. */
 struct PlainInventoryRequest {
     std::string firmwareVersion;
     std::uint16_t slot = 0; ///< only the low 8 bits count
@@ -113,7 +73,7 @@ struct PlainInventoryRequest {
     std::string resolvedLdid; ///< empty except on a virtual board
 };
 
-/** Creates the object of a controller: dbusControllerData. */
+/** Creates the object of a controller. */
 struct ControllerRequest {
     std::string objectPath;
     std::string deviceLdid;
@@ -121,14 +81,14 @@ struct ControllerRequest {
     std::uint8_t cpuAffinity = 0;
 };
 
-/** Writes the firmware version to a device's inventory objects: dbusFWDataUpdate. */
+/** Writes the firmware version to a device's inventory objects. */
 struct FirmwareRequest {
     std::string deviceLdid;
     std::string version;
 };
 
-/** Creates the object of a state sensor (dbusStateSensorDataInsert) or writes its states
- *  (dbusSetStateSensorValue). The three lists run in step, one entry for each member. */
+/** Creates the object of a state sensor or writes its states. The three lists run in step, one
+ * entry for each member. */
 struct StateSensorRequest {
     std::uint8_t slot = 0;
     std::uint8_t controller = 0;
@@ -145,7 +105,7 @@ struct StateSensorRequest {
     std::string searchKey;                  ///< update: all or a tail of the object path
 };
 
-/** Writes a device's health to its inventory objects: dbusUpdateDeviceHealthStatus. */
+/** Writes a device's health to its inventory objects. */
 struct HealthStatusRequest {
     std::string deviceLdid;
     std::uint8_t severity = 0; ///< as healthSeverity of the vocabulary has it
@@ -157,7 +117,7 @@ enum ClearMode : std::uint8_t {
     CLEAR_ALL = 2,     ///< inventory as well
 };
 
-/** Removes the objects of a device: dbusClear. */
+/** Removes the objects of a device. */
 struct ClearRequest {
     std::string deviceLdid;
     std::uint8_t slot = 0;
