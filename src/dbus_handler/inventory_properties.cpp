@@ -1,6 +1,6 @@
 #include "dbus_handler/inventory_properties.hpp"
 
-#include "dbus_handler/friendly_ldid.hpp"
+#include "vocabulary/ldid.hpp"
 
 #include <sstream>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "dbus_handler/probe_properties.hpp"
 
-#include "dbus_handler/friendly_ldid.hpp"
+#include "vocabulary/ldid.hpp"
 
 #include <algorithm>
 #include <array>

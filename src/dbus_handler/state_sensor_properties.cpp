@@ -1,7 +1,7 @@
 #include "dbus_handler/state_sensor_properties.hpp"
 
 #include "common/utf8.hpp"
-#include "dbus_handler/friendly_ldid.hpp"
+#include "vocabulary/ldid.hpp"
 
 #include <vector>
 

@@ -2,6 +2,7 @@
 
 #include "common/log.hpp"
 #include "common/thread_name.hpp"
+#include "vocabulary/ldid.hpp"
 
 #include <utility>
 
@@ -66,7 +67,7 @@ std::unique_lock<std::mutex> Device::BeginWork() {
 }
 
 bool Device::IsEmbedded() const {
-    return ldid.find("NIC.Embedded.") != std::string::npos;
+    return Ldid(ldid).IsEmbeddedNic();
 }
 
 } // namespace vantric

@@ -3,9 +3,9 @@
 #include "accelerator/accelerator.hpp"
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
-#include "devicemanager/device_classes.hpp"
 #include "memorydevice/memory_device.hpp"
 #include "nicdevice/nic_device.hpp"
+#include "vocabulary/device_classes.hpp"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 /** From an endpoint table to the devices that it shows. */
-#include "devicemanager/device_classes.hpp"
 #include "devicemanager/device_manager.hpp"
 #include "devicemanager/end_point_entry.hpp"
 #include "devicemanager/pcie_table.hpp"
+#include "vocabulary/device_classes.hpp"
 
 #include "common/log.hpp"
 

@@ -2,8 +2,9 @@
 
 #include "common/byte_reader.hpp"
 #include "common/log.hpp"
-#include "devicemanager/device_classes.hpp"
 #include "devicemanager/end_point_entry.hpp"
+#include "vocabulary/device_classes.hpp"
+#include "vocabulary/ldid.hpp"
 
 #include <slotcatalog.h>
 
@@ -55,16 +56,16 @@ std::optional<PcieDevice> Accept(const PcieRecord& record, std::uint16_t slot, s
                       .ldid = {}};
     if (slotType == SLOT_TYPE_EMBEDDED) {
         device.deviceType = PCIE_CLASS_EMBEDDED_NIC;
-        device.ldid = *MakeLdid(PCIE_CLASS_EMBEDDED_NIC, slot != 0 ? 1 : 0);
+        device.ldid = Ldid::Make(PCIE_CLASS_EMBEDDED_NIC, slot != 0 ? 1 : 0)->Text();
         return device;
     }
-    const auto ldid = MakeLdid(record.deviceClass, slot);
+    const auto ldid = Ldid::Make(record.deviceClass, slot);
     if (!ldid) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Device type [%d] is not supported for slot %d\n",
                     record.deviceClass, slot);
         return std::nullopt;
     }
-    device.ldid = *ldid;
+    device.ldid = ldid->Text();
     if (record.deviceClass == PCIE_CLASS_ACCELERATOR) {
         if (epType != END_POINT_TYPE_ACCELERATOR) {
             return std::nullopt;

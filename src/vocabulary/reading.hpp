@@ -13,6 +13,12 @@ enum BaseUnit : std::uint8_t {
     BASE_UNIT_WATTS = 7,
 };
 
+/** Whether a numeric sensor of this base unit is kept. */
+constexpr bool IsKeptUnit(std::uint8_t baseUnit) {
+    return baseUnit == BASE_UNIT_DEGREES_C || baseUnit == BASE_UNIT_DEGREES_F ||
+           baseUnit == BASE_UNIT_KELVIN || baseUnit == BASE_UNIT_WATTS;
+}
+
 /** The value of a reading that isn't available. */
 inline constexpr std::int32_t readingUnavailable = 2147483647;
 

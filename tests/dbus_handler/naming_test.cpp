@@ -1,8 +1,8 @@
 /** What sensors and devices are called: friendly LDIDs, probe keys and locations, state sensors. */
-#include "dbus_handler/friendly_ldid.hpp"
 #include "dbus_handler/inventory_properties.hpp"
 #include "dbus_handler/probe_properties.hpp"
 #include "dbus_handler/state_sensor_properties.hpp"
+#include "vocabulary/ldid.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,24 +1,6 @@
-#include "devicemanager/device_classes.hpp"
-
-#include <unordered_map>
+#include "vocabulary/device_classes.hpp"
 
 namespace vantric {
-
-std::optional<std::string> MakeLdid(std::uint8_t deviceClass, std::uint16_t number) {
-    static const std::unordered_map<std::uint8_t, std::string> deviceLdidPrefixes{
-        {PCIE_CLASS_NIC, "NIC.Slot."},
-        {PCIE_CLASS_INFINIBAND, "InfiniBand.Slot."},
-        {PCIE_CLASS_FIBRE_CHANNEL, "FC.Slot."},
-        {PCIE_CLASS_ACCELERATOR, "ProcAccelerator.Slot."},
-        {PCIE_CLASS_CXL_MEMORY, "CXLMemory.Slot."},
-        {PCIE_CLASS_EMBEDDED_NIC, "NIC.Embedded."},
-    };
-    const auto prefix = deviceLdidPrefixes.find(deviceClass);
-    if (prefix == deviceLdidPrefixes.end()) {
-        return std::nullopt;
-    }
-    return prefix->second + std::to_string(number);
-}
 
 std::string_view InventoryBasePath(std::uint8_t deviceClass) {
     switch (deviceClass) {
