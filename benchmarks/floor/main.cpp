@@ -99,7 +99,7 @@ void OnTable(MctpLinkCallbackInfo* info) {
         }
     }
     if (MctpLinkAttach(linkType, allEvents, OnTable, 0) != 0) {
-        throw std::runtime_error("there is no bench to attach to");
+        throw std::runtime_error("there is no simulator to attach to");
     }
     std::deque<Poller> pollers;
     for (const auto& [eid, polled] : ofEndPoint) {

@@ -10,9 +10,9 @@
 
 namespace {
 
-using benchlink::Frame;
-using benchlink::FrameKind;
-using benchlink::PayloadWriter;
+using simulator_link::Frame;
+using simulator_link::FrameKind;
+using simulator_link::PayloadWriter;
 
 Frame SubscribeFrame(const std::string& name) {
     Frame frame;
@@ -21,7 +21,7 @@ Frame SubscribeFrame(const std::string& name) {
     return frame;
 }
 
-/** One subscriber, with a link of its own to the bench and a thread for its callback. */
+/** One subscriber, with a link of its own to the simulator and a thread for its callback. */
 class Subscriber {
 public:
     Subscriber(HubcastCallback callback, void* user)
@@ -62,8 +62,8 @@ private:
     void* user;
     std::mutex mutex;
     std::vector<std::string> names;
-    benchlink::Worker notifications{"hubcast-notify"};
-    benchlink::Link link;
+    simulator_link::Worker notifications{"hubcast-notify"};
+    simulator_link::Link link;
 };
 
 /** All subscribers. The contract has no call that ends one, and their threads run until the

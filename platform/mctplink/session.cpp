@@ -10,10 +10,10 @@ namespace mctplink {
 
 namespace {
 
-using benchlink::Frame;
-using benchlink::FrameKind;
-using benchlink::PayloadReader;
-using benchlink::PayloadWriter;
+using simulator_link::Frame;
+using simulator_link::FrameKind;
+using simulator_link::PayloadReader;
+using simulator_link::PayloadWriter;
 
 void CallWithDiscovery(MctpLinkCallback callback) {
     MctpLinkCallbackInfo info{};

@@ -8,7 +8,7 @@
 
 namespace mctplink {
 
-/** The attachment: a link to the bench and the two threads that call back.
+/** The attachment: a link to the simulator and the two threads that call back.
  *
  * Tables and completions have a thread each: a table's callback may take seconds, and meanwhile the
  * requests that it waits for have to complete. */
@@ -17,7 +17,7 @@ public:
     explicit Session(MctpLinkCallback callback);
     ~Session();
 
-    /** Attaches; false if there is no bench or it declines. */
+    /** Attaches; false if there is no simulator or it declines. */
     bool Start(std::uint32_t linkType, std::uint32_t filter);
 
     /** Hands a request over; false if it isn't accepted, and then it is of no more interest here.
@@ -32,14 +32,14 @@ public:
     void Stop();
 
 private:
-    void Receive(const benchlink::Frame& frame);
+    void Receive(const simulator_link::Frame& frame);
 
     MctpLinkCallback callback;
-    benchlink::Frame attach;
+    simulator_link::Frame attach;
     std::shared_ptr<PendingRequests> pending; // shared with a completion that stops the session
-    benchlink::Worker completions{"mctplink-done"};
-    benchlink::Worker callbacks{"mctplink-table"};
-    benchlink::Link link;
+    simulator_link::Worker completions{"mctplink-done"};
+    simulator_link::Worker callbacks{"mctplink-table"};
+    simulator_link::Link link;
 };
 
 } // namespace mctplink

@@ -8,10 +8,10 @@
 
 namespace {
 
-using benchlink::Frame;
-using benchlink::FrameKind;
-using benchlink::PayloadReader;
-using benchlink::PayloadWriter;
+using simulator_link::Frame;
+using simulator_link::FrameKind;
+using simulator_link::PayloadReader;
+using simulator_link::PayloadWriter;
 
 constexpr std::size_t acceleratorEntrySize = 232;
 
@@ -25,7 +25,7 @@ uint8_t SlotCatalogDeviceInfo(uint32_t selector, uint32_t* groupCount, uint32_t*
     Frame question;
     question.kind = FrameKind::CatalogInfo;
     question.payload = PayloadWriter().Write(selector).Finish();
-    const auto answer = benchlink::AskOnce(question);
+    const auto answer = simulator_link::AskOnce(question);
     if (!answer || groupCount == nullptr || recordCapacity == nullptr || reserved == nullptr) {
         return failed;
     }
@@ -41,7 +41,7 @@ uint8_t SlotCatalogDeviceData(uint32_t selector, uint32_t group, uint8_t* record
     Frame question;
     question.kind = FrameKind::CatalogData;
     question.payload = PayloadWriter().Write(selector).Write(group).Finish();
-    const auto answer = benchlink::AskOnce(question);
+    const auto answer = simulator_link::AskOnce(question);
     if (!answer || recordCount == nullptr || capacity == nullptr || records == nullptr) {
         return failed;
     }
@@ -61,7 +61,7 @@ uint16_t SlotCatalogAllDevices(void** entries) {
     *entries = nullptr;
     Frame question;
     question.kind = FrameKind::CatalogAll;
-    const auto answer = benchlink::AskOnce(question);
+    const auto answer = simulator_link::AskOnce(question);
     if (!answer) {
         return 0;
     }

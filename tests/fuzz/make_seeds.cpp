@@ -1,6 +1,6 @@
 /** Writes the seed inputs of all fuzz targets: make_seeds DIRECTORY STAMP SCENARIO... They are what
- *  the bench's endpoints say, and some things that no scenario can. The stamp is a file that says
- *  to a build when that was. */
+ *  the simulator's endpoints say, and some things that no scenario can. The stamp is a file that
+ *  says to a build when that was. */
 #include "chunks.hpp"
 #include "conversation.hpp"
 #include "pldm/terminus.hpp"
@@ -39,7 +39,7 @@ private:
     fs::path directory;
 };
 
-Bytes From(const bench::Bytes& bytes) {
+Bytes From(const simulator::Bytes& bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
@@ -49,8 +49,8 @@ public:
         : fru(root, "fuzz_fru"), names(root, "fuzz_names"), pdr(root, "fuzz_pdr"),
           responses(root, "fuzz_responses") {}
 
-    void WriteTerminus(const std::string& name, const bench::TerminusDescription& description) {
-        bench::Terminus terminus(description);
+    void WriteTerminus(const std::string& name, const simulator::TerminusDescription& description) {
+        simulator::Terminus terminus(description);
         if (!terminus.fruTable.empty()) {
             fru.Write(name, From(terminus.fruTable));
         }
@@ -58,7 +58,7 @@ public:
         responses.Write(name, Conversation(terminus));
     }
 
-    /** What the bench's scenarios don't say. */
+    /** What the simulator's scenarios don't say. */
     void WriteOddOnes() const {
         fru.Write("timestamp", {0, 0, 0, 0, 0, 9, 5, 7, 12, 3, 0xE5, 7, 0});
         fru.Write("field-above-15", {1, 0, 1, 2, 1, 16, 1, 'x', 15, 2, 0x8C, 0x1A});
@@ -71,7 +71,7 @@ public:
 
 private:
     /** All records in one input, and one input for each type that comes the first time. */
-    void WriteRecords(const std::string& name, const bench::Repository& repository) {
+    void WriteRecords(const std::string& name, const simulator::Repository& repository) {
         constexpr std::size_t typeOffset = 5;
         constexpr std::size_t namesOffset = 14;
         constexpr std::uint8_t auxiliaryNames = 6;
@@ -94,7 +94,7 @@ private:
 
     /** The answers to everything that is asked. The repository changes once, so that its records
      *  come a second time. */
-    static Bytes Conversation(bench::Terminus& terminus) {
+    static Bytes Conversation(simulator::Terminus& terminus) {
         constexpr std::uint8_t repositoryInfo = 0x50;
         Bytes answers;
         int infos = 0;
@@ -103,7 +103,7 @@ private:
             if (request.at(2) == repositoryInfo && ++infos == 2) {
                 terminus.repository.Touch();
             }
-            const auto response = bench::Respond(terminus, request, bench::Seconds(infos));
+            const auto response = simulator::Respond(terminus, request, simulator::Seconds(infos));
             answers.Add(AsChunk(From(response.value())));
             return Answer{.status = 0, .bytes = From(*response)};
         };
@@ -121,7 +121,7 @@ private:
 void WriteAll(const fs::path& root, const std::vector<std::string>& scenarios) {
     SeedWriter writer(root);
     for (const auto& path : scenarios) {
-        for (const auto& card : bench::ReadScenario(path).cards) {
+        for (const auto& card : simulator::ReadScenario(path).cards) {
             const auto& endPoint = card.endPoints.front();
             writer.WriteTerminus(fs::path(path).stem().string() + "-" +
                                      std::to_string(endPoint.eid),

@@ -105,7 +105,7 @@ TEST_F(Accelerators, ShowPowerAndTheTemperaturesOfTheTable) {
 }
 
 TEST_F(Accelerators, WithoutAnEntryShowOnlyWhatTheTableHasForOthers) {
-    Benchctl({"plug", "6"});
+    Simctl({"plug", "6"});
     ExpectPaths("Slot_6_1_", {"power/ProcAccelerator_Slot_6_1_sensorid_63",
                               "temperature/ProcAccelerator_Slot_6_1_sensorid_405"});
     EXPECT_EQ(CountOf(server->Log(), tableRead), 1);
@@ -146,9 +146,9 @@ TEST_F(Accelerators, ABoardIsNineObjectsAndEightTemperaturesThatMoveTogether) {
               {"ThermalSensor.SensorType", type + "GPU_COMP"},
               {"ProbeObj.Key", "no interface"}}});
     }
-    Benchctl({"set", "82", "1", "57"});
+    Simctl({"set", "82", "1", "57"});
     ExpectShown(table);
-    Benchctl({"set", "82", "1", "83"});
+    Simctl({"set", "82", "1", "83"});
     for (auto& row : table) {
         if (row.path.starts_with("temperature/")) {
             row.properties.front().second = "83";
@@ -218,7 +218,7 @@ TEST_F(Accelerators, ABoardsSensorsStandWhereTheirNamesAndEntitiesSay) {
     EXPECT_EQ(shown, sensors) << "besides the eight temperatures";
 
     // The board's health is that of all its objects.
-    Benchctl({"set-state", "82", "40", "1", "3"});
+    Simctl({"set-state", "82", "40", "1", "3"});
     std::vector<Expected> health{{"UBB", {{"Inventory.DeviceStatus", "4"}}}};
     for (const int slot : slotOfGpu) {
         health.push_back({slots + std::to_string(slot), {{"Inventory.DeviceStatus", "4"}}});
@@ -229,11 +229,11 @@ TEST_F(Accelerators, ABoardsSensorsStandWhereTheirNamesAndEntitiesSay) {
 TEST(AcceleratorTable, IsReadOnceAndOutlivesAPowerOff) {
     PlayedServer server(ReadScenario(Accelerators::scenario));
     ASSERT_TRUE(WaitFor(server, listed));
-    server.Benchctl({"host", "off"});
+    server.Simctl({"host", "off"});
     ASSERT_TRUE(
         server.WaitForObjects([](const PublishedObjects& objects) { return objects.empty(); }));
-    server.Benchctl({"host", "on"});
-    server.Benchctl({"table"});
+    server.Simctl({"host", "on"});
+    server.Simctl({"table"});
     EXPECT_TRUE(WaitFor(server, listed));
     EXPECT_EQ(CountOf(server.Log(), tableRead), 1);
 }
@@ -247,11 +247,11 @@ TEST(AcceleratorTable, IsTriedAgainAtTheNextInventoryIfItCannotBeRead) {
     ASSERT_TRUE(server.WaitForLog("SCT read failed with status: 1"));
     ASSERT_TRUE(WaitFor(server, power));
     EXPECT_FALSE(server.Objects().contains(WholePath(listed)));
-    server.RestartBench(scenario);
-    server.Benchctl({"pull", "5"});
+    server.RestartSimulator(scenario);
+    server.Simctl({"pull", "5"});
     ASSERT_TRUE(server.WaitForObjects(
         [](const PublishedObjects& objects) { return !objects.contains(WholePath(power)); }));
-    server.Benchctl({"plug", "5"});
+    server.Simctl({"plug", "5"});
     EXPECT_TRUE(WaitFor(server, listed));
     EXPECT_EQ(CountOf(server.Log(), tableRead), 1);
 }

@@ -33,9 +33,9 @@ constexpr auto otherSensor = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_
 
 /** Moves the good card's value and waits for it: the road is open. */
 void ExpectTheGoodCardGoesOn(PlayedServer& server) {
-    server.Benchctl({"set", "70", "1", "48"});
+    server.Simctl({"set", "70", "1", "48"});
     EXPECT_TRUE(server.WaitForProperty(goodSensor, valueInterface, "Value", "48"));
-    server.Benchctl({"set", "70", "1", "47"});
+    server.Simctl({"set", "70", "1", "47"});
     EXPECT_TRUE(server.WaitForProperty(goodSensor, valueInterface, "Value", "47"));
 }
 
@@ -53,11 +53,11 @@ TEST(BadInput, CardsThatSayWhatTheyShouldNotDisturbNoOther) {
 
 /** Takes the card out of slot 3 and puts it back. */
 void PullAndPlug(PlayedServer& server) {
-    server.Benchctl({"pull", "3"});
+    server.Simctl({"pull", "3"});
     ASSERT_TRUE(server.WaitForObjects([](const PublishedObjects& objects) {
         return !objects.empty() && !objects.contains(otherInventory);
     }));
-    server.Benchctl({"plug", "3"});
+    server.Simctl({"plug", "3"});
 }
 
 /** How many inventories the card in slot 3 has been through, well or not. */
@@ -75,14 +75,14 @@ TEST_P(MalformedAnswers, CostTheirCardOnly) {
     ASSERT_TRUE(server.WaitForProperty(goodSensor, valueInterface, "Value", "47"));
     std::vector<std::string> words{"malform", "11"};
     words.insert(words.end(), GetParam().begin(), GetParam().end());
-    server.Benchctl(words);
+    server.Simctl(words);
     // The card is taken out and put back, so that its inventory meets it too.
     PullAndPlug(server);
     ASSERT_TRUE(Eventually([&] { return InventoriesOfSlot3(server) >= 2; }));
     ExpectTheGoodCardGoesOn(server);
 
     // What an inventory was told wrongly stays until the next one.
-    server.Benchctl({"malform", "11", "none"});
+    server.Simctl({"malform", "11", "none"});
     PullAndPlug(server);
     EXPECT_TRUE(server.WaitForProperty(otherSensor, valueInterface, "Value", "61"));
 }
@@ -108,7 +108,7 @@ TEST(BadInput, TablesThatAreNotGoodChangeNothing) {
     ASSERT_TRUE(server.WaitForProperty(goodSensor, valueInterface, "Value", "47"));
     ASSERT_TRUE(server.WaitForProperty(otherSensor, valueInterface, "Value", "61"));
     for (const char* kind : {"bad-state", "bad-source", "not-attached", "empty"}) {
-        server.Benchctl({"table", kind});
+        server.Simctl({"table", kind});
     }
     ASSERT_TRUE(server.WaitForLog("Invalid discovery state", 2));
     ExpectTheGoodCardGoesOn(server);
@@ -118,9 +118,9 @@ TEST(BadInput, TablesThatAreNotGoodChangeNothing) {
 TEST(BadInput, AGarbageTableCostsItsEntriesOnly) {
     PlayedServer server(twoCards);
     ASSERT_TRUE(server.WaitForProperty(goodSensor, valueInterface, "Value", "47"));
-    server.Benchctl({"table", "garbage"});
+    server.Simctl({"table", "garbage"});
     ASSERT_TRUE(server.WaitForLog("END_POINT_TABLE_UPDATED", 2));
-    server.Benchctl({"table"});
+    server.Simctl({"table"});
     EXPECT_TRUE(server.WaitForProperty(goodSensor, valueInterface, "Value", "47"));
     EXPECT_TRUE(server.WaitForProperty(otherSensor, valueInterface, "Value", "61"));
 }

@@ -76,7 +76,7 @@ protected:
     }
     static void TearDownTestSuite() { server.reset(); }
 
-    static void Benchctl(const std::vector<std::string>& words) { server->Benchctl(words); }
+    static void Simctl(const std::vector<std::string>& words) { server->Simctl(words); }
 
     static std::string Show(const std::string& path, const std::string& property) {
         return Shown(server->Objects(), path, property);

@@ -47,8 +47,8 @@ TEST_F(MovingCards, ShowEachReading) {
         {"41", "41", "41", "2", "2", "true"},
     };
     for (const auto& row : rows) {
-        Benchctl({"set", "31", "5", row.reading});
-        Benchctl({"set", "31", "6", row.reading});
+        Simctl({"set", "31", "5", row.reading});
+        Simctl({"set", "31", "6", row.reading});
         ExpectShown({{thermal,
                       {{"Value.Value", row.value},
                        {"ProbeObj.ProbeReading", row.probe},
@@ -66,7 +66,7 @@ TEST_F(MovingCards, ShowEachReading) {
 
 TEST_F(MovingCards, ShowAFailureWithItsTime) {
     const auto before = std::time(nullptr);
-    Benchctl({"operational", "31", "5", "failed"});
+    Simctl({"operational", "31", "5", "failed"});
     ExpectShown({{thermal,
                   {{"Value.Value", "2147483647"},
                    {"ProbeObj.ProbeReading", "2147483647"},
@@ -77,12 +77,12 @@ TEST_F(MovingCards, ShowAFailureWithItsTime) {
     const auto failed = std::stol(Show(thermal, "ThermalSensor.FailedTimestamp"));
     EXPECT_GE(failed, before);
     EXPECT_LE(failed, std::time(nullptr));
-    Benchctl({"operational", "31", "5", "disabled"});
+    Simctl({"operational", "31", "5", "disabled"});
     ExpectShown({{thermal,
                   {{"Value.Value", "0"},
                    {"Availability.Available", "false"},
                    {"ThermalSensor.FailedTimestamp", "0"}}}});
-    Benchctl({"operational", "31", "5", "enabled"});
+    Simctl({"operational", "31", "5", "enabled"});
     ExpectShown({{thermal, {{"Value.Value", "41"}, {"Availability.Available", "true"}}}});
 }
 
@@ -95,13 +95,13 @@ TEST_F(MovingCards, LetAlarmsFallAndNeverRise) {
     };
     // Both are raised before the first reading, which is above one threshold and below the other.
     alarms("75", "true");
-    Benchctl({"operational", "81", "12", "failed"});
+    Simctl({"operational", "81", "12", "failed"});
     alarms("2147483647", "true");
-    Benchctl({"operational", "81", "12", "enabled"});
+    Simctl({"operational", "81", "12", "enabled"});
     alarms("75", "true");
-    Benchctl({"set", "81", "12", "60"});
+    Simctl({"set", "81", "12", "60"});
     alarms("60", "false");
-    Benchctl({"set", "81", "12", "95"});
+    Simctl({"set", "81", "12", "95"});
     alarms("95", "false");
     // A compact sensor counts from 0 at first, and low alarms stay as they were then.
     ExpectShown({{compact,
@@ -109,7 +109,7 @@ TEST_F(MovingCards, LetAlarmsFallAndNeverRise) {
                    {"Warning.WarningAlarmHigh", "false"},
                    {"Warning.WarningAlarmLow", "true"},
                    {"Critical.CriticalAlarmLow", "false"}}}});
-    Benchctl({"set", "81", "12", "75"});
+    Simctl({"set", "81", "12", "75"});
 }
 
 TEST_F(MovingCards, TellTheirHealthToTheirOwnInventory) {
@@ -129,7 +129,7 @@ TEST_F(MovingCards, TellTheirHealthToTheirOwnInventory) {
         {"11", "", "1"},
     };
     for (const auto& row : rows) {
-        Benchctl({"set-state", "52", "20", "1", row.state});
+        Simctl({"set-state", "52", "20", "1", row.state});
         ExpectShown({{"Nic/Slot/5/networkcontroller_2/sensor/state/sensorid_ctrl2_20",
                       {{"StateSensor.StateSensorDetails",
                         R"({"StateSensor.20.1": ("Health State", ")" + row.text + "\")}"}}},
@@ -139,18 +139,18 @@ TEST_F(MovingCards, TellTheirHealthToTheirOwnInventory) {
                      {"Nic/Slot/3", {{"Inventory.DeviceStatus", "2"}}}});
     }
     // Without a tree, and in one of several members.
-    Benchctl({"set-state", "61", "9", "1", "4"});
-    Benchctl({"set-state", "31", "20", "1", "2"});
+    Simctl({"set-state", "61", "9", "1", "4"});
+    Simctl({"set-state", "31", "20", "1", "2"});
     ExpectShown({{"Nic/Slot/6", {{"Inventory.DeviceStatus", "5"}}},
                  {"Nic/Slot/3", {{"Inventory.DeviceStatus", "3"}}},
                  {"Nic/Slot/5", {{"Inventory.DeviceStatus", "1"}}}});
-    Benchctl({"set-state", "31", "20", "1", "1"});
+    Simctl({"set-state", "31", "20", "1", "1"});
     ExpectShown({{"Nic/Slot/3", {{"Inventory.DeviceStatus", "2"}}}});
 }
 
 TEST_F(MovingCards, BecomeOcpCardsWhenTheirModelSaysSo) {
     ExpectObject(thermal, true);
-    Benchctl({"fru", "3", "MX-200 OCP3"});
+    Simctl({"fru", "3", "MX-200 OCP3"});
     const std::string type = "com.korv.bmc.Thermal.ThermalSensor.dev_types.";
     ExpectShown(
         {{thermal,
@@ -175,7 +175,7 @@ std::string DoneInSlot(const std::string& log, const std::string& slot) {
 
 TEST_F(MovingCards, NoticeAChangeInTheTenthCycle) {
     ExpectObject("temperature/NIC_Slot_9_sensorid_5", true);
-    Benchctl({"touch", "91"});
+    Simctl({"touch", "91"});
     std::string done;
     Eventually([&] {
         done = DoneInSlot(server->Log(), "9");
@@ -197,7 +197,7 @@ TEST_F(MovingCards, AreModelledAgainWithTheirNumbers) {
     TakeRemoved("FC/Slot/8");
 
     // Nobody misses a state sensor but the next look at the records; the inventory stays.
-    Benchctl({"drop", "81", "21"});
+    Simctl({"drop", "81", "21"});
     ExpectObject(link, false);
     expectNumbers();
     for (const auto& removed : TakeRemoved("FC/Slot/8")) {
@@ -205,18 +205,18 @@ TEST_F(MovingCards, AreModelledAgainWithTheirNumbers) {
     }
 
     // A sensor that answers no more makes a new inventory.
-    Benchctl({"drop", "81", "12"});
+    Simctl({"drop", "81", "12"});
     ExpectObject(hot, false);
     ExpectShown({{compact, {{"ThermalSensor.Instance", first}, {"Value.Value", "61"}}}});
     const auto removed = TakeRemoved("FC/Slot/8");
     EXPECT_NE(std::ranges::find(removed, ""), removed.end());
 
-    Benchctl({"restore", "81", "12"});
-    Benchctl({"restore", "81", "21"});
+    Simctl({"restore", "81", "12"});
+    Simctl({"restore", "81", "21"});
     expectNumbers();
     ExpectObject(link, true);
 
-    Benchctl({"threshold", "81", "12", "critical-high", "85"});
+    Simctl({"threshold", "81", "12", "critical-high", "85"});
     ExpectShown({{hot, {{"Critical.CriticalHigh", "85"}}}});
     expectNumbers();
 }

@@ -105,20 +105,20 @@ TEST_F(Cxl, AFirmwareUpdateKeepsCommandsAwayAndItsThreadSleeps) {
     const auto answered = [] {
         return std::vector{server->Answered(21), server->Answered(41), server->Answered(42)};
     };
-    Benchctl({"fw-start"});
-    Benchctl({"wait-requests", "31", "10"}); // cycles that had begun are over
-    Benchctl({"set", "21", "1", "80"});
+    Simctl({"fw-start"});
+    Simctl({"wait-requests", "31", "10"}); // cycles that had begun are over
+    Simctl({"set", "21", "1", "80"});
     const auto before = answered();
     const auto begun = std::chrono::steady_clock::now();
     const auto used = ProcessorTime(server->Daemon().Id(), "PLDM_Slot_2");
-    Benchctl({"wait-requests", "31", "20"});
+    Simctl({"wait-requests", "31", "20"});
     const auto spent = ProcessorTime(server->Daemon().Id(), "PLDM_Slot_2") - used;
     EXPECT_EQ(answered(), before);
     EXPECT_LT(spent * 10, std::chrono::steady_clock::now() - begun);
     EXPECT_EQ(Show("temperature/CXLMemory_Slot_2_sensorid_1", "Value.Value"), "63");
-    Benchctl({"fw-stop"});
+    Simctl({"fw-stop"});
     ExpectShown({{"temperature/CXLMemory_Slot_2_sensorid_1", {{"Value.Value", "80"}}}});
-    Benchctl({"release", "21", "1"});
+    Simctl({"release", "21", "1"});
 }
 
 } // namespace

@@ -102,8 +102,8 @@ const std::string twoVdmTwoI2c = "      - {eid: 21, medium: vdm, bdf: 0x3b01}\n"
 TEST(DeviceLife, ASilentVdmEndpointIsLeftForI2c) {
     PlayedServer server(Card(vdmAndI2c));
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    server.Benchctl({"set", "12", "1", "55"});
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"set", "12", "1", "55"});
+    server.Simctl({"silence", "11"});
     // Over I2C from here on: the value is that of the other endpoint.
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "55"));
     EXPECT_TRUE(server.WaitForLog("Use I2C EIDs for slot 3"));
@@ -113,21 +113,21 @@ TEST(DeviceLife, ASilentVdmEndpointIsLeftForI2c) {
 TEST(DeviceLife, ANewTableBringsItBackToVdm) {
     PlayedServer server(Card(vdmAndI2c));
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    server.Benchctl({"set", "12", "1", "55"});
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"set", "12", "1", "55"});
+    server.Simctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "55"));
-    server.Benchctl({"unsilence", "11"});
-    server.Benchctl({"table"});
+    server.Simctl({"unsilence", "11"});
+    server.Simctl({"table"});
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
 }
 
 TEST(DeviceLife, TwoControllersAreOrderedByTheirAddressAndMakeANewInventoryOnI2c) {
     PlayedServer server(Card(twoVdmTwoI2c));
     ASSERT_TRUE(server.WaitForProperty(firstOfTwo, valueInterface, "Value", "50"));
-    server.Benchctl({"set", "21", "1", "60"});
+    server.Simctl({"set", "21", "1", "60"});
     EXPECT_TRUE(server.WaitForProperty(secondOfTwo, valueInterface, "Value", "60"));
-    server.Benchctl({"set", "22", "1", "77"});
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"set", "22", "1", "77"});
+    server.Simctl({"silence", "11"});
     EXPECT_TRUE(server.WaitForLog("Inventory successful for slot 3", 2));
     EXPECT_TRUE(server.WaitForProperty(secondOfTwo, valueInterface, "Value", "77"));
 }
@@ -135,21 +135,21 @@ TEST(DeviceLife, TwoControllersAreOrderedByTheirAddressAndMakeANewInventoryOnI2c
 TEST(DeviceLife, WithoutI2cItWaitsAndTriesAgain) {
     PlayedServer server(Card("      - {eid: 11, medium: vdm}\n"));
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForLog("mI2C_EIDs vector is empty for slot 3"));
     ASSERT_TRUE(server.WaitForLog("Device in Slot 3 waiting 115 seconds"));
-    server.Benchctl({"unsilence", "11"});
+    server.Simctl({"unsilence", "11"});
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
 }
 
 TEST(DeviceLife, ATableEndsTheWait) {
     PlayedServer server(Card("      - {eid: 11, medium: vdm}\n"));
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForLog("Device in Slot 3 waiting 115 seconds"));
-    server.Benchctl({"move", "11", "31"});
-    server.Benchctl({"unsilence", "31"});
-    server.Benchctl({"table"});
+    server.Simctl({"move", "11", "31"});
+    server.Simctl({"unsilence", "31"});
+    server.Simctl({"table"});
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
     EXPECT_TRUE(server.WaitForLog("Updating EID = 31 for slot 3"));
 }
@@ -157,12 +157,12 @@ TEST(DeviceLife, ATableEndsTheWait) {
 TEST(DeviceLife, ATableThatComesInATimeOutIsTakenAtOnce) {
     PlayedServer server(Card("      - {eid: 12, medium: i2c, bus-address: 0x1d}\n"));
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    server.Benchctl({"silence", "12"});
+    server.Simctl({"silence", "12"});
     // Over I2C a failed cycle is tolerated and begins anew at once: the table must get its turn.
     ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 11 and EID = 12", 2));
-    server.Benchctl({"move", "12", "32"});
-    server.Benchctl({"unsilence", "32"});
-    server.Benchctl({"table"});
+    server.Simctl({"move", "12", "32"});
+    server.Simctl({"unsilence", "32"});
+    server.Simctl({"table"});
     ASSERT_TRUE(server.WaitForLog("Updating EID = 32 for slot 3"));
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
     EXPECT_LE(TimeOutsBehindTheTable(server.Log(), "Updating EID = 32"), 2);
@@ -171,15 +171,15 @@ TEST(DeviceLife, ATableThatComesInATimeOutIsTakenAtOnce) {
 TEST(DeviceLife, ATableDuringAnInventoryLeadsToANewOneOnItsEndpoints) {
     PlayedServer server(Card(twoVdmTwoI2c));
     ASSERT_TRUE(server.WaitForProperty(firstOfTwo, valueInterface, "Value", "50"));
-    server.Benchctl({"silence", "12"});
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"silence", "12"});
+    server.Simctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForLog("Use I2C EIDs for slot 3"));
-    server.Benchctl({"recover", "11"});
+    server.Simctl({"recover", "11"});
     ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 4 and EID = 12"));
-    server.Benchctl({"move", "21", "31"}); // its table leads back to VDM
+    server.Simctl({"move", "21", "31"}); // its table leads back to VDM
     ASSERT_TRUE(server.WaitForLog("Updating EID = 31 for slot 3"));
     EXPECT_LE(TimeOutsBehindTheTable(server.Log(), "Updating EID = 31"), 2);
-    server.Benchctl({"set", "31", "1", "60"});
+    server.Simctl({"set", "31", "1", "60"});
     EXPECT_TRUE(server.WaitForProperty(secondOfTwo, valueInterface, "Value", "60"));
     EXPECT_EQ(CountOf(server.Log(), "Inventory successful for slot 3"), 2);
     EXPECT_EQ(CountOf(server.Log(), "PLDM Inventory failed"), 0);
@@ -188,13 +188,13 @@ TEST(DeviceLife, ATableDuringAnInventoryLeadsToANewOneOnItsEndpoints) {
 TEST(DeviceLife, ATableEndsTheStandstillAfterAFailedInventory) {
     PlayedServer server(SixCards());
     WaitForSix(server);
-    server.Benchctl({"refuse", "13"});
-    server.Benchctl({"refuse", "23"});
-    server.Benchctl({"pull", "3"});
-    server.Benchctl({"plug", "3"});
+    server.Simctl({"refuse", "13"});
+    server.Simctl({"refuse", "23"});
+    server.Simctl({"pull", "3"});
+    server.Simctl({"plug", "3"});
     ASSERT_TRUE(server.WaitForLog("PLDM Inventory failed for slot 3", 2)); // over VDM and I2C
-    server.Benchctl({"accept", "13"});
-    server.Benchctl({"table"});
+    server.Simctl({"accept", "13"});
+    server.Simctl({"table"});
     WaitForSix(server);
 }
 
@@ -203,23 +203,23 @@ TEST(DeviceLife, ControllersOverI2cAreOrderedByTheirNames) {
                         Card("      - {eid: 12, medium: i2c, bus-address: 0x1d, udid: second}\n"
                              "      - {eid: 22, medium: i2c, bus-address: 0x1e, udid: first}\n"));
     ASSERT_TRUE(server.WaitForProperty(secondOfTwo, valueInterface, "Value", "50"));
-    server.Benchctl({"set", "22", "1", "77"});
+    server.Simctl({"set", "22", "1", "77"});
     EXPECT_TRUE(server.WaitForProperty(firstOfTwo, valueInterface, "Value", "77"));
 }
 
 TEST(DeviceLife, ATableTakesADeviceAwayThatSitsInATimeOut) {
     PlayedServer server(SixCards());
     WaitForSix(server);
-    server.Benchctl({"silence", "13"});
+    server.Simctl({"silence", "13"});
     ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 11 and EID = 13"));
-    server.Benchctl({"pull", "3"});
+    server.Simctl({"pull", "3"});
     ASSERT_TRUE(server.WaitForObjects(
         [](const PublishedObjects& objects) { return !objects.contains(SensorOf(3)); }));
-    server.Benchctl({"set", "14", "1", "60"});
+    server.Simctl({"set", "14", "1", "60"});
     EXPECT_TRUE(server.WaitForProperty(SensorOf(4), valueInterface, "Value", "60"));
-    server.Benchctl({"set", "14", "1", "50"});
-    server.Benchctl({"plug", "3"});
-    server.Benchctl({"recover", "13"});
+    server.Simctl({"set", "14", "1", "50"});
+    server.Simctl({"plug", "3"});
+    server.Simctl({"recover", "13"});
     WaitForSix(server);
 }
 
@@ -227,14 +227,14 @@ TEST(DeviceLife, TablesInQuickSuccessionLoseNoDevice) {
     PlayedServer server(SixCards());
     WaitForSix(server);
     for (int round = 0; round < 3; ++round) {
-        server.Benchctl({"pull", "2"});
-        server.Benchctl({"move", "13", "33"});
-        server.Benchctl({"plug", "2"});
-        server.Benchctl({"move", "33", "13"});
+        server.Simctl({"pull", "2"});
+        server.Simctl({"move", "13", "33"});
+        server.Simctl({"plug", "2"});
+        server.Simctl({"move", "33", "13"});
     }
     for (int slot = 1; slot <= 6; ++slot) {
         for (const char* medium : {"1", "2"}) {
-            server.Benchctl({"set", medium + std::to_string(slot), "1", "51"});
+            server.Simctl({"set", medium + std::to_string(slot), "1", "51"});
         }
     }
     for (int slot = 1; slot <= 6; ++slot) {
@@ -245,20 +245,20 @@ TEST(DeviceLife, TablesInQuickSuccessionLoseNoDevice) {
 TEST(DeviceLife, AChangedRepositoryIsNoticedAndReadAgain) {
     PlayedServer server(Card("      - {eid: 11, medium: vdm}\n"));
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    server.Benchctl({"touch", "11"});
+    server.Simctl({"touch", "11"});
     EXPECT_TRUE(server.WaitForLog("PDR Changed!!!", 2));
-    server.Benchctl({"set", "11", "1", "51"});
+    server.Simctl({"set", "11", "1", "51"});
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "51"));
 }
 
 TEST(HostPower, OffRemovesEverythingAndOnBringsItBackWithItsFirstNumbers) {
     PlayedServer server(SixCards());
     EXPECT_EQ(WaitForSix(server), firstSix);
-    server.Benchctl({"host", "off"});
+    server.Simctl({"host", "off"});
     ASSERT_TRUE(WaitForNothing(server));
     ASSERT_TRUE(server.Daemon().Runs());
-    server.Benchctl({"host", "on"});
-    server.Benchctl({"table"});
+    server.Simctl({"host", "on"});
+    server.Simctl({"table"});
     EXPECT_EQ(WaitForSix(server), firstSix);
 }
 
@@ -267,17 +267,17 @@ TEST(HostPower, NumbersBeginAnewOnlyWhereNoDeviceIsLeft) {
     const auto first = WaitForAllBut(server, 0);
     const int number151 = first.at("151");
     const std::string slot = std::to_string(number151);
-    server.Benchctl({"pull", slot});
+    server.Simctl({"pull", slot});
     const std::set<std::string> kept{"152", "153", "154", "155", "156"};
     EXPECT_EQ(Numbers(WaitForAllBut(server, number151)), kept);
-    server.Benchctl({"plug", slot});
+    server.Simctl({"plug", slot});
     EXPECT_EQ(WaitForAllBut(server, 0), first);
 
-    server.Benchctl({"host", "off"});
+    server.Simctl({"host", "off"});
     ASSERT_TRUE(WaitForNothing(server));
-    server.Benchctl({"pull", slot, "quietly"});
-    server.Benchctl({"host", "on"});
-    server.Benchctl({"table"});
+    server.Simctl({"pull", slot, "quietly"});
+    server.Simctl({"host", "on"});
+    server.Simctl({"table"});
     const std::set<std::string> anew{"151", "152", "153", "154", "155"};
     EXPECT_EQ(Numbers(WaitForAllBut(server, number151)), anew);
 }
@@ -285,31 +285,31 @@ TEST(HostPower, NumbersBeginAnewOnlyWhereNoDeviceIsLeft) {
 TEST(HostPower, OffInTheMiddleOfATimeOutEndsTheDevice) {
     PlayedServer server("platform-services: true\n" + Card(vdmAndI2c));
     ASSERT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 11 and EID = 11"));
-    server.Benchctl({"host", "off"});
+    server.Simctl({"host", "off"});
     EXPECT_TRUE(server.WaitForLog(powerOffLine));
     EXPECT_TRUE(WaitForNothing(server));
     EXPECT_TRUE(server.Daemon().Runs());
-    server.Benchctl({"unsilence", "11"});
-    server.Benchctl({"host", "on"});
-    server.Benchctl({"table"});
+    server.Simctl({"unsilence", "11"});
+    server.Simctl({"host", "on"});
+    server.Simctl({"table"});
     EXPECT_TRUE(server.WaitForProperty(oneController, valueInterface, "Value", "50"));
 }
 
 TEST(HostPower, OffInTheMiddleOfAnInventoryEndsTheDevice) {
     PlayedServer server(SixCards());
     WaitForSix(server);
-    server.Benchctl({"slow", "13", "60"});
-    server.Benchctl({"pull", "3"});
-    server.Benchctl({"plug", "3"});
-    server.Benchctl({"wait-requests", "13", "3"});
-    server.Benchctl({"host", "off"});
+    server.Simctl({"slow", "13", "60"});
+    server.Simctl({"pull", "3"});
+    server.Simctl({"plug", "3"});
+    server.Simctl({"wait-requests", "13", "3"});
+    server.Simctl({"host", "off"});
     ASSERT_TRUE(server.WaitForLog(powerOffLine));
     ASSERT_TRUE(WaitForNothing(server));
-    server.Benchctl({"recover", "13"});
-    server.Benchctl({"host", "on"});
-    server.Benchctl({"table"});
+    server.Simctl({"recover", "13"});
+    server.Simctl({"host", "on"});
+    server.Simctl({"table"});
     EXPECT_EQ(WaitForSix(server), firstSix);
 }
 
@@ -318,12 +318,12 @@ TEST(HostPower, OffWhileDevicesAreRemovedIsNotLostAndATableWaitsForBoth) {
     WaitForSix(server);
     // The removal of six devices takes 12 s of the daemon's, time enough for all of this. The
     // second power off counts though the host is on again when its turn comes.
-    server.Benchctl({"host", "off"});
+    server.Simctl({"host", "off"});
     ASSERT_TRUE(server.WaitForLog(powerOffLine));
     for (const char* power : {"on", "off", "on"}) {
-        server.Benchctl({"host", power});
+        server.Simctl({"host", power});
     }
-    server.Benchctl({"table"});
+    server.Simctl({"table"});
     EXPECT_TRUE(server.WaitForLog(powerOffLine, 2));
     EXPECT_EQ(WaitForSix(server), firstSix) << "the table came during the removal";
     EXPECT_EQ(CountOf(server.Log(), powerOffLine), 2);
@@ -338,9 +338,9 @@ TEST(FruEvent, TypesTheSensorsOfACardAnewOnTheMainThread) {
     };
     EXPECT_EQ(type(), "\"" + types + "NIC_ASIC\"");
     for (const char* fru : {"4", "3"}) { // another slot's, and one of a card that isn't OCP
-        server.Benchctl({"fru", fru, "plain"});
+        server.Simctl({"fru", fru, "plain"});
     }
-    server.Benchctl({"fru", "3", "OCP-100G"});
+    server.Simctl({"fru", "3", "OCP-100G"});
     EXPECT_TRUE(server.WaitForProperty(oneController, thermalInterface, "SensorType",
                                        "\"" + types + "NDC_ASIC\""));
     EXPECT_TRUE(server.WaitForProperty(oneController, thermalInterface, "DeviceType", "\"OCP3\""));

@@ -58,7 +58,7 @@ TEST(FirstRoad, ACardBecomesItsObjects) {
 TEST(FirstRoad, AChangedValueMoves) {
     PlayedServer server(Card(twoSensors));
     ASSERT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "61"));
-    server.Benchctl({"set", "11", "1", "95"});
+    server.Simctl({"set", "11", "1", "95"});
     EXPECT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "95"));
     EXPECT_EQ(server.Objects().at(temperature1).at(probeInterface).at("ProbeReading"), "95");
 }
@@ -72,11 +72,11 @@ TEST(FirstRoad, UnchangedSensorsAreSilentOnTheBus) {
     ASSERT_TRUE(server.WaitForProperty("/xyz/openbmc_project/sensors/temperature/"
                                        "NIC_Slot_3_sensorid_40",
                                        valueInterface, "Value", "40"));
-    server.Benchctl({"wait-requests", "11", "100"});
+    server.Simctl({"wait-requests", "11", "100"});
     server.Client().Settle(PlayedServer::serviceName);
     server.Client().TakeSignals();
     // Twelve cycles and more, with at least one look at the repository.
-    server.Benchctl({"wait-requests", "11", "500"});
+    server.Simctl({"wait-requests", "11", "500"});
     server.Client().Settle(PlayedServer::serviceName);
     EXPECT_TRUE(server.Client().TakeSignals().empty());
 }
@@ -84,21 +84,21 @@ TEST(FirstRoad, UnchangedSensorsAreSilentOnTheBus) {
 TEST(FirstRoad, ASilentEndpointShowsThatItsReadingsAreGone) {
     PlayedServer server(Card(twoSensors));
     ASSERT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "61"));
-    server.Benchctl({"silence", "11"});
+    server.Simctl({"silence", "11"});
     ASSERT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "2147483647"));
     EXPECT_EQ(server.Objects().at(temperature1).at(probeInterface).at("ProbeStatus"), "0");
     // Ten attempts, each with its line, before the card counts as silent.
     EXPECT_TRUE(server.WaitForLog("MCTP Timeout::For CMD = 11 and EID = 11", 10));
-    server.Benchctl({"unsilence", "11"});
+    server.Simctl({"unsilence", "11"});
     EXPECT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "61"));
 }
 
 TEST(FirstRoad, ATableAgainChangesNothing) {
     PlayedServer server(Card(twoSensors));
     ASSERT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "61"));
-    server.Benchctl({"table"});
+    server.Simctl({"table"});
     ASSERT_TRUE(server.WaitForLog("END_POINT_TABLE_UPDATED", 2));
-    server.Benchctl({"wait-requests", "11", "10"});
+    server.Simctl({"wait-requests", "11", "10"});
     server.Client().Settle(PlayedServer::serviceName);
     for (const Signal& signal : server.Client().Signals()) {
         EXPECT_NE(signal.member, "InterfacesRemoved");
@@ -117,12 +117,12 @@ TEST(FirstRoad, PulledAndPluggedAgain) {
     constexpr auto other = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_4_sensorid_1";
     ASSERT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "61"));
     ASSERT_TRUE(server.WaitForProperty(other, valueInterface, "Value", "50"));
-    server.Benchctl({"pull", "3"});
+    server.Simctl({"pull", "3"});
     ASSERT_TRUE(server.WaitForObjects([](const PublishedObjects& objects) {
         return !objects.contains(temperature1) && !objects.contains(inventory);
     }));
     EXPECT_TRUE(server.Objects().contains(other));
-    server.Benchctl({"plug", "3"});
+    server.Simctl({"plug", "3"});
     EXPECT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "61"));
 }
 
@@ -144,10 +144,10 @@ TEST(ProcessLife, ALostBusEndsItWithAFailure) {
     EXPECT_LT(*status, 128) << "ended by a signal";
 }
 
-TEST(ProcessLife, WithoutABenchItServesItsNameAndNothingElse) {
+TEST(ProcessLife, WithoutASimulatorItServesItsNameAndNothingElse) {
     PlayedServer server(Card(twoSensors));
     ASSERT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "61"));
-    server.Bench().Signal(SIGKILL);
+    server.Simulator().Signal(SIGKILL);
     EXPECT_TRUE(server.WaitForProperty(temperature1, valueInterface, "Value", "2147483647"));
     EXPECT_TRUE(server.Daemon().Runs());
 }

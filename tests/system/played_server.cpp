@@ -23,32 +23,32 @@ constexpr auto inventoryRoot = "/xyz/openbmc_project/inventory/system";
 
 PlayedServer::PlayedServer(const std::string& scenario, int logLevel)
     : logLevel(logLevel), bus(std::make_unique<PrivateBus>()) {
-    StartBench(scenario);
+    StartSimulator(scenario);
     StartDaemon();
     client = std::make_unique<BusClient>();
 }
 
-std::map<std::string, std::string> PlayedServer::BenchEnvironment() const {
-    return {{"BENCH_SOCKET", bus->Folder() + "/bench"}};
+std::map<std::string, std::string> PlayedServer::SimulatorEnvironment() const {
+    return {{"SIMULATOR_SOCKET", bus->Folder() + "/simulator"}};
 }
 
-void PlayedServer::StartBench(const std::string& scenario) {
+void PlayedServer::StartSimulator(const std::string& scenario) {
     const std::string file = bus->Folder() + "/scenario.yaml";
     std::ofstream(file) << scenario;
-    bench =
-        std::make_unique<Process>(std::vector<std::string>{BENCH_PROGRAM, "--trace", Trace(), file},
-                                  BenchEnvironment(), bus->Folder() + "/bench.log");
-    const std::string socket = bus->Folder() + "/bench";
-    Eventually([&] { return access(socket.c_str(), F_OK) == 0 || !bench->Runs(); });
-    if (!bench->Runs()) {
-        throw std::runtime_error("the bench doesn't start: " + bench->Log());
+    simulator = std::make_unique<Process>(
+        std::vector<std::string>{SIMULATOR_PROGRAM, "--trace", Trace(), file},
+        SimulatorEnvironment(), bus->Folder() + "/simulator.log");
+    const std::string socket = bus->Folder() + "/simulator";
+    Eventually([&] { return access(socket.c_str(), F_OK) == 0 || !simulator->Runs(); });
+    if (!simulator->Runs()) {
+        throw std::runtime_error("the simulator doesn't start: " + simulator->Log());
     }
 }
 
-void PlayedServer::RestartBench(const std::string& scenario) {
-    bench.reset();
-    std::filesystem::remove(bus->Folder() + "/bench"); // tells that the new one listens
-    StartBench(scenario);
+void PlayedServer::RestartSimulator(const std::string& scenario) {
+    simulator.reset();
+    std::filesystem::remove(bus->Folder() + "/simulator"); // tells that the new one listens
+    StartSimulator(scenario);
 }
 
 std::string PlayedServer::Trace() const {
@@ -76,17 +76,17 @@ void PlayedServer::RestartDaemon() {
 }
 
 void PlayedServer::StartDaemon() {
-    auto environment = BenchEnvironment();
+    auto environment = SimulatorEnvironment();
     environment["TRACELOG_LEVEL"] = std::to_string(logLevel);
     environment["TEST_CLOCK_SCALE"] = clockScale;
     daemon = std::make_unique<Process>(std::vector<std::string>{DAEMON_PROGRAM}, environment,
                                        bus->Folder() + "/daemon.log");
 }
 
-std::string PlayedServer::Benchctl(const std::vector<std::string>& words) const {
-    std::vector<std::string> command{BENCHCTL_PROGRAM};
+std::string PlayedServer::Simctl(const std::vector<std::string>& words) const {
+    std::vector<std::string> command{SIMCTL_PROGRAM};
     command.insert(command.end(), words.begin(), words.end());
-    return Run(command, BenchEnvironment());
+    return Run(command, SimulatorEnvironment());
 }
 
 PublishedObjects PlayedServer::Objects() {
@@ -150,7 +150,7 @@ int CountOf(const std::string& text, const std::string& piece) {
 }
 
 std::string ReadScenario(const std::string& name) {
-    const std::ifstream file(std::string(BENCH_SCENARIOS) + "/" + name);
+    const std::ifstream file(std::string(SIMULATOR_SCENARIOS) + "/" + name);
     std::ostringstream text;
     text << file.rdbuf();
     EXPECT_FALSE(text.str().empty()) << name;

@@ -1,4 +1,4 @@
-/** A whole played server: private bus, bench with a scenario, and the daemon as it ships. */
+/** A whole played server: private bus, simulator with a scenario, and the daemon as it ships. */
 #pragma once
 
 #include "support/bus_client.hpp"
@@ -22,22 +22,22 @@ class PlayedServer {
 public:
     static constexpr auto serviceName = "com.korv.zenth.vantricd";
 
-    /** @param scenario text of a scenario, as docs/bench.md tells
+    /** @param scenario text of a scenario, as docs/simulator.md tells
      *  @param logLevel what of the daemon's log is kept */
     explicit PlayedServer(const std::string& scenario, int logLevel = 4);
 
-    /** Ends the daemon and starts another one on the same bus and bench. */
+    /** Ends the daemon and starts another one on the same bus and simulator. */
     void RestartDaemon();
 
-    /** Ends the bench and starts another one in its place, with a scenario of its own. */
-    void RestartBench(const std::string& scenario);
+    /** Ends the simulator and starts another one in its place, with a scenario of its own. */
+    void RestartSimulator(const std::string& scenario);
 
     /** How many requests with these bytes behind the instance id, in lower case hexadecimal, an
      *  endpoint has answered so far; all of them if there are none. */
     int Answered(int eid, const std::string& bytes = "") const;
 
-    /** Runs benchctl with the words of a command. */
-    std::string Benchctl(const std::vector<std::string>& words) const;
+    /** Runs simctl with the words of a command. */
+    std::string Simctl(const std::vector<std::string>& words) const;
 
     /** What stands on the bus now; empty while the daemon has no name. */
     PublishedObjects Objects();
@@ -59,17 +59,17 @@ public:
     BusClient& Client() { return *client; }
     Process& Daemon() { return *daemon; }
     PrivateBus& Bus() { return *bus; }
-    Process& Bench() { return *bench; }
+    Process& Simulator() { return *simulator; }
 
 private:
-    std::map<std::string, std::string> BenchEnvironment() const;
+    std::map<std::string, std::string> SimulatorEnvironment() const;
     std::string Trace() const;
-    void StartBench(const std::string& scenario);
+    void StartSimulator(const std::string& scenario);
     void StartDaemon();
 
     const int logLevel;
     std::unique_ptr<PrivateBus> bus;
-    std::unique_ptr<Process> bench;
+    std::unique_ptr<Process> simulator;
     std::unique_ptr<Process> daemon;
     std::unique_ptr<BusClient> client;
 };
@@ -77,7 +77,7 @@ private:
 /** How often a piece stands in a text. */
 int CountOf(const std::string& text, const std::string& piece);
 
-/** The text of one of the bench's own scenarios, by its file's name. */
+/** The text of one of the simulator's own scenarios, by its file's name. */
 std::string ReadScenario(const std::string& name);
 
 /** The paths of objects, sorted. */

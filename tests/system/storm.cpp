@@ -152,7 +152,7 @@ std::string Text(const Described& card) {
 /** How many requests each endpoint has answered. */
 std::map<int, int> Counts(const PlayedServer& server) {
     std::map<int, int> answered;
-    std::istringstream in(server.Benchctl({"count"}));
+    std::istringstream in(server.Simctl({"count"}));
     std::string skipped;
     for (int eid = 0; in >> skipped >> eid;) {
         in >> skipped >> answered[eid];
@@ -246,7 +246,7 @@ void Storm::Send(const Words& words) {
         line += (line.empty() ? "" : " ") + word;
     }
     history.push_back(line);
-    server.Benchctl(words);
+    server.Simctl(words);
 }
 
 /** One of the things that must change nothing. */
@@ -368,7 +368,7 @@ bool Storm::Calm(bool plugEverything) {
             Send({"recover", std::to_string(endPoint.eid)});
             // None stays failed: a first reading of that can't be told from none.
             for (const int id : endPoint.sensors) {
-                server.Benchctl(
+                server.Simctl(
                     {"operational", std::to_string(endPoint.eid), std::to_string(id), "enabled"});
             }
         }
@@ -407,7 +407,7 @@ bool Storm::Answered(bool tables) {
         // A device that still believes in an endpoint which has moved needs a later table.
         if (const auto now = std::chrono::steady_clock::now();
             tables && now - lastTable > tableInterval) {
-            server.Benchctl({"table"});
+            server.Simctl({"table"});
             lastTable = now;
         }
         missing.clear();

@@ -11,10 +11,10 @@
 
 namespace vantric::test {
 
-/** Sends random events of all kinds to a bench that plays Storm::Scenario(): tables good and bad,
- *  discoveries, cards that come and go, endpoints that move, are silent, slow, refuse or answer
- * with errors, host power, firmware updates, FRUs, changed repositories and values, and signals and
- *  notifications that say nothing. The same seed makes the same storm. */
+/** Sends random events of all kinds to a simulator that plays Storm::Scenario(): tables good and
+ *  bad, discoveries, cards that come and go, endpoints that move, are silent, slow, refuse or
+ *  answer with errors, host power, firmware updates, FRUs, changed repositories and values, and
+ *  signals and notifications that say nothing. The same seed makes the same storm. */
 class Storm {
 public:
     /** Eight cards of all kinds, and some that nobody serves. */
@@ -70,7 +70,7 @@ private:
 
     struct Kind {
         int weight;
-        std::function<Words()> words; ///< of benchctl; none if there is nothing to do now
+        std::function<Words()> words; ///< of simctl; none if there is nothing to do now
     };
 
     std::vector<Kind> Kinds();

@@ -1,0 +1,55 @@
+/** Plays a platform with cards for the daemon. */
+
+#include "bus/platform_services.hpp"
+#include "scenario/scenario.hpp"
+#include "server/server.hpp"
+
+#include <cstdio>
+#include <exception>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+/** tracePath: where the trace goes; null for none. */
+int Play(const char* path, const char* tracePath) {
+    const auto scenario = simulator::ReadScenario(path);
+    simulator::Machine machine(scenario);
+    simulator::EventLoop loop;
+    std::optional<simulator::PlatformServices> services;
+    if (scenario.platformServices) {
+        services.emplace(loop, machine);
+    }
+    simulator::Server server(loop, machine, simulator_link::SocketPath());
+    simulator::Control control(machine, server, services ? &*services : nullptr);
+    server.SetControl(control);
+    std::optional<simulator::Trace> trace;
+    if (tracePath != nullptr) {
+        server.SetTrace(trace.emplace(tracePath));
+    }
+    // Whoever started the simulator waits for this line.
+    std::printf("simulator: %zu cards, listening at %s\n", machine.Cards().size(),
+                simulator_link::SocketPath().c_str());
+    std::fflush(stdout);
+    loop.Run();
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<const char*> words(argv + 1, argv + argc);
+    const bool traced = words.size() == 3 && std::string_view(words[0]) == "--trace";
+    if (words.size() != 1 && !traced) {
+        std::fprintf(stderr, "usage: simulator [--trace FILE] SCENARIO.yaml\n"
+                             "SIMULATOR_SOCKET names the socket to listen at\n");
+        return 1;
+    }
+    try {
+        return Play(words.back(), traced ? words[1] : nullptr);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "simulator: %s\n", error.what());
+        return 1;
+    }
+}
