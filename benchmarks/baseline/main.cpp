@@ -2,11 +2,11 @@
  *  through the same library, the same objects, the same PropertiesChanged signals, with sd-bus
  * alone and none of the daemon's code.
  *
- *      floor LIST
+ *      baseline LIST
  *
  *  LIST names the objects; `measure` writes it from what the daemon publishes. */
-#include "floor/objects.hpp"
-#include "floor/poller.hpp"
+#include "baseline/objects.hpp"
+#include "baseline/poller.hpp"
 
 #include <malloc.h>
 #include <sys/eventfd.h>
@@ -20,7 +20,7 @@
 
 namespace {
 
-using namespace measured_floor;
+using namespace measured_baseline;
 
 constexpr auto serviceName = "com.korv.zenth.vantricd";
 constexpr std::uint32_t linkType = 3;
@@ -70,7 +70,7 @@ private:
     std::vector<Change> pending; ///< under the mutex
 };
 
-/** The endpoint table tells the floor nothing that its list doesn't. */
+/** The endpoint table tells the baseline nothing that its list doesn't. */
 void OnTable(MctpLinkCallbackInfo* info) {
     if (info->callbackType == MCTPLINK_TABLE_DELIVERED) {
         std::free(info);
@@ -116,7 +116,7 @@ void OnTable(MctpLinkCallbackInfo* info) {
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::fputs("usage: floor LIST\n", stderr);
+        std::fputs("usage: baseline LIST\n", stderr);
         return 2;
     }
     // The daemon's settings: memory in arenas that the daemon hasn't would not be fair.
@@ -126,7 +126,7 @@ int main(int argc, char** argv) {
     try {
         Run(argv[1]);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "floor: %s\n", error.what());
+        std::fprintf(stderr, "baseline: %s\n", error.what());
         std::_Exit(1);
     }
 }

@@ -1,4 +1,4 @@
-#include "floor/poller.hpp"
+#include "baseline/poller.hpp"
 
 #include <array>
 #include <cstdio>
@@ -6,7 +6,7 @@
 #include <ctime>
 #include <limits>
 
-namespace measured_floor {
+namespace measured_baseline {
 
 namespace {
 
@@ -23,9 +23,9 @@ constexpr std::size_t responseLength = 12; // with a reading of 16 bits
 constexpr std::chrono::seconds timeout{5};
 constexpr std::time_t rest = 5; // seconds
 
-/** A floor that loses an answer has measured nothing. */
+/** A baseline that loses an answer has measured nothing. */
 [[noreturn]] void Fail(const char* what, unsigned eid, unsigned sensor) {
-    std::fprintf(stderr, "floor: %s, EID %u, sensor %u\n", what, eid, sensor);
+    std::fprintf(stderr, "baseline: %s, EID %u, sensor %u\n", what, eid, sensor);
     std::_Exit(1);
 }
 
@@ -101,4 +101,4 @@ void Poller::OnCompletion(MctpLinkRequest* request) {
     poller.answered.notify_one();
 }
 
-} // namespace measured_floor
+} // namespace measured_baseline

@@ -1,4 +1,4 @@
-#include "floor/objects.hpp"
+#include "baseline/objects.hpp"
 
 #include <algorithm>
 #include <fstream>
@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <system_error>
 
-namespace measured_floor {
+namespace measured_baseline {
 
 namespace {
 
@@ -105,7 +105,7 @@ void Fill(Cell& cell, Object& object, const Words& words) {
     } else if (type == "b") {
         cell.truth = std::stoi(value);
     } else {
-        throw std::runtime_error("the floor knows no properties of type " + type);
+        throw std::runtime_error("the baseline knows no properties of type " + type);
     }
 }
 
@@ -206,4 +206,4 @@ void Objects::Update(Object& object, std::int32_t reading) {
     }
 }
 
-} // namespace measured_floor
+} // namespace measured_baseline

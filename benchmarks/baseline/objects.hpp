@@ -1,4 +1,4 @@
-/** The floor's objects: the daemon's, published with nothing but sd-bus. */
+/** The baseline's objects: the daemon's, published with nothing but sd-bus. */
 #pragma once
 
 #include <systemd/sd-bus.h>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace measured_floor {
+namespace measured_baseline {
 
 /** Throws std::system_error for a negative result of libsystemd, which is an errno. */
 int Checked(int result, const char* what);
@@ -51,7 +51,7 @@ struct Object {
 class Objects {
 public:
     /** Publishes all of the list. Throws std::runtime_error where it can't be read, or holds a type
-     *  that the floor doesn't know. */
+     *  that the baseline doesn't know. */
     Objects(sd_bus* bus, const std::string& listPath);
 
     std::deque<Object>& All() { return objects; }
@@ -76,4 +76,4 @@ private:
     std::deque<Object> objects;
 };
 
-} // namespace measured_floor
+} // namespace measured_baseline

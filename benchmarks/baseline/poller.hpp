@@ -1,7 +1,7 @@
 /** Reads the sensors of one endpoint, as the daemon does. */
 #pragma once
 
-#include "floor/objects.hpp"
+#include "baseline/objects.hpp"
 
 #include <mctplink.h>
 
@@ -10,7 +10,7 @@
 #include <mutex>
 #include <thread>
 
-namespace measured_floor {
+namespace measured_baseline {
 
 /** A reading that differs from the one before. */
 struct Change {
@@ -51,4 +51,4 @@ private:
     bool done = false; ///< the request is answered; under the mutex
 };
 
-} // namespace measured_floor
+} // namespace measured_baseline
