@@ -75,7 +75,7 @@ void MemoryDevice::UpdateDbusForTempSensor(const __Sensor& sensor) {
     }
     SensorInsertRequest request;
     request.sensor = sensor;
-    request.objectPath = SensorPath(sensor, ldid, "_sensorid_");
+    request.objectPath = SensorPath(sensor, ldid, CONTROLLER_UNTOLD);
     request.deviceLdid = ldid;
     request.inventoryPath = inventoryBasePath + std::to_string(slotNumber);
     request.entityName = word;

@@ -59,15 +59,8 @@ std::string Modeling::InventoryRoot() const {
     return device.inventoryBase + std::to_string(device.slot);
 }
 
-std::string Modeling::SensorTag(std::uint8_t controller) const {
-    if (!device.multipleControllers) {
-        return "sensorid_";
-    }
-    return controller == 2 ? "sensorid_ctrl2_" : "sensorid_ctrl1_";
-}
-
-std::string Modeling::StateTail(std::uint8_t controller) const {
-    return "/sensor/state/" + SensorTag(controller);
+ControllerTag Modeling::Tag(std::uint8_t controller) const {
+    return device.multipleControllers ? TagOfController(controller) : CONTROLLER_UNTOLD;
 }
 
 } // namespace vantric

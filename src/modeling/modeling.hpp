@@ -6,6 +6,7 @@
 #include "publisher/publisher.hpp"
 #include "records/extracted_data.hpp"
 #include "records/readings.hpp"
+#include "vocabulary/sensor_tag.hpp"
 
 #include <cstdint>
 #include <memory>
@@ -107,9 +108,7 @@ private:
                                         std::uint8_t controller);
 
     std::string InventoryRoot() const;
-    /** "sensorid_", with the controller behind it on a device that has several. */
-    std::string SensorTag(std::uint8_t controller) const;
-    std::string StateTail(std::uint8_t controller) const;
+    ControllerTag Tag(std::uint8_t controller) const;
 
     const ModelingParameters device;
     Publisher& publisher;

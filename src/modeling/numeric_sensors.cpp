@@ -59,7 +59,7 @@ void Modeling::NumericSensorHandler(const __Sensor& sensor, PDRTree& node,
         return;
     }
     SensorPlace place{.slot = device.slot,
-                      .sensorPath = SensorPath(sensor, device.ldid, "_" + SensorTag(1)),
+                      .sensorPath = SensorPath(sensor, device.ldid, Tag(1)),
                       .resolvedLdid = {},
                       .inventoryPath = inventoryPath,
                       .name =
@@ -87,7 +87,7 @@ void Modeling::UbbNumericSensorHandler(const __Sensor& sensor, std::uint8_t enti
         return;
     }
     SensorPlace place{.slot = 0,
-                      .sensorPath = SensorPath(sensor, device.ldid, "_sensorid_"),
+                      .sensorPath = SensorPath(sensor, device.ldid, CONTROLLER_UNTOLD),
                       .resolvedLdid = {},
                       .inventoryPath = {},
                       .name = name};
@@ -109,8 +109,7 @@ void Modeling::UpdateDbus(__Sensor sensor, bool flat, std::uint8_t controller) {
         }
     }
     const SensorPlace place{.slot = device.slot,
-                            .sensorPath =
-                                SensorPath(sensor, device.ldid, "_" + SensorTag(controller)),
+                            .sensorPath = SensorPath(sensor, device.ldid, Tag(controller)),
                             .resolvedLdid = {},
                             .inventoryPath = InventoryRoot() + ControllerPiece(controller),
                             .name = NameWithoutNode(sensor, flat, controller)};

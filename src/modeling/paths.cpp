@@ -68,9 +68,9 @@ std::string ControllerPiece(std::uint8_t controller) {
     return controller == 2 ? "/networkcontroller_2" : "/networkcontroller_1";
 }
 
-std::string SensorPath(const __Sensor& sensor, const std::string& ldid, const std::string& tag) {
+std::string SensorPath(const __Sensor& sensor, const std::string& ldid, ControllerTag tag) {
     const char* root = sensor.baseUnit == BASE_UNIT_WATTS ? powerRoot : temperatureRoot;
-    return root + ldid + tag + std::to_string(sensor.sensorId);
+    return root + ldid + SensorTail(tag, sensor.sensorId);
 }
 
 } // namespace vantric

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "modeling/pdr_tree.hpp"
+#include "vocabulary/sensor_tag.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +31,7 @@ std::uint8_t ConnectorNumber(const std::string& path);
  */
 std::string ControllerPiece(std::uint8_t controller);
 
-/** The object path of a numeric sensor. tag stands between LDID and sensor id. */
-std::string SensorPath(const __Sensor& sensor, const std::string& ldid, const std::string& tag);
+/** The object path of a numeric sensor. */
+std::string SensorPath(const __Sensor& sensor, const std::string& ldid, ControllerTag tag);
 
 } // namespace vantric

@@ -66,7 +66,7 @@ void Modeling::StateSensorHandler(_StateSensors& sensor, const std::string& inve
         sensor.entityInstanceNumber = 0;
     }
     StateSensorRequest request = Describe(sensor, device.slot);
-    request.statePath = inventoryPath + StateTail(1) + std::to_string(sensor.sensorId);
+    request.statePath = inventoryPath + StateSensorTail(Tag(1), sensor.sensorId);
     request.deviceLdid = device.ldid;
     request.secondLdid = device.ldid;
     if (IsVirtualBoard(device.identity)) {
@@ -110,7 +110,7 @@ void Modeling::PlaceWithoutNode(StateSensorRequest& request, bool flat, std::uin
             path += "/connector_" + std::to_string(connectorCount) + piece + "1";
         }
     }
-    request.statePath = path + StateTail(controller) + std::to_string(request.sensorId);
+    request.statePath = path + StateSensorTail(Tag(controller), request.sensorId);
 }
 
 } // namespace vantric

@@ -36,11 +36,11 @@ void Modeling::UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value,
         UpdateThermalSensorForAllLDIDs(sensorId, value, controller);
         return;
     }
-    const std::string tag = controller == 2 ? "sensorid_ctrl2_" : "_" + SensorTag(controller);
     SensorValueRequest request;
     request.value = value;
     request.deviceLdid = device.ldid;
-    request.pathText = tag + std::to_string(sensorId);
+    request.pathText =
+        controller == 2 ? TaggedId(CONTROLLER_2, sensorId) : SensorTail(Tag(controller), sensorId);
     request.slot = device.slot;
     request.sensorKind = sensorKind;
     request.controller = controller;
@@ -55,7 +55,8 @@ void Modeling::UpdateThermalSensorForAllLDIDs(std::uint16_t /*sensorId*/, std::i
         SensorValueRequest request;
         request.value = value;
         request.deviceLdid = device.ldid;
-        request.pathText = std::to_string(slot) + "_1_sensorid_1";
+        request.pathText =
+            std::to_string(slot) + "_1" + SensorTail(CONTROLLER_UNTOLD, sharedSensorId);
         request.slot = device.slot;
         request.sensorKind = SENSOR_KIND_THERMAL;
         request.controller = controller;
@@ -84,7 +85,7 @@ void Modeling::UpdateStateSensorValue(const StateChangeMap& readings, std::uint8
             request.valueTexts.push_back(std::move(text));
         }
         request.deviceLdid = device.ldid;
-        request.searchKey = StateTail(controller) + std::to_string(sensorId);
+        request.searchKey = StateSensorTail(Tag(controller), sensorId);
         publisher.SetStateSensorValue(std::move(request)).LogFailure(LOG_LEVEL_TRACE);
     }
 }

@@ -1,6 +1,7 @@
 #include "modeling/virtual_board.hpp"
 
 #include "vocabulary/entity_types.hpp"
+#include "vocabulary/sensor_tag.hpp"
 #include "vocabulary/vocabulary.hpp"
 
 #include <algorithm>
@@ -45,7 +46,8 @@ std::string VirtualAcceleratorLdid(const std::string& slot) {
 SensorPlace SharedSensorPlace(std::uint8_t slot) {
     const std::string number = std::to_string(slot);
     return {.slot = slot,
-            .sensorPath = sharedSensorRoot + number + "_1_sensorid_1",
+            .sensorPath =
+                sharedSensorRoot + number + "_1" + SensorTail(CONTROLLER_UNTOLD, sharedSensorId),
             .resolvedLdid = VirtualAcceleratorLdid(number),
             .inventoryPath = acceleratorRoot + number,
             .name = {}};
@@ -60,7 +62,7 @@ bool ResolveVirtualSensor(const __Sensor& sensor, SensorPlace& place) {
     }
     place.resolvedLdid = row->second;
     place.sensorPath.erase(place.sensorPath.rfind('/') + 1);
-    place.sensorPath += row->second + "_sensorid_" + std::to_string(sensor.sensorId);
+    place.sensorPath += row->second + SensorTail(CONTROLLER_UNTOLD, sensor.sensorId);
     if (const auto slot = SlotOf(place.sensorPath)) {
         place.slot = *slot;
         place.inventoryPath = acceleratorRoot + std::to_string(*slot);
@@ -72,7 +74,7 @@ bool ResolveVirtualSensor(const __Sensor& sensor, SensorPlace& place) {
 }
 
 void VirtualStateSensorPath(StateSensorRequest& request) {
-    const std::string tail = "/sensor/state/sensorid_" + std::to_string(request.sensorId);
+    const std::string tail = StateSensorTail(CONTROLLER_UNTOLD, request.sensorId);
     if (request.entityType == ENTITY_ADD_IN_CARD) {
         request.statePath = virtualBoardPath + tail;
         request.secondLdid = virtualBoardLdid;

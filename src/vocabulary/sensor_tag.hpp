@@ -1,0 +1,40 @@
+/** How paths and keys end that name a sensor: its id, after a tag that tells its controller. */
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vantric {
+
+/** Which controller of its device a sensor's paths and keys tell of. */
+enum ControllerTag : std::uint8_t {
+    CONTROLLER_UNTOLD = 0, ///< the device has one controller only: "sensorid_"
+    CONTROLLER_1 = 1,      ///< "sensorid_ctrl1_"
+    CONTROLLER_2 = 2,      ///< "sensorid_ctrl2_"
+};
+
+/** The tag of a controller, by its number from 1, on a device that has several. */
+constexpr ControllerTag TagOfController(std::uint8_t controller) {
+    return controller == 2 ? CONTROLLER_2 : CONTROLLER_1;
+}
+
+/** The tag and the id: "sensorid_5", "sensorid_ctrl1_5", "sensorid_ctrl2_5". */
+std::string TaggedId(ControllerTag tag, std::uint16_t sensorId);
+
+/** The end of a numeric sensor's path: "_sensorid_5". */
+std::string SensorTail(ControllerTag tag, std::uint16_t sensorId);
+
+/** The end of a state sensor's path: "/sensor/state/sensorid_5". */
+std::string StateSensorTail(ControllerTag tag, std::uint16_t sensorId);
+
+/** The end of a Key property: "#sensorid_5". */
+std::string KeyTail(ControllerTag tag, std::uint16_t sensorId);
+
+/** The tag that the path of a numeric sensor holds. */
+ControllerTag TagInSensorPath(std::string_view path);
+
+/** The tag that the path of a state sensor holds. */
+ControllerTag TagInStateSensorPath(std::string_view path);
+
+} // namespace vantric
