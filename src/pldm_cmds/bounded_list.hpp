@@ -2,7 +2,7 @@
 #pragma once
 
 #include "common/log.hpp"
-#include "pldm_cmds/limits.hpp"
+#include "records/limits.hpp"
 
 #include <memory>
 #include <utility>

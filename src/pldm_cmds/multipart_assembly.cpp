@@ -1,7 +1,7 @@
 #include "pldm_cmds/multipart_assembly.hpp"
 
-#include "pldm_cmds/limits.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "records/limits.hpp"
 
 #include <utility>
 

@@ -1,10 +1,10 @@
 /** State Sensor PDR, type 4 (DSP0248). */
 #include "common/log.hpp"
 #include "pldm_cmds/bounded_list.hpp"
-#include "pldm_cmds/limits.hpp"
 #include "pldm_cmds/pdr_record.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "records/limits.hpp"
 #include "vocabulary/vocabulary.hpp"
 
 #include <numeric>

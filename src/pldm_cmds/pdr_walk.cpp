@@ -3,10 +3,10 @@
 #include "common/byte_writer.hpp"
 #include "common/log.hpp"
 #include "pldm_cmds/exchange.hpp"
-#include "pldm_cmds/limits.hpp"
 #include "pldm_cmds/multipart_assembly.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "records/limits.hpp"
 
 #include <algorithm>
 #include <unordered_set>

@@ -101,7 +101,7 @@ public:
 
     /** Reads every record of the repository, up to the one without a next record; or up to one that
      *  leads back to an earlier one, once there are as many as the repository's info counts. A walk
-     *  that doesn't end within the limits of src/pldm_cmds/limits.hpp fails. Returns 0 or 1. */
+     *  that doesn't end within the limits of src/records/limits.hpp fails. Returns 0 or 1. */
     VantricStatus GetPDR();
 
     /** True if the update time differs from that of the last read. */
@@ -135,7 +135,7 @@ public:
 
     /** Reads the FRU table and takes the fields of its first record. Call it only after
      *  GetFRUMetaData has returned 0. A table that goes on beyond the limits of
-     *  src/pldm_cmds/limits.hpp is cut there, and what came before counts: 0, or 1 if nothing did.
+     *  src/records/limits.hpp is cut there, and what came before counts: 0, or 1 if nothing did.
      */
     VantricStatus GetFRUContents();
 
@@ -152,7 +152,7 @@ public:
     // A sensor or an association whose fields run past the record's end is dropped whole: half a
     // sensor is a wrong one. Names are cut there. An effector or a terminus locator is kept as long
     // as its fixed fields are whole, and the values behind them read as 0 where they are missing.
-    // No list grows beyond the limits of src/pldm_cmds/limits.hpp.
+    // No list grows beyond the limits of src/records/limits.hpp.
 
     /** Hands a record to the parser of its type. */
     void HandlePDR(std::span<const std::uint8_t> record);

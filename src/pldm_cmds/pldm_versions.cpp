@@ -3,10 +3,10 @@
 #include "common/byte_writer.hpp"
 #include "common/log.hpp"
 #include "pldm_cmds/exchange.hpp"
-#include "pldm_cmds/limits.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
 #include "pldm_cmds/types_in_use.hpp"
+#include "records/limits.hpp"
 
 namespace vantric {
 
