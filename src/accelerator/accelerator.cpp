@@ -69,7 +69,7 @@ void Accelerator::CreateVirtualAMDDevices() {
             request.objectPath = virtualBoardPath;
             request.resolvedLdid = virtualBoardLdid;
         } else {
-            request.objectPath = inventoryBasePath + std::to_string(slot);
+            request.objectPath = ObjectPath(slot);
             request.resolvedLdid = VirtualAcceleratorLdid(std::to_string(slot));
         }
         doors.publisher.InsertPlainInventory(std::move(request)).LogFailure(LOG_LEVEL_ERROR);

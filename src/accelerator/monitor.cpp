@@ -48,24 +48,28 @@ void Accelerator::GroupSensors() {
 
 VantricStatus Accelerator::MonitorTheDevice() {
     {
-        const auto lock = BeginWork();
+        const auto lock = endpoints.BeginWork();
         // The same for all endpoints: counted by endpoint, some would never have their turn.
-        const bool statesAreDue = StateSensorsAreDue();
+        const bool statesAreDue = stateSensorCycles.IsDue();
         for (const auto& endpoint : cmds) {
             const VantricStatus status = MonitorEndpoint(*endpoint, statesAreDue);
             if (status != STATUS_SUCCESS) {
                 return FailedCycle(status);
             }
         }
-        ++stateSensorCycles;
+        if (statesAreDue) {
+            stateSensorCycles.Restart();
+        }
+        stateSensorCycles.Count();
     }
     return PauseAfterCycle();
 }
 
 VantricStatus Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue) {
-    if (PeriodicCheckIsDue()) {
-        RefreshFWVersion(endpoint, true);
-        if (RepositoryHasChanged(endpoint)) {
+    if (monitorCycles.IsDue()) {
+        monitorCycles.Restart();
+        RefreshFWVersion(endpoint, FirmwareUse::PUBLISH);
+        if (ReadChangedRepository(endpoint)) {
             FilterSensors();
             ModelAccelerator();
         }
@@ -81,7 +85,7 @@ VantricStatus Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue
     if (statesAreDue) {
         RefreshStateSensors(endpoint, onlyController);
     }
-    ++monitorCycles;
+    monitorCycles.Count();
     return STATUS_SUCCESS;
 }
 

@@ -9,21 +9,20 @@
 namespace vantric {
 
 Device::Device(const DeviceDetails& details, std::string basePath, const BusDoors& doors)
-    : doors(doors), slotNumber(details.slotNumber), mI2C_EIDs(details.i2cEIDs),
-      mVDM_EIDs(details.vdmEIDs), inventoryBasePath(std::move(basePath)),
-      identity(details.identity), cpuAffinity(details.cpuAffinity), ldid(details.ldid) {}
+    : doors(doors), slotNumber(details.slotNumber), ldid(details.ldid),
+      inventoryBasePath(std::move(basePath)), identity(details.identity),
+      cpuAffinity(details.cpuAffinity), endpoints(details, doors.udids) {}
 
 Device::~Device() {
-    const auto lock = Acquire();
+    const auto lock = endpoints.Acquire();
     cmds.clear();
 }
 
 void Device::Initialize() {
     running = true;
-    useI2C = mVDM_EIDs.empty();
-    Update_Controller_EID_Map();
+    endpoints.Update_Controller_EID_Map();
     const auto slot = static_cast<std::uint8_t>(slotNumber);
-    for (const auto& [index, eid] : controllerEIDMap) {
+    for (const auto& [index, eid] : endpoints.ControllerEIDMap()) {
         cmds.push_back(std::make_unique<PLDMCmds>(slot, static_cast<std::uint8_t>(eid)));
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Created PLDMCMD object for slot %d & eid %d\n", slotNumber,
                     eid);
@@ -38,13 +37,10 @@ void Device::Initialize() {
             .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
         },
         doors.publisher);
-    monitorCycles = 0;
-    stateSensorCycles = 0;
-    firmwareVersion.clear();
     state = DEVICE_INVENTORY;
     monitorThread = std::thread(&Device::InvMonThread, this);
-    NameThread(monitorThread,
-               (IsEmbedded() ? "PLDM_EMB_" : "PLDM_Slot_") + std::to_string(slotNumber));
+    const bool embedded = Ldid(ldid).IsEmbeddedNic();
+    NameThread(monitorThread, (embedded ? "PLDM_EMB_" : "PLDM_Slot_") + std::to_string(slotNumber));
 }
 
 void Device::Stop() {
@@ -54,20 +50,27 @@ void Device::Stop() {
     }
 }
 
-std::unique_lock<std::mutex> Device::Acquire() {
-    const std::scoped_lock turn(turnMutex);
-    return std::unique_lock(deviceMutex);
+void Device::UpdateEIDTables(std::vector<EID_table> i2cEIDs, std::vector<EID_table> vdmEIDs) {
+    const auto lock = endpoints.Acquire();
+    endpoints.Replace(std::move(i2cEIDs), std::move(vdmEIDs));
+    ResetControllerEIDs();
 }
 
-std::unique_lock<std::mutex> Device::BeginWork() {
-    auto lock = Acquire();
-    workGeneration = generation;
-    workControllers = controllerEIDMap;
-    return lock;
-}
-
-bool Device::IsEmbedded() const {
-    return Ldid(ldid).IsEmbeddedNic();
+void Device::ResetControllerEIDs() {
+    const auto& controllers = endpoints.ControllerEIDMap();
+    auto controller = controllers.cbegin();
+    for (auto& command : cmds) {
+        if (controller == controllers.cend()) {
+            break;
+        }
+        command->ResetEID(static_cast<std::uint8_t>(controller->second));
+        ++controller;
+    }
+    if (state == DEVICE_SWITCH_TO_I2C || controllers.size() >= 2) {
+        state = DEVICE_INVENTORY;
+    } else if (state == DEVICE_WAITING) {
+        state = DEVICE_MONITORING;
+    }
 }
 
 } // namespace vantric

@@ -1,16 +1,17 @@
 /** One PCIe add-in device and its thread. */
 #pragma once
 
-#include "device/device_details.hpp"
+#include "device/cycle_counter.hpp"
+#include "device/endpoints.hpp"
 #include "modeling/modeling.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "publisher/publisher.hpp"
+#include "vocabulary/timing.hpp"
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -27,12 +28,17 @@ enum DeviceState : std::int32_t {
     DEVICE_STOPPED = 6,       ///< about to be removed
 };
 
-/** A device with its endpoints, its controllers and its monitor thread.
+/** What becomes of the firmware version that is read. */
+enum class FirmwareUse {
+    KEEP,   ///< it is for the inventory object that comes next
+    PUBLISH ///< the inventory objects get it, unless it is empty
+};
+
+/** A device's state machine, and the thread that runs it.
  *
  * Its own thread works on it, the callback thread of the MCTP client library in Initialize,
  * UpdateEIDTables and Stop, and the device manager's thread in Stop when the host's power is off.
- * deviceMutex orders them: it is held for a monitor cycle, for the commands of an inventory, and
- * while endpoints change. */
+ * The mutex of its endpoints orders them. */
 class Device {
 public:
     /** @param details what discovery learned
@@ -61,7 +67,7 @@ public:
     /** Any thread. */
     DeviceState State() const { return state; }
     void SetState(DeviceState next) { state = next; }
-    bool UsesI2C() const { return useI2C; }
+    bool UsesI2C() const { return endpoints.UsesI2C(); }
     void SetFwUpdateInProgress(bool inProgress) { fwUpdateInProgress = inProgress; }
 
 protected:
@@ -86,15 +92,9 @@ protected:
 
     // Pieces of a monitor cycle. Monitor thread, with deviceMutex held unless told otherwise.
 
-    /** True once in ten cycles; starts the next ten. */
-    bool PeriodicCheckIsDue();
-
     /** Reads the endpoint's records again if its repository has changed, and returns whether it
      *  has; false also where that failed. */
-    static bool RepositoryHasChanged(PLDMCmds& endpoint);
-
-    /** True in one turn of six. */
-    bool StateSensorsAreDue() const;
+    static bool ReadChangedRepository(PLDMCmds& endpoint);
 
     /** Reads the endpoint's state sensors and hands what has changed to their objects. */
     void RefreshStateSensors(PLDMCmds& endpoint, std::uint8_t controller);
@@ -108,65 +108,51 @@ protected:
     /** Makes the pause between two cycles; without deviceMutex. Returns status 0. */
     static VantricStatus PauseAfterCycle();
 
-    /** Reads the endpoint's firmware version and keeps it, also if it is empty.
-     *  @param publish whether the inventory objects get it too, unless it is empty */
-    void RefreshFWVersion(PLDMCmds& endpoint, bool publish);
+    /** Reads the endpoint's firmware version and keeps it, also if it is empty. */
+    void RefreshFWVersion(PLDMCmds& endpoint, FirmwareUse use);
 
     /** Posts the object of a controller; index counts from 1. */
     void UpdateControllerInvData(std::uint8_t index);
 
-    /** Takes deviceMutex for the commands of an inventory or of a monitor cycle. Monitor thread. */
-    std::unique_lock<std::mutex> BeginWork();
+    /** Inventory path of the device. */
+    std::string ObjectPath() const { return ObjectPath(slotNumber); }
+
+    /** That of another slot's device of the same class. */
+    std::string ObjectPath(std::uint16_t slot) const {
+        return inventoryBasePath + std::to_string(slot);
+    }
 
     const BusDoors doors;
-    std::uint16_t slotNumber;
-    std::vector<EID_table> mI2C_EIDs;
-    std::vector<EID_table> mVDM_EIDs;
-    std::string inventoryBasePath;
-    PciIdentity identity;
-    std::uint16_t cpuAffinity;
+    const std::uint16_t slotNumber;
+    const std::string ldid;
+    const std::string inventoryBasePath;
+    const PciIdentity identity;
+    const std::uint16_t cpuAffinity;
+    Endpoints endpoints;
     std::atomic<DeviceState> state{DEVICE_CREATED};
-    std::string ldid;
-    std::atomic<bool> running{false};
-    std::map<std::uint8_t, std::uint16_t> controllerEIDMap; ///< index to EID; deviceMutex
     std::vector<std::unique_ptr<PLDMCmds>> cmds; ///< one for each controller, in index order
     std::unique_ptr<Modeling> modeling;
-    std::uint8_t monitorCycles = 0;     ///< cycles since the last firmware and PDR check
-    std::uint8_t stateSensorCycles = 0; ///< cycles since state sensors were last read
-    std::string firmwareVersion;
-    std::atomic<bool> useI2C{false};
+    CycleCounter monitorCycles{cyclesBetweenChecks, 0}; ///< since the firmware and PDR check
+    CycleCounter stateSensorCycles{cyclesBetweenStates, cyclesBetweenStates};
     std::atomic<bool> fwUpdateInProgress{false};
-    std::int64_t waitSeconds = 0; ///< what is left in DEVICE_WAITING; monitor thread
 
 private:
     void InvMonThread();
     void MonitorStep();
     void SwitchStep();
     void WaitStep();
-    void StartWaiting();
     void LeaveFailedEndpoints(VantricStatus status);
-    // These five are called with deviceMutex held, or before the monitor thread exists.
+    // These three are called with deviceMutex held.
     void UseI2C_EIDs();
-    void Update_Controller_EID_Map();
-    void OrderVdmControllers();
-    void OrderI2cControllers();
+    void StartWaiting();
     void ResetControllerEIDs();
     VantricStatus GatherEndpoint(PLDMCmds& endpoint);
     void FRUInventory(PLDMCmds& endpoint);
     void UpdateFWVersion(const std::string& version);
-    std::string ObjectPath() const;
-    bool IsEmbedded() const;
 
-    /** Takes deviceMutex, after whoever asked for it before. Any thread. */
-    std::unique_lock<std::mutex> Acquire();
-
-    std::mutex deviceMutex;
-    /// Held only while waiting for deviceMutex: who waits there blocks those who come later, so
-    /// that a monitor thread that starts its next cycle at once can't overtake a waiting table.
-    std::mutex turnMutex;
-    std::uint32_t generation = 0;     ///< endpoint tables taken over; deviceMutex
-    std::uint32_t workGeneration = 0; ///< generation when the current work began; deviceMutex
-    std::map<std::uint8_t, std::uint16_t> workControllers; ///< those it began with; deviceMutex
+    std::atomic<bool> running{false};
+    std::string firmwareVersion;
+    std::chrono::seconds waitSeconds{0}; ///< what is left in DEVICE_WAITING; monitor thread
     bool gaveWay = false; ///< the last inventory ended for a new table; monitor thread
     std::thread monitorThread;
 };

@@ -1,44 +1,57 @@
-/** Which endpoints a device uses, and in what order they are its controllers. */
-#include "device/device.hpp"
+#include "device/endpoints.hpp"
 
 #include "common/log.hpp"
+#include "vocabulary/ldid.hpp"
 
 #include <algorithm>
 #include <utility>
 
 namespace vantric {
 
-void Device::UpdateEIDTables(std::vector<EID_table> i2cEIDs, std::vector<EID_table> vdmEIDs) {
-    const auto lock = Acquire();
+Endpoints::Endpoints(const DeviceDetails& details, const UdidReader& udids)
+    : udids(udids), slotNumber(details.slotNumber), embedded(Ldid(details.ldid).IsEmbeddedNic()),
+      mI2C_EIDs(details.i2cEIDs), mVDM_EIDs(details.vdmEIDs), useI2C(mVDM_EIDs.empty()) {}
+
+std::unique_lock<std::mutex> Endpoints::Acquire() {
+    const std::scoped_lock turn(turnMutex);
+    return std::unique_lock(deviceMutex);
+}
+
+std::unique_lock<std::mutex> Endpoints::BeginWork() {
+    auto lock = Acquire();
+    workGeneration = generation;
+    workControllers = controllerEIDMap;
+    return lock;
+}
+
+bool Endpoints::SeveralMovedSinceWorkBegan() const {
+    return controllerEIDMap.size() >= 2 && controllerEIDMap != workControllers;
+}
+
+void Endpoints::Replace(std::vector<EID_table> i2cEIDs, std::vector<EID_table> vdmEIDs) {
     mI2C_EIDs = std::move(i2cEIDs);
     mVDM_EIDs = std::move(vdmEIDs);
     useI2C = mVDM_EIDs.empty();
-    Update_Controller_EID_Map();
-    ResetControllerEIDs();
     ++generation;
+    Update_Controller_EID_Map();
 }
 
-void Device::UseI2C_EIDs() {
+bool Endpoints::UseI2C_EIDs() {
     if (useI2C) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Device is already using I2C EP\n");
-    } else {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "Use I2C EIDs for slot %d\n", slotNumber);
-        useI2C = true;
-        if (!mI2C_EIDs.empty()) {
-            Update_Controller_EID_Map();
-            ResetControllerEIDs();
-            return;
-        }
+        return false;
+    }
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Use I2C EIDs for slot %d\n", slotNumber);
+    useI2C = true;
+    if (mI2C_EIDs.empty()) {
         VANTRIC_LOG(LOG_LEVEL_WARNING, "mI2C_EIDs vector is empty for slot %d\n", slotNumber);
+        return false;
     }
-    if (state == DEVICE_MONITORING) {
-        StartWaiting();
-    } else {
-        state = DEVICE_SWITCH_TO_I2C;
-    }
+    Update_Controller_EID_Map();
+    return true;
 }
 
-void Device::Update_Controller_EID_Map() {
+void Endpoints::Update_Controller_EID_Map() {
     controllerEIDMap.clear();
     if (useI2C) {
         OrderI2cControllers();
@@ -53,8 +66,8 @@ void Device::Update_Controller_EID_Map() {
     VANTRIC_LOG(LOG_LEVEL_TRACE, "=== End of Controller EID Map ===\n");
 }
 
-void Device::OrderVdmControllers() {
-    if (IsEmbedded()) {
+void Endpoints::OrderVdmControllers() {
+    if (embedded) {
         VANTRIC_LOG(LOG_LEVEL_TRACE,
                     "Device is Embedded sort using instance number instead of BDF\n");
         std::ranges::stable_sort(mVDM_EIDs, {}, [](const EID_table& endpoint) {
@@ -69,13 +82,13 @@ void Device::OrderVdmControllers() {
     }
 }
 
-void Device::OrderI2cControllers() {
+void Endpoints::OrderI2cControllers() {
     std::map<std::string, std::uint16_t> byUdid;
     for (const EID_table& endpoint : mI2C_EIDs) {
         std::string key;
         if (mI2C_EIDs.size() > 1) {
-            key = doors.udids.getUDIDPropertyVal(static_cast<std::uint8_t>(slotNumber),
-                                                 endpoint.busAddress);
+            key = udids.getUDIDPropertyVal(static_cast<std::uint8_t>(slotNumber),
+                                           endpoint.busAddress);
         }
         if (key.empty()) {
             key = std::to_string(endpoint.busAddress);
@@ -85,22 +98,6 @@ void Device::OrderI2cControllers() {
     std::uint8_t index = 0;
     for (const auto& [udid, eid] : byUdid) {
         controllerEIDMap[index++] = eid;
-    }
-}
-
-void Device::ResetControllerEIDs() {
-    auto endpoint = controllerEIDMap.cbegin();
-    for (auto& command : cmds) {
-        if (endpoint == controllerEIDMap.cend()) {
-            break;
-        }
-        command->ResetEID(static_cast<std::uint8_t>(endpoint->second));
-        ++endpoint;
-    }
-    if (state == DEVICE_SWITCH_TO_I2C || controllerEIDMap.size() >= 2) {
-        state = DEVICE_INVENTORY;
-    } else if (state == DEVICE_WAITING) {
-        state = DEVICE_MONITORING;
     }
 }
 

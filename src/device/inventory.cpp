@@ -1,27 +1,47 @@
-/** The steps of an inventory that all classes of devices share. */
+/** The steps of an inventory that all classes of devices share, and what it publishes of the device
+ *  itself. */
 #include "device/device.hpp"
 
-#include "common/log.hpp"
-#include "common/pause.hpp"
-#include "common/process_flags.hpp"
 #include "common/status.hpp"
 
-#include <chrono>
+#include <utility>
 
 namespace vantric {
 
 namespace {
 
-constexpr std::chrono::seconds retryPause{5};
 constexpr std::uint32_t allTypes = 255;
 constexpr std::uint32_t baseType = 0;
 constexpr std::uint8_t forcedRead = 1;
+
+FruFields FieldsOf(const __FRUContents& contents) {
+    return FruFields{
+        .identity = {},
+        .cpuAffinity = 0,
+        .chassisType = contents.ChassisType,
+        .model = contents.Model,
+        .partNumber = contents.PN,
+        .serialNumber = contents.SN,
+        .manufacturer = contents.Manufacturer,
+        .manufactureDate = contents.ManufacturerDate,
+        .vendor = contents.Vendor,
+        .name = contents.Name,
+        .sku = contents.SKU,
+        .version = contents.Version,
+        .assetTag = contents.AssetTag,
+        .description = contents.Description,
+        .ecLevel = contents.ECLevel,
+        .other = contents.Other,
+        .iana = contents.IANA,
+        .firmwareVersion = {},
+    };
+}
 
 } // namespace
 
 VantricStatus Device::GatherInventory() {
     modeling->DeleteDBUSPaths(CLEAR_ALL);
-    const auto lock = BeginWork();
+    const auto lock = endpoints.BeginWork();
     gaveWay = false;
     for (auto& endpoint : cmds) {
         if (GatherEndpoint(*endpoint) != STATUS_SUCCESS) {
@@ -37,7 +57,7 @@ VantricStatus Device::GatherEndpoint(PLDMCmds& endpoint) {
     if (endpoint.GetPLDMTypes() != STATUS_SUCCESS) {
         return STATUS_FAILURE;
     }
-    RefreshFWVersion(endpoint, false);
+    RefreshFWVersion(endpoint, FirmwareUse::KEEP);
     FRUInventory(endpoint);
     endpoint.GetPLDMVersions(allTypes);
     if (endpoint.GetSupportedCmds(baseType) != STATUS_SUCCESS) {
@@ -51,30 +71,59 @@ VantricStatus Device::GatherEndpoint(PLDMCmds& endpoint) {
     return endpoint.SetNumericeSensorEnable();
 }
 
-void Device::FinishInventory(const char* outcome) {
-    {
-        const auto lock = Acquire();
-        if (workControllers == controllerEIDMap || controllerEIDMap.size() < 2) {
-            state = DEVICE_MONITORING;
-        }
+void Device::RefreshFWVersion(PLDMCmds& endpoint, FirmwareUse use) {
+    firmwareVersion = endpoint.GetFWParameters();
+    if (use == FirmwareUse::PUBLISH && !firmwareVersion.empty()) {
+        UpdateFWVersion(firmwareVersion);
     }
-    VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory %s for slot %d\n", outcome, slotNumber);
 }
 
-void Device::GiveUpInventory() {
-    bool newEndPoints = false;
-    {
-        // The table's thread may have come and gone since a command gave way to it, for this device
-        // or for another: then its flag is clear again.
-        const auto lock = Acquire();
-        newEndPoints = gaveWay || useNewEndPoints || generation != workGeneration;
-        state = newEndPoints ? DEVICE_INVENTORY : DEVICE_SWITCH_TO_I2C;
+void Device::UpdateFWVersion(const std::string& version) {
+    doors.publisher.UpdateFWVersion({.deviceLdid = ldid, .version = version})
+        .LogFailure(LOG_LEVEL_TRACE);
+}
+
+void Device::FRUInventory(PLDMCmds& endpoint) {
+    if (endpoint.GetFRUMetaData() != STATUS_SUCCESS ||
+        endpoint.GetFRUContents() != STATUS_SUCCESS) {
+        doors.publisher
+            .InsertPlainInventory({
+                .firmwareVersion = firmwareVersion,
+                .slot = slotNumber,
+                .deviceLdid = ldid,
+                .objectPath = ObjectPath(),
+                .identity = identity,
+                .cpuAffinity = cpuAffinity,
+                .resolvedLdid = {},
+            })
+            .LogFailure(LOG_LEVEL_TRACE);
+        return;
     }
-    if (newEndPoints) {
-        Pause(retryPause);
-    } else {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM Inventory failed for slot %d\n", slotNumber);
-    }
+    // Without a general record there is nothing to tell, and the object says so.
+    const auto& contents = endpoint.ExtractedData().fruContents;
+    FruFields fields = contents ? FieldsOf(*contents) : FruFields{};
+    fields.identity = identity;
+    fields.cpuAffinity = cpuAffinity;
+    fields.firmwareVersion = firmwareVersion;
+    doors.publisher
+        .InsertFruInventory({
+            .fields = std::move(fields),
+            .deviceLdid = ldid,
+            .objectPath = ObjectPath(),
+            .slot = static_cast<std::uint8_t>(slotNumber),
+        })
+        .LogFailure(LOG_LEVEL_TRACE);
+}
+
+void Device::UpdateControllerInvData(std::uint8_t index) {
+    doors.publisher
+        .UpdateControllerInventory({
+            .objectPath = ObjectPath() + "/networkcontroller_" + std::to_string(index),
+            .deviceLdid = ldid,
+            .slot = slotNumber,
+            .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
+        })
+        .LogFailure(LOG_LEVEL_TRACE);
 }
 
 } // namespace vantric

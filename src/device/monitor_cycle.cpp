@@ -5,40 +5,17 @@
 #include "common/pause.hpp"
 #include "common/status.hpp"
 
-#include <chrono>
-
 namespace vantric {
 
-namespace {
-
-constexpr std::chrono::seconds cyclePause{5};
-constexpr std::uint8_t cyclesBetweenChecks = 9;
-constexpr std::uint8_t cyclesWithoutStateSensors = 5;
-constexpr std::uint8_t unforcedRead = 0;
-
-} // namespace
-
-bool Device::PeriodicCheckIsDue() {
-    if (monitorCycles <= cyclesBetweenChecks) {
-        return false;
-    }
-    monitorCycles = 0;
-    return true;
-}
-
-bool Device::RepositoryHasChanged(PLDMCmds& endpoint) {
+bool Device::ReadChangedRepository(PLDMCmds& endpoint) {
+    constexpr std::uint8_t unforcedRead = 0;
     return endpoint.GetPDRRepositoryInfo(unforcedRead) == STATUS_INVALID_OR_CHANGED;
-}
-
-bool Device::StateSensorsAreDue() const {
-    return stateSensorCycles == 0 || stateSensorCycles > cyclesWithoutStateSensors;
 }
 
 void Device::RefreshStateSensors(PLDMCmds& endpoint, std::uint8_t controller) {
     StateChangeMap changes;
     endpoint.GetStateSensorReading(changes); // what changed is good, whatever else failed
     modeling->UpdateStateSensorValue(changes, controller);
-    stateSensorCycles = 0;
 }
 
 void Device::PublishReadings(const ReadingMap& readings, std::uint8_t controller) {

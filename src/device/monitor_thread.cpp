@@ -1,21 +1,12 @@
-/** The state machine that a device's thread runs. */
+/** The state machine that a device's thread runs; and with it when a device goes to I2C. */
 #include "device/device.hpp"
 
 #include "common/log.hpp"
 #include "common/pause.hpp"
+#include "common/process_flags.hpp"
 #include "common/status.hpp"
 
-#include <chrono>
-
 namespace vantric {
-
-namespace {
-
-constexpr std::chrono::seconds stepPause{5};
-constexpr std::chrono::seconds switchPause{10};
-constexpr std::int64_t waitAfterFailure = 120; // seconds
-
-} // namespace
 
 void Device::InvMonThread() {
     while (running) {
@@ -33,9 +24,35 @@ void Device::InvMonThread() {
             WaitStep();
             break;
         default:
-            Pause(stepPause);
+            Pause(idlePause);
             break;
         }
+    }
+}
+
+void Device::FinishInventory(const char* outcome) {
+    {
+        const auto lock = endpoints.Acquire();
+        if (!endpoints.SeveralMovedSinceWorkBegan()) {
+            state = DEVICE_MONITORING;
+        }
+    }
+    VANTRIC_LOG(LOG_LEVEL_TRACE, "Inventory %s for slot %d\n", outcome, slotNumber);
+}
+
+void Device::GiveUpInventory() {
+    bool newEndPoints = false;
+    {
+        // The table's thread may have come and gone since a command gave way to it, for this device
+        // or for another: then its flag is clear again.
+        const auto lock = endpoints.Acquire();
+        newEndPoints = gaveWay || useNewEndPoints || endpoints.HaveChangedSinceWorkBegan();
+        state = newEndPoints ? DEVICE_INVENTORY : DEVICE_SWITCH_TO_I2C;
+    }
+    if (newEndPoints) {
+        Pause(retryPause);
+    } else {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM Inventory failed for slot %d\n", slotNumber);
     }
 }
 
@@ -45,7 +62,7 @@ void Device::MonitorStep() {
     case STATUS_SUCCESS:
         break;
     case STATUS_NEW_END_POINTS:
-        Pause(stepPause);
+        Pause(retryPause);
         break;
     case STATUS_INVALID_OR_CHANGED:
         state = DEVICE_INVENTORY;
@@ -62,11 +79,11 @@ void Device::MonitorStep() {
 }
 
 void Device::LeaveFailedEndpoints(VantricStatus status) {
-    const auto lock = Acquire();
-    if (generation != workGeneration) {
+    const auto lock = endpoints.Acquire();
+    if (endpoints.HaveChangedSinceWorkBegan()) {
         return; // what failed has been replaced meanwhile
     }
-    if (status != STATUS_DISCOVERY_RUNNING && useI2C) {
+    if (status != STATUS_DISCOVERY_RUNNING && endpoints.UsesI2C()) {
         StartWaiting();
         return;
     }
@@ -75,13 +92,23 @@ void Device::LeaveFailedEndpoints(VantricStatus status) {
     UseI2C_EIDs();
 }
 
+void Device::UseI2C_EIDs() {
+    if (endpoints.UseI2C_EIDs()) {
+        ResetControllerEIDs();
+    } else if (state == DEVICE_MONITORING) {
+        StartWaiting();
+    } else {
+        state = DEVICE_SWITCH_TO_I2C;
+    }
+}
+
 void Device::SwitchStep() {
     {
-        const auto lock = Acquire();
+        const auto lock = endpoints.Acquire();
         if (state != DEVICE_SWITCH_TO_I2C) {
             return; // a table came first
         }
-        if (!useI2C) {
+        if (!endpoints.UsesI2C()) {
             UseI2C_EIDs();
             return;
         }
@@ -89,23 +116,23 @@ void Device::SwitchStep() {
     Pause(switchPause);
 }
 
+void Device::StartWaiting() {
+    state = DEVICE_WAITING;
+    waitSeconds = waitAfterFailure;
+}
+
 void Device::WaitStep() {
-    if (waitSeconds > 0) {
-        waitSeconds -= stepPause.count();
+    if (waitSeconds.count() > 0) {
+        waitSeconds -= idlePause;
         VANTRIC_LOG(LOG_LEVEL_TRACE,
                     "Device in Slot %d waiting %ld seconds before next monitor attempt\n",
-                    slotNumber, waitSeconds);
+                    slotNumber, static_cast<long>(waitSeconds.count()));
     } else {
         // Only if no table has ended the wait in another way meanwhile.
         DeviceState expected = DEVICE_WAITING;
         state.compare_exchange_strong(expected, DEVICE_MONITORING);
     }
-    Pause(stepPause);
-}
-
-void Device::StartWaiting() {
-    state = DEVICE_WAITING;
-    waitSeconds = waitAfterFailure;
+    Pause(idlePause);
 }
 
 } // namespace vantric

@@ -77,7 +77,7 @@ void MemoryDevice::UpdateDbusForTempSensor(const __Sensor& sensor) {
     request.sensor = sensor;
     request.objectPath = SensorPath(sensor, ldid, CONTROLLER_UNTOLD);
     request.deviceLdid = ldid;
-    request.inventoryPath = inventoryBasePath + std::to_string(slotNumber);
+    request.inventoryPath = ObjectPath();
     request.entityName = word;
     request.slot = static_cast<std::uint8_t>(slotNumber);
     doors.publisher.InsertSensor(std::move(request)).LogFailure(LOG_LEVEL_TRACE);
@@ -88,7 +88,7 @@ VantricStatus MemoryDevice::MonitorTheDevice() {
         return PauseAfterCycle();
     }
     {
-        const auto lock = BeginWork();
+        const auto lock = endpoints.BeginWork();
         for (const auto& endpoint : cmds) {
             const VantricStatus status = MonitorEndpoint(*endpoint);
             if (status != STATUS_SUCCESS) {
@@ -100,10 +100,13 @@ VantricStatus MemoryDevice::MonitorTheDevice() {
 }
 
 VantricStatus MemoryDevice::MonitorEndpoint(PLDMCmds& endpoint) {
-    if (PeriodicCheckIsDue() && RepositoryHasChanged(endpoint)) {
-        ModelSensors();
+    if (monitorCycles.IsDue()) {
+        monitorCycles.Restart();
+        if (ReadChangedRepository(endpoint)) {
+            ModelSensors();
+        }
     }
-    ++monitorCycles;
+    monitorCycles.Count();
     ReadingMap readings;
     const VantricStatus status = endpoint.GetAllSensorReading(readings);
     PublishReadings(readings, onlyController);

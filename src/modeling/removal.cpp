@@ -3,17 +3,9 @@
 
 #include "common/log.hpp"
 #include "common/pause.hpp"
-
-#include <chrono>
+#include "vocabulary/timing.hpp"
 
 namespace vantric {
-
-namespace {
-
-/** Time for the bus's clients to see that objects have gone, before new ones come. */
-constexpr std::chrono::seconds removalPause{2};
-
-} // namespace
 
 void Modeling::DeleteDBUSPaths(ClearMode mode) {
     const int result = publisher.Clear({device.ldid, device.slot, mode}).ExecRet();

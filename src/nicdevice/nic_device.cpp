@@ -7,8 +7,6 @@ namespace vantric {
 
 namespace {
 
-constexpr std::uint8_t toleratedFailures = 5;
-
 /** How a network card's sensor of this unit is published. */
 SensorKind KindOf(std::uint8_t baseUnit) {
     switch (baseUnit) {
@@ -58,13 +56,17 @@ void NicDevice::ModelControllers() {
 
 VantricStatus NicDevice::MonitorTheDevice() {
     {
-        const auto lock = BeginWork();
+        const auto lock = endpoints.BeginWork();
         std::uint8_t controller = 1;
         for (auto& endpoint : cmds) {
             const VantricStatus status = MonitorController(*endpoint, controller);
             if (status != STATUS_SUCCESS) {
                 FailedCycle(status);
-                return ToleratesMonitorFailure() ? STATUS_SUCCESS : status;
+                if (!ToleratesMonitorFailure()) {
+                    return status;
+                }
+                ++i2cMonitorFailures;
+                return STATUS_SUCCESS;
             }
             ++controller;
         }
@@ -73,9 +75,10 @@ VantricStatus NicDevice::MonitorTheDevice() {
 }
 
 VantricStatus NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
-    if (PeriodicCheckIsDue()) {
-        RefreshFWVersion(endpoint, true);
-        if (RepositoryHasChanged(endpoint)) {
+    if (monitorCycles.IsDue()) {
+        monitorCycles.Restart();
+        RefreshFWVersion(endpoint, FirmwareUse::PUBLISH);
+        if (ReadChangedRepository(endpoint)) {
             ModelControllers();
         }
     }
@@ -85,20 +88,17 @@ VantricStatus NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t cont
     if (status != STATUS_SUCCESS) {
         return status;
     }
-    if (cmds.size() != 1 || StateSensorsAreDue()) {
+    if (cmds.size() != 1 || stateSensorCycles.IsDue()) {
+        stateSensorCycles.Restart();
         RefreshStateSensors(endpoint, controller);
     }
-    ++stateSensorCycles;
-    ++monitorCycles;
+    stateSensorCycles.Count();
+    monitorCycles.Count();
     return status;
 }
 
-bool NicDevice::ToleratesMonitorFailure() {
-    if (!useI2C || i2cMonitorFailures >= toleratedFailures) {
-        return false;
-    }
-    ++i2cMonitorFailures;
-    return true;
+bool NicDevice::ToleratesMonitorFailure() const {
+    return UsesI2C() && i2cMonitorFailures < toleratedFailures;
 }
 
 } // namespace vantric

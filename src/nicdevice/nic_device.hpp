@@ -17,9 +17,9 @@ protected:
 private:
     VantricStatus MonitorController(PLDMCmds& endpoint, std::uint8_t controller);
     void ModelControllers();
-    bool ToleratesMonitorFailure();
+    bool ToleratesMonitorFailure() const;
 
-    std::uint8_t i2cMonitorFailures = 0; ///< since the last successful inventory
+    std::uint8_t i2cMonitorFailures = 0; ///< tolerated since the last good inventory
 };
 
 } // namespace vantric

@@ -142,7 +142,7 @@ void StagedDevice::InventoryTheDevice() {
 VantricStatus StagedDevice::MonitorTheDevice() {
     const auto due = story.Due();
     {
-        const auto lock = BeginWork();
+        const auto lock = endpoints.BeginWork();
         Link().onSend = [this](MctpLinkRequest& request) { return Answer(request, {}); };
         for (const auto& endpoint : cmds) {
             endpoint->GetTID();

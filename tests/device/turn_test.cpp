@@ -44,8 +44,8 @@ protected:
     void InventoryTheDevice() override { state = DEVICE_MONITORING; }
 
     VantricStatus MonitorTheDevice() override {
-        const auto lock = BeginWork();
-        if (tables > 0 && controllerEIDMap.begin()->second != LatestEid()) {
+        const auto lock = endpoints.BeginWork();
+        if (tables > 0 && endpoints.ControllerEIDMap().begin()->second != LatestEid()) {
             ++overtaken;
         } else if (tables < rounds) {
             BringTable();

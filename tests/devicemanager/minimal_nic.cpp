@@ -21,7 +21,7 @@ void Step(const test::NicStep& step) {
     }
 }
 
-std::vector<std::uint16_t> Values(const std::map<std::uint8_t, std::uint16_t>& controllers) {
+std::vector<std::uint16_t> Values(const Endpoints::Controllers& controllers) {
     std::vector<std::uint16_t> eids;
     for (const auto& [index, eid] : controllers) {
         eids.push_back(eid);
@@ -46,16 +46,16 @@ NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath,
 
 void NicDevice::InventoryTheDevice() {
     {
-        const auto lock = BeginWork();
-        Step({slotNumber, Values(controllerEIDMap), true, *this});
+        const auto lock = endpoints.BeginWork();
+        Step({slotNumber, Values(endpoints.ControllerEIDMap()), true, *this});
     }
     FinishInventory();
 }
 
 VantricStatus NicDevice::MonitorTheDevice() {
     {
-        const auto lock = BeginWork();
-        Step({slotNumber, Values(controllerEIDMap), false, *this});
+        const auto lock = endpoints.BeginWork();
+        Step({slotNumber, Values(endpoints.ControllerEIDMap()), false, *this});
     }
     return PauseAfterCycle();
 }

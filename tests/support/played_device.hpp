@@ -36,7 +36,6 @@ public:
                                .identity = details.identity,
                                .cpuAffinity = static_cast<std::uint8_t>(details.cpuAffinity)},
             RecordingDoors().publisher);
-        this->useI2C = details.vdmEIDs.empty();
         this->state = DEVICE_INVENTORY;
     }
 
