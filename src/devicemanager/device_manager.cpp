@@ -13,11 +13,6 @@ namespace vantric {
 
 namespace {
 
-/** Results of createDevice. */
-constexpr int deviceStarted = 0;
-constexpr int deviceNotSupported = 2;
-constexpr int deviceExisted = 6;
-
 /** Makes commands that time out give way, for as long as it lives. It begins before the wait for a
  *  mutex that such a command keeps, and ends before the mutex is free again. */
 class NewEndPointsAtHand {
@@ -88,11 +83,10 @@ void DeviceManager::SetFwUpdateInProgress(bool inProgress) {
 void DeviceManager::createDevicesFromDiscoveredMap(const DiscoveredMap& discovered) {
     discoveredDevices.clear();
     for (const auto& [ldid, details] : discovered) {
-        if (details->i2cEIDs.empty() && details->vdmEIDs.empty()) {
+        if (details.i2cEIDs.empty() && details.vdmEIDs.empty()) {
             continue;
         }
-        const int result = createDevice(ldid, *details);
-        if (result == deviceStarted || result == deviceExisted) {
+        if (createDevice(ldid, details) != Creation::NOT_SUPPORTED) {
             discoveredDevices.push_back(ldid);
         } else {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "createDevice() failed for device [%s]\n", ldid.c_str());
@@ -100,19 +94,20 @@ void DeviceManager::createDevicesFromDiscoveredMap(const DiscoveredMap& discover
     }
 }
 
-int DeviceManager::createDevice(const std::string& ldid, const DeviceDetails& details) {
+DeviceManager::Creation DeviceManager::createDevice(const std::string& ldid,
+                                                    const DeviceDetails& details) {
     if (UpdateExistingDevice(ldid, details)) {
-        return deviceExisted;
+        return Creation::EXISTED;
     }
     const auto device = MakeDevice(details, doors);
     if (!device) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Device type [%d] is not supported\n", details.deviceType);
-        return deviceNotSupported;
+        return Creation::NOT_SUPPORTED;
     }
     device->Initialize();
     const std::scoped_lock lock(devicesMutex);
     devices.emplace(ldid, device);
-    return deviceStarted;
+    return Creation::STARTED;
 }
 
 bool DeviceManager::UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details) {

@@ -21,7 +21,7 @@ namespace vantric {
 class DeviceManager : public EventHandler {
 public:
     /** What a table shows, by LDID. */
-    using DiscoveredMap = std::map<std::string, std::unique_ptr<DeviceDetails>>;
+    using DiscoveredMap = std::map<std::string, DeviceDetails>;
 
     /** @param doors handed to every device; they outlive this */
     explicit DeviceManager(const BusDoors& doors) : doors(doors) {}
@@ -39,8 +39,10 @@ public:
     DiscoveredMap filterPLDMSupportedDevices(const std::any& payload) const;
 
 private:
+    enum class Creation { STARTED = 0, NOT_SUPPORTED = 2, EXISTED = 6 };
+
     void createDevicesFromDiscoveredMap(const DiscoveredMap& discovered);
-    int createDevice(const std::string& ldid, const DeviceDetails& details);
+    Creation createDevice(const std::string& ldid, const DeviceDetails& details);
     bool UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details);
     void RemoveUndiscoveredDevices();
     void SetFwUpdateInProgress(bool inProgress);

@@ -21,29 +21,24 @@ void LogEntry(const EndPointEntry& entry) {
                 entry.i2c, entry.vdm, entry.ldidText.c_str());
 }
 
-/** What the PCIe table and the entry together tell of the entry's device; null if it isn't one. */
-std::unique_ptr<DeviceDetails> DescribeDevice(const EndPointEntry& entry, std::uint32_t instance) {
-    PcieDevice found;
-    if (getDevicePCIeIDsForSlot(entry.slotNumber, entry.endPointType, entry.slotType, found) != 0) {
+/** What the PCIe table and the entry together tell of the entry's device; nothing if it isn't one.
+ */
+std::optional<DeviceDetails> DescribeDevice(const EndPointEntry& entry, std::uint32_t instance) {
+    auto details = getDevicePCIeIDsForSlot(entry);
+    if (!details) {
         if (entry.slotType != SLOT_TYPE_EMBEDDED || entry.endPointType != END_POINT_TYPE_PCI) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "getPCIDeviceIDForSlot() failed error\n");
-            return nullptr;
+            return std::nullopt;
         }
         // An embedded NIC counts even where the PCIe table doesn't know it.
-        found = PcieDevice{
-            .deviceType = PCIE_CLASS_EMBEDDED_NIC, .identity = {}, .cpuAffinity = 0, .ldid = {}};
+        details.emplace().deviceType = PCIE_CLASS_EMBEDDED_NIC;
     }
-    auto details = std::make_unique<DeviceDetails>();
-    details->deviceType = found.deviceType;
     details->busAddress = entry.busAddress;
     details->bdf = entry.bdf;
-    details->identity = found.identity;
-    details->cpuAffinity = found.cpuAffinity;
     details->slotNumber = entry.slotNumber;
-    if (found.deviceType == PCIE_CLASS_EMBEDDED_NIC) {
+    if (details->deviceType == PCIE_CLASS_EMBEDDED_NIC) {
         details->slotNumber = instance != 0 ? 1 : 0;
     }
-    details->ldid = found.ldid;
     return details;
 }
 
@@ -69,16 +64,13 @@ void AddEntry(DeviceManager::DiscoveredMap& discovered, const EndPointEntry& ent
                     entry.eid);
         return;
     }
-    auto details = DescribeDevice(entry, *instance);
+    const auto details = DescribeDevice(entry, *instance);
     if (!details) {
         return;
     }
     // Several endpoints of a card make one device; the first of them described it.
-    const auto [device, isNew] = discovered.try_emplace(details->ldid, nullptr);
-    if (isNew) {
-        device->second = std::move(details);
-    }
-    AddEndPoint(*device->second, entry, *instance);
+    const auto [device, isNew] = discovered.try_emplace(details->ldid, *details);
+    AddEndPoint(device->second, entry, *instance);
 }
 
 } // namespace

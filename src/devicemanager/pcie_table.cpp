@@ -2,7 +2,6 @@
 
 #include "common/byte_reader.hpp"
 #include "common/log.hpp"
-#include "devicemanager/end_point_entry.hpp"
 #include "vocabulary/device_classes.hpp"
 #include "vocabulary/ldid.hpp"
 
@@ -10,8 +9,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -19,8 +16,9 @@ namespace vantric {
 
 namespace {
 
-constexpr int libraryFailed = 1;
-constexpr int noUsableRecord = 7;
+/// The library is told of as much room as it announced, and has it: how much of it a call uses is
+/// not ours to know. Only an absurd claim is cut, at sixteen times what a group's count can tell.
+constexpr std::uint32_t mostRecords = 4096;
 
 /** One record of the table, as far as discovery looks at it. */
 struct PcieRecord {
@@ -47,14 +45,14 @@ PcieRecord ReadRecord(std::span<const std::uint8_t> bytes) {
     return record;
 }
 
-/** Class and LDID of the device that a record describes; nothing if it isn't one to serve. */
-std::optional<PcieDevice> Accept(const PcieRecord& record, std::uint16_t slot, std::uint8_t epType,
-                                 std::uint8_t slotType) {
-    PcieDevice device{.deviceType = record.deviceClass,
-                      .identity = record.identity,
-                      .cpuAffinity = record.cpuAffinity,
-                      .ldid = {}};
-    if (slotType == SLOT_TYPE_EMBEDDED) {
+/** What a record tells of its device; nothing if it isn't one to serve. */
+std::optional<DeviceDetails> Accept(const PcieRecord& record, const EndPointEntry& entry) {
+    const std::uint16_t slot = entry.slotNumber;
+    DeviceDetails device;
+    device.deviceType = record.deviceClass;
+    device.identity = record.identity;
+    device.cpuAffinity = record.cpuAffinity;
+    if (entry.slotType == SLOT_TYPE_EMBEDDED) {
         device.deviceType = PCIE_CLASS_EMBEDDED_NIC;
         device.ldid = Ldid::Make(PCIE_CLASS_EMBEDDED_NIC, slot != 0 ? 1 : 0)->Text();
         return device;
@@ -67,7 +65,7 @@ std::optional<PcieDevice> Accept(const PcieRecord& record, std::uint16_t slot, s
     }
     device.ldid = ldid->Text();
     if (record.deviceClass == PCIE_CLASS_ACCELERATOR) {
-        if (epType != END_POINT_TYPE_ACCELERATOR) {
+        if (entry.endPointType != END_POINT_TYPE_ACCELERATOR) {
             return std::nullopt;
         }
         device.ldid += "-1";
@@ -76,20 +74,20 @@ std::optional<PcieDevice> Accept(const PcieRecord& record, std::uint16_t slot, s
 }
 
 /** The first record of a group that leads to a device. */
-std::optional<PcieDevice> SearchGroup(std::span<const std::uint8_t> records, std::uint16_t slot,
-                                      std::uint8_t epType, std::uint8_t slotType) {
-    const std::uint8_t locator =
-        slotType == SLOT_TYPE_EMBEDDED ? SLOTCATALOG_LOCATOR_EMBEDDED : SLOTCATALOG_LOCATOR_SLOT;
+std::optional<DeviceDetails> SearchGroup(std::span<const std::uint8_t> records,
+                                         const EndPointEntry& entry) {
+    const std::uint8_t locator = entry.slotType == SLOT_TYPE_EMBEDDED ? SLOTCATALOG_LOCATOR_EMBEDDED
+                                                                      : SLOTCATALOG_LOCATOR_SLOT;
     for (; records.size() >= sizeof(SlotCatalogRecord);
          records = records.subspan(sizeof(SlotCatalogRecord))) {
         const PcieRecord record = ReadRecord(records.first(sizeof(SlotCatalogRecord)));
-        if (record.slotNumber != slot || record.locatorType != locator) {
+        if (record.slotNumber != entry.slotNumber || record.locatorType != locator) {
             continue;
         }
         VANTRIC_LOG(LOG_LEVEL_TRACE, "DID = 0x%04X, SVID = 0x%04X, VID = 0x%04X, SDID = 0x%04X\n",
                     record.identity.deviceId, record.identity.subVendorId, record.identity.vendorId,
                     record.identity.subDeviceId);
-        if (auto device = Accept(record, slot, epType, slotType)) {
+        if (auto device = Accept(record, entry)) {
             return device;
         }
     }
@@ -98,8 +96,7 @@ std::optional<PcieDevice> SearchGroup(std::span<const std::uint8_t> records, std
 
 } // namespace
 
-int getDevicePCIeIDsForSlot(std::uint16_t slot, std::uint8_t epType, std::uint8_t slotType,
-                            PcieDevice& device) {
+std::optional<DeviceDetails> getDevicePCIeIDsForSlot(const EndPointEntry& entry) {
     std::uint32_t groupCount = 0;
     std::uint32_t recordCapacity = 0;
     std::uint32_t reserved = 0;
@@ -107,11 +104,9 @@ int getDevicePCIeIDsForSlot(std::uint16_t slot, std::uint8_t epType, std::uint8_
         SlotCatalogDeviceInfo(SLOTCATALOG_ALL, &groupCount, &recordCapacity, &reserved);
     if (error != 0 || groupCount == 0 || recordCapacity == 0) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "SlotCatalogDeviceInfo() failed error = %d\n", error);
-        return libraryFailed;
+        return std::nullopt;
     }
-    // A group's count is one byte, so a larger buffer than that would never be filled.
-    const std::uint32_t bufferRecords =
-        std::min<std::uint32_t>(recordCapacity, std::numeric_limits<std::uint8_t>::max());
+    const std::uint32_t bufferRecords = std::min(recordCapacity, mostRecords);
     std::vector<std::uint8_t> buffer(bufferRecords * sizeof(SlotCatalogRecord));
     for (std::uint32_t group = 0; group < groupCount; ++group) {
         std::uint8_t recordCount = 0;
@@ -120,17 +115,16 @@ int getDevicePCIeIDsForSlot(std::uint16_t slot, std::uint8_t epType, std::uint8_
                                       buffer.data(), bufferRecords);
         if (error != 0 || recordCount == 0 || capacity == 0) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "SlotCatalogDeviceData() failed error = %d\n", error);
-            return libraryFailed;
+            return std::nullopt;
         }
         const std::size_t records = std::min<std::size_t>(recordCount, bufferRecords);
         const std::span<const std::uint8_t> filled =
             std::span(buffer).first(records * sizeof(SlotCatalogRecord));
-        if (const auto found = SearchGroup(filled, slot, epType, slotType)) {
-            device = *found;
-            return 0;
+        if (auto found = SearchGroup(filled, entry)) {
+            return found;
         }
     }
-    return noUsableRecord;
+    return std::nullopt;
 }
 
 } // namespace vantric

@@ -1,25 +1,16 @@
 /** Which PCIe device stands in a slot. */
 #pragma once
 
-#include "records/sensor.hpp"
+#include "device/device_details.hpp"
+#include "devicemanager/end_point_entry.hpp"
 
-#include <cstdint>
-#include <string>
+#include <optional>
 
 namespace vantric {
 
-/** What the platform's PCIe table tells of one device. */
-struct PcieDevice {
-    std::uint8_t deviceType = 0; ///< PcieDeviceClass
-    PciIdentity identity;
-    std::uint16_t cpuAffinity = 0;
-    std::string ldid;
-};
-
-/** Looks the device of an endpoint up. Any thread.
- *  @param device filled on success only
- *  @return 0, 1 when the library failed, 7 when it has no usable record */
-int getDevicePCIeIDsForSlot(std::uint16_t slot, std::uint8_t epType, std::uint8_t slotType,
-                            PcieDevice& device);
+/** What the platform's PCIe table tells of the device of an endpoint: its class, identity, CPU
+ *  affinity and LDID. Nothing where the library failed, which is logged, and where it has no usable
+ *  record. Any thread. */
+std::optional<DeviceDetails> getDevicePCIeIDsForSlot(const EndPointEntry& entry);
 
 } // namespace vantric

@@ -21,11 +21,11 @@ std::string Discover(const std::vector<Entry>& entries) {
     const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
     std::ostringstream text;
     for (const auto& [ldid, details] : discovered) {
-        text << ldid << '=' << int(details->deviceType) << '/' << details->slotNumber;
-        for (const auto& endpoint : details->vdmEIDs) {
+        text << ldid << '=' << int(details.deviceType) << '/' << details.slotNumber;
+        for (const auto& endpoint : details.vdmEIDs) {
             text << " v" << endpoint.eid << '.' << endpoint.instance;
         }
-        for (const auto& endpoint : details->i2cEIDs) {
+        for (const auto& endpoint : details.i2cEIDs) {
             text << " i" << endpoint.eid << '.' << endpoint.instance;
         }
         text << ';';
@@ -102,7 +102,7 @@ TEST_F(Discovery, TakesTheIdentityFromTheRecord) {
     const PlayedTable table({Entry{}});
     const DeviceManager manager{RecordingDoors()};
     const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
-    const DeviceDetails& details = *discovered.at("NIC.Slot.3");
+    const DeviceDetails& details = discovered.at("NIC.Slot.3");
     EXPECT_EQ(details.identity.vendorId, 0x15B3);
     EXPECT_EQ(details.identity.deviceId, 0x1021);
     EXPECT_EQ(details.identity.subVendorId, 0x15B4);
@@ -161,7 +161,10 @@ TEST_F(Discovery, AnEmptyGroupEndsTheSearch) {
     EXPECT_EQ(Discover({{}}), "");
 }
 
-TEST_F(Discovery, ClaimsOfTheCatalogAllocateAndReadNoMoreThanTheBuffer) {
+TEST_F(Discovery, TheCatalogGetsTheRoomThatItAnnouncesUnlessThatIsAbsurd) {
+    Catalog().recordCapacity = Catalog().leastRoom = 300;
+    EXPECT_EQ(Discover({{}}), "NIC.Slot.3=1/3 v9.0;");
+    Catalog().leastRoom = 0;
     Catalog().recordCapacity = 0xFFFFFFFF;
     EXPECT_EQ(Discover({{}}), "NIC.Slot.3=1/3 v9.0;");
     Catalog().recordCapacity = 1;

@@ -92,6 +92,9 @@ std::uint8_t SlotCatalogDeviceInfo(std::uint32_t selector, std::uint32_t* groupC
 std::uint8_t SlotCatalogDeviceData(std::uint32_t, std::uint32_t group, std::uint8_t* recordCount,
                                    std::uint32_t* capacity, void* records,
                                    std::uint32_t recordsCapacity) {
+    if (recordsCapacity < Catalog().leastRoom) {
+        return 1;
+    }
     const auto& all = Catalog().groups.at(group);
     const auto count = std::min<std::size_t>(all.size(), recordsCapacity);
     std::copy_n(all.begin(), count, static_cast<SlotCatalogRecord*>(records));

@@ -21,6 +21,7 @@ struct PlayedCatalog {
     std::uint32_t recordCapacity = 8;
     std::uint8_t infoError = 0;
     std::uint8_t dataError = 0;
+    std::uint32_t leastRoom = 0; ///< records; a call with less room fails
 };
 
 PlayedCatalog& Catalog();
