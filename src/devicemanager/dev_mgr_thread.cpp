@@ -3,7 +3,6 @@
 
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
-#include "event_handler/notifications.hpp"
 
 #include <malloc.h>
 

@@ -29,6 +29,11 @@ public:
  *  can come. */
 void RegisterObserver(EventHandler* observer);
 
+/** Subscribes to the platform's notifications of a firmware update's start and end; called once, on
+ *  "PLDM_DevMgr". A failure leaves the process without them. They reach the observers on a thread
+ *  of the notification library. */
+void SubscribeToEvents();
+
 /** Tells every observer, in the order of their registration, on the calling thread. */
 void NotifyObservers(EventKind kind, const std::any& payload);
 

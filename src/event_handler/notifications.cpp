@@ -1,5 +1,4 @@
-#include "event_handler/notifications.hpp"
-
+/** The platform's notifications of a firmware update, as events. */
 #include "event_handler/event_handler.hpp"
 
 #include <hubcast.h>

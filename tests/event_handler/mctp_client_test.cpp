@@ -3,7 +3,6 @@
 
 #include "common/process_flags.hpp"
 #include "event_handler/event_handler.hpp"
-#include "event_handler/notifications.hpp"
 #include "support/captured_log.hpp"
 
 #include <hubcast.h>
