@@ -1,8 +1,8 @@
 #include "accelerator/accelerator.hpp"
 
-#include "accelerator/sensor_choice.hpp"
 #include "common/log.hpp"
-#include "modeling/virtual_board.hpp"
+#include "modeling/accelerator_board.hpp"
+#include "modeling/sensor_choice.hpp"
 
 namespace vantric {
 
@@ -10,14 +10,12 @@ namespace {
 
 constexpr std::uint8_t onlyController = 1;
 
-/** The board's place in the numbering of the slots of its accelerators. */
-constexpr std::uint8_t boardSlot = firstAcceleratorSlot - 1;
-
 } // namespace
 
 Accelerator::Accelerator(const DeviceDetails& details, const std::string& basePath,
                          const BusDoors& doors, Sct& sct)
-    : Device(details, basePath, doors), sct(sct), isAmdUbb(IsVirtualBoard(details.identity)) {
+    : Device(details, basePath, doors), sct(sct),
+      isAmdUbb(accelerator_board::IsBoard(details.identity)) {
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Constructed Accelerator at slot %d\n", slotNumber);
 }
 
@@ -51,27 +49,24 @@ void Accelerator::FilterSensors() {
 
 void Accelerator::FilterNumericSensors(__extractedData& data) {
     const auto classify = isAmdUbb ? ClassifyUbbNumericSensor : ClassifyNumericSensor;
-    std::erase_if(data.numericSensors, [this, classify](const auto& sensor) {
-        const auto kind = classify(sct, sensor->sensorID, sensor->entityType, sensor->baseUnit);
+    const auto isInTable = [this](std::uint16_t sensorId) { return sct.IsSensorInSCT(sensorId); };
+    std::erase_if(data.numericSensors, [&](const auto& sensor) {
+        const auto kind =
+            classify(isInTable, sensor->sensorID, sensor->entityType, sensor->baseUnit);
         sensor->sensorNeededFor = kind.value_or(SENSOR_KIND_NONE);
         return !kind;
     });
 }
 
 void Accelerator::CreateVirtualAMDDevices() {
-    for (std::uint8_t slot = boardSlot; slot <= lastAcceleratorSlot; ++slot) {
+    for (const auto& [objectLdid, path] : accelerator_board::InventoryObjects()) {
         PlainInventoryRequest request;
         request.slot = slotNumber;
         request.deviceLdid = ldid;
+        request.objectPath = path;
         request.identity = identity;
         request.cpuAffinity = cpuAffinity;
-        if (slot == boardSlot) {
-            request.objectPath = virtualBoardPath;
-            request.resolvedLdid = virtualBoardLdid;
-        } else {
-            request.objectPath = ObjectPath(slot);
-            request.resolvedLdid = VirtualAcceleratorLdid(std::to_string(slot));
-        }
+        request.resolvedLdid = objectLdid.Text();
         doors.publisher.InsertPlainInventory(std::move(request)).LogFailure(LOG_LEVEL_ERROR);
     }
 }

@@ -12,9 +12,10 @@ namespace vantric {
 
 /** An accelerator card, or the endpoint that speaks for a whole board of accelerators.
  *
- * Sensors that aren't wanted (sensor_choice.hpp) leave the extracted data before it is modelled. Of
- * a card, the sensors are polled in three groups, each at its own rate; of a board, all of them in
- * every cycle. A board also gets inventory objects for itself and its eight accelerators. */
+ * Sensors that aren't wanted (modeling/sensor_choice.hpp) leave the extracted data before it is
+ * modelled. Of a card, the sensors are polled in three groups, each at its own rate; of a board,
+ * all of them in every cycle. A board also gets inventory objects for itself and its eight
+ * accelerators. */
 class Accelerator : public Device {
 public:
     /** @param sct the table of sensors that count; outlives this */

@@ -56,11 +56,13 @@ VantricStatus Accelerator::MonitorTheDevice() {
             if (status != STATUS_SUCCESS) {
                 return FailedCycle(status);
             }
+            if (endpoint == cmds.front()) { // from here on the cycle counts, whatever follows
+                if (statesAreDue) {
+                    stateSensorCycles.Restart();
+                }
+                stateSensorCycles.Count();
+            }
         }
-        if (statesAreDue) {
-            stateSensorCycles.Restart();
-        }
-        stateSensorCycles.Count();
     }
     return PauseAfterCycle();
 }

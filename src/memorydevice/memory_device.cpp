@@ -3,7 +3,7 @@
 #include "common/log.hpp"
 #include "common/status.hpp"
 #include "modeling/paths.hpp"
-#include "modeling/reduced_sensor.hpp"
+#include "modeling/sensor_choice.hpp"
 
 #include <utility>
 
@@ -12,18 +12,6 @@ namespace vantric {
 namespace {
 
 constexpr std::uint8_t onlyController = 1;
-
-/** How a memory card's sensor of this unit is published. */
-SensorKind KindOf(std::uint8_t baseUnit) {
-    switch (baseUnit) {
-    case BASE_UNIT_DEGREES_C:
-        return SENSOR_KIND_THERMAL;
-    case BASE_UNIT_WATTS:
-        return SENSOR_KIND_PROBE;
-    default:
-        return SENSOR_KIND_NONE;
-    }
-}
 
 /** What is posted of a record. The temperature stays behind: an object begins without a reading,
  *  and the mark for "not available", which the record holds before its first poll, would raise the
@@ -60,7 +48,7 @@ void MemoryDevice::ModelSensors() {
         return;
     }
     for (const auto& record : cmds.front()->ExtractedData().numericSensors) {
-        record->sensorNeededFor = KindOf(record->baseUnit);
+        record->sensorNeededFor = KindOnMemory(record->baseUnit);
     }
     for (const auto& record : cmds.front()->GetExtractedData()->numericSensors) {
         UpdateDbusForTempSensor(MakeSensor(*record));

@@ -1,53 +1,66 @@
 #include "modeling/entity_tree.hpp"
 
+#include "common/log.hpp"
+#include "records/limits.hpp"
+#include "vocabulary/entity_types.hpp"
+
 #include <new>
-#include <utility>
 
 namespace vantric {
 
 namespace {
 
-/** Lengths of shortcuts are those of a skew-binary number system: from any node, every ancestor is
- *  a logarithmic number of steps away. */
-const PDRTree* ShortcutFrom(const PDRTree& parent) {
-    const PDRTree& near = *parent.position.shortcut;
-    const PDRTree& far = *near.position.shortcut;
-    const bool equalSteps =
-        parent.position.depth - near.position.depth == near.position.depth - far.position.depth;
-    return equalSteps ? &far : &parent;
+constexpr std::uint8_t physicalAssociation = 0;
+
+/** The node that an entity has by what it tells of itself. */
+EntityKey OwnKey(const CEList& entity) {
+    return {entity.ContainedEntityContainerID, entity.ContainedEntityType,
+            entity.ContainedEntityInstanceNumber};
 }
 
-TreePosition LastPositionUnder(const PDRTree& parent) {
-    return {.depth = parent.position.depth + 1,
-            .sibling = static_cast<std::uint32_t>(parent.children.size()),
-            .shortcut = ShortcutFrom(parent)};
+PDRTree* AddContainer(EntityTree& tree, const EAPDR& association) {
+    PDRTree* place = tree.FindNodeOrRoot({association.ContainerEntityContainerID,
+                                          association.ContainerEntityType,
+                                          association.ContainerEntityInstanceNumber});
+    return tree.Add(place,
+                    {association.ContainerID, association.ContainerEntityType,
+                     association.ContainerEntityInstanceNumber},
+                    association.ContainerEntityContainerID);
 }
 
-/** Makes the next emplace_back one that can't fail. */
-void MakeRoom(std::vector<std::unique_ptr<PDRTree>>& children) {
-    if (children.size() == children.capacity()) {
-        children.reserve(children.size() * 2 + 1);
+void AddContained(EntityTree& tree, PDRTree& container, const EAPDR& association) {
+    for (const auto& entity : association.containedEntities) {
+        try {
+            tree.Add(&container,
+                     {entity->ContainerID, entity->ContainedEntityType,
+                      entity->ContainedEntityInstanceNumber},
+                     entity->ContainedEntityContainerID);
+        } catch (const std::bad_alloc&) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed to create node\n");
+        }
+    }
+}
+
+/** A cable leads to the port that stands before it in the association. */
+void ConnectCables(const EntityTree& tree, const EAPDR& association) {
+    PDRTree* port = nullptr;
+    for (const auto& entity : association.containedEntities) {
+        if (entity->ContainedEntityType == ENTITY_ETHERNET) {
+            port = tree.FindNode(OwnKey(*entity));
+        } else if (entity->ContainedEntityType == ENTITY_CABLE) {
+            PDRTree* cable = tree.FindNode(OwnKey(*entity));
+            if (cable != nullptr) {
+                cable->logicalConnectionTo = port;
+            }
+        }
     }
 }
 
 } // namespace
 
-bool EntityTree::SearchOrder::operator()(const PDRTree* left, const PDRTree* right) const {
-    const auto order = left->Key() <=> right->Key();
-    return order != 0 ? order < 0 : Precedes(*left, *right);
-}
-
-bool EntityTree::SearchOrder::operator()(const PDRTree* node, const EntityKey& key) const {
-    return node->Key() < key;
-}
-
-bool EntityTree::SearchOrder::operator()(const EntityKey& key, const PDRTree* node) const {
-    return key < node->Key();
-}
-
 PDRTree* EntityTree::FindNode(const EntityKey& key) const {
-    const auto found = nodes.lower_bound(key);
-    return found != nodes.end() && (*found)->Key() == key ? *found : nullptr;
+    const auto found = nodes.lower_bound({key, {}});
+    return found != nodes.end() && found->first.first == key ? found->second : nullptr;
 }
 
 PDRTree* EntityTree::FindNodeOrRoot(const EntityKey& key) const {
@@ -56,38 +69,63 @@ PDRTree* EntityTree::FindNodeOrRoot(const EntityKey& key) const {
 }
 
 PDRTree* EntityTree::Add(PDRTree* parent, const EntityKey& key, std::uint16_t entityContainerID) {
-    try {
-        auto node = std::make_unique<PDRTree>();
-        node->containerID = key.containerID;
-        node->entityType = key.entityType;
-        node->entityInstance = key.entityInstance;
-        node->entityContainerID = entityContainerID;
-        node->parent = parent;
-        if (parent != nullptr) {
-            node->position = LastPositionUnder(*parent);
-            MakeRoom(parent->children);
-        } else {
-            node->position.shortcut = node.get();
+    const std::size_t level = parent != nullptr ? parent->place.size() + 1 : 0;
+    if (nodes.size() == limits::entityNodes || level == limits::entityLevels) {
+        if (!toldOfLimit) {
+            toldOfLimit = true;
+            VANTRIC_LOG(LOG_LEVEL_WARNING, "No more than %d entities on %d levels are kept\n",
+                        static_cast<int>(limits::entityNodes),
+                        static_cast<int>(limits::entityLevels));
         }
-        PDRTree* added = node.get();
-        nodes.insert(added);
-        auto& owner = parent != nullptr ? parent->children.emplace_back() : root;
-        owner = std::move(node);
-        return added;
-    } catch (const std::bad_alloc&) {
         return nullptr;
     }
+    auto node = std::make_unique<PDRTree>();
+    node->containerID = key.containerID;
+    node->entityType = key.entityType;
+    node->entityInstance = key.entityInstance;
+    node->entityContainerID = entityContainerID;
+    node->parent = parent;
+    if (parent != nullptr) {
+        node->place = parent->place;
+        node->place.push_back(static_cast<std::uint16_t>(parent->children.size()));
+    }
+    auto& owner = parent != nullptr ? parent->children.emplace_back() : root;
+    owner = std::move(node);
+    nodes.emplace(std::pair(key, owner->place), owner.get());
+    return owner.get();
 }
 
 void EntityTree::Renumber(PDRTree& node, std::uint16_t entityInstance) {
-    auto entry = nodes.extract(&node);
+    auto entry = nodes.extract({node.Key(), node.place});
     node.entityInstance = entityInstance;
+    entry.key().first = node.Key();
     nodes.insert(std::move(entry));
 }
 
 void EntityTree::FreeTree() {
     nodes.clear();
     root.reset();
+    toldOfLimit = false;
+}
+
+bool BuildTree(EntityTree& tree, const std::vector<std::shared_ptr<EAPDR>>& associations) {
+    for (const auto& association : associations) {
+        if (association->AssociationType != physicalAssociation) {
+            ConnectCables(tree, *association);
+            continue;
+        }
+        try {
+            if (PDRTree* container = AddContainer(tree, *association)) {
+                AddContained(tree, *container, *association);
+            }
+        } catch (const std::bad_alloc&) {
+            VANTRIC_LOG(LOG_LEVEL_ERROR,
+                        "Failed to create node for ContainerID[%d] and Type[%d]\n\n",
+                        association->ContainerID, association->ContainerEntityType);
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace vantric

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "modeling/entity_tree.hpp"
-#include "modeling/sensor_place.hpp"
 #include "publisher/publisher.hpp"
 #include "records/extracted_data.hpp"
 #include "records/readings.hpp"
@@ -43,7 +42,7 @@ public:
 
     /** Publishes the sensors of an endpoint that tells of its entities.
      *
-     *  Controller 2 goes without a tree: its ports and sensors are numbered behind those of
+     *  Controller 2 goes without a tree: its ports and sensors are numbered after those of
      *  controller 1, whose tree and objects stay. Any other number removes the sensor objects of
      *  the device (DeleteDBUSPaths), and builds and publishes anew.
      *  @param extractedData what the endpoint told; nullptr is logged and changes nothing. Numbers
@@ -77,47 +76,42 @@ private:
     using NumericSensors = std::vector<std::shared_ptr<__Temp_sensors>>;
     using StateSensors = std::vector<std::shared_ptr<_StateSensors>>;
 
-    // Both hang sensors on the tree, or publish them at once where they come flat, that is without
-    // any tree, or from controller 2.
-    void AttachNumericSensors(const NumericSensors& sensors, bool flat, std::uint8_t controller);
-    void AttachStateSensors(const StateSensors& stateSensors, bool flat, std::uint8_t controller);
-    void ModelSecondController(const __extractedData& extractedData);
-
-    void WalkTree();
-    std::string EntityPath(const PDRTree& node) const;
-    std::string InventoryPath(const PDRTree& node) const;
-    /** Publishes what hangs on a node. */
+    // With a tree: sensors are hung on its nodes, and a walk publishes what hangs there.
+    void AttachNumericSensors(const NumericSensors& sensors);
+    void AttachStateSensors(const StateSensors& stateSensors);
+    void WalkTree(PDRTree& node);
     void UpdateDbus(PDRTree& node);
-    void StateSensorHandler(_StateSensors& sensor, const std::string& inventoryPath);
     void NumericSensorHandler(const __Sensor& sensor, PDRTree& node,
                               const std::string& inventoryPath);
-    void UbbNumericSensorHandler(const __Sensor& sensor, std::uint8_t entityType,
-                                 std::uint8_t instance);
+    void StateSensorHandler(_StateSensors& sensor, const std::string& inventoryPath);
 
-    /** Publishes a sensor that has no node. */
-    void UpdateDbus(__Sensor sensor, bool flat, std::uint8_t controller);
-    /** Publishes a state sensor; works out its path if it has none. */
-    void UpdateDbus(StateSensorRequest request, bool flat, std::uint8_t controller);
-    void PlaceWithoutNode(StateSensorRequest& request, bool flat, std::uint8_t controller);
+    // Without one: a sensor belongs to its controller as a whole.
+    void ModelSecondController(const __extractedData& extractedData);
+    SensorInsertRequest PlaceOnController(__Sensor sensor, std::uint8_t controller) const;
+    StateSensorRequest DescribeWithSetNames(const _StateSensors& sensor) const;
+    void UpdateDbus(StateSensorRequest request, std::uint8_t controller,
+                    const std::string& entityPiece);
 
-    void UpdateDbusForNumericSensor(const __Sensor& sensor, const SensorPlace& place,
-                                    std::uint8_t instance);
-    void PostNumericSensor(const __Sensor& sensor, const SensorPlace& place,
-                           std::uint16_t instance);
-    void UpdateThermalSensorForAllLDIDs(std::uint16_t sensorId, std::int32_t value,
-                                        std::uint8_t controller);
+    /** What a request holds of a sensor wherever it belongs. */
+    SensorInsertRequest Describe(const __Sensor& sensor) const;
+    StateSensorRequest Describe(const _StateSensors& sensor) const;
+    void UpdateDbusForNumericSensor(SensorInsertRequest request);
+    void UpdateDbusForStateSensor(StateSensorRequest request);
 
+    void UpdateThermalSensorForAllLDIDs(std::int32_t value, std::uint8_t controller);
+
+    /** Whether an entity type has a word; writes a line if it has none. */
+    static bool LogUnlessSupported(std::uint16_t entityType);
     std::string InventoryRoot() const;
     ControllerTag Tag(std::uint8_t controller) const;
 
     const ModelingParameters device;
     Publisher& publisher;
     EntityTree tree;
-    // Numbers given last. Each is a byte and wraps.
-    std::uint8_t portCount = 0;      ///< port nodes of the tree
-    std::uint8_t powerCount = 0;     ///< power sensors, from controller 2's first behind portCount
-    std::uint8_t tempCount = 0;      ///< temperature sensors, likewise
-    std::uint8_t connectorCount = 0; ///< connectors, likewise
+    std::uint8_t portCount = 0; ///< port nodes of the tree; wraps
 };
+
+/** The part of a sensor's record that modeling carries, as it stands in the record. */
+__Sensor ReduceSensor(const __Temp_sensors& record);
 
 } // namespace vantric

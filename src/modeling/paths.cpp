@@ -1,17 +1,14 @@
 #include "modeling/paths.hpp"
 
+#include "modeling/second_controller.hpp"
+#include "vocabulary/device_classes.hpp"
 #include "vocabulary/entity_types.hpp"
+#include "vocabulary/reading.hpp"
 #include "vocabulary/vocabulary.hpp"
-
-#include <string_view>
-#include <vector>
 
 namespace vantric {
 
 namespace {
-
-constexpr auto temperatureRoot = "/xyz/openbmc_project/sensors/temperature/";
-constexpr auto powerRoot = "/xyz/openbmc_project/sensors/power/";
 
 bool IsCard(std::uint16_t entityType) {
     return entityType == ENTITY_ADD_IN_CARD || entityType == ENTITY_SYSTEM_MANAGEMENT_MODULE;
@@ -19,6 +16,17 @@ bool IsCard(std::uint16_t entityType) {
 
 bool IsDigit(char character) {
     return character >= '0' && character <= '9';
+}
+
+std::string NodePath(const PDRTree* node) {
+    if (node == nullptr || node->parent == nullptr || IsCard(node->entityType)) {
+        return {};
+    }
+    std::string path = NodePath(node->parent);
+    if (!EntityWord(node->entityType).empty() && node->parent->entityType != node->entityType) {
+        path += "/" + EntityName(node->entityType, node->entityInstance);
+    }
+    return path;
 }
 
 } // namespace
@@ -29,32 +37,30 @@ const std::string& EntityWord(std::uint16_t entityType) {
     return row != entityWords.end() ? row->second : none;
 }
 
-std::string NodePath(const PDRTree* node) {
-    std::vector<std::string> pieces;
-    std::size_t length = 0;
-    for (; node != nullptr && node->parent != nullptr && !IsCard(node->entityType);
-         node = node->parent) {
-        const std::string& word = EntityWord(node->entityType);
-        if (word.empty() || node->parent->entityType == node->entityType) {
-            continue;
-        }
-        pieces.push_back("/" + word + "_" + std::to_string(node->entityInstance));
-        length += pieces.back().size();
-        if (length > longestPath) {
-            break;
-        }
-    }
-    std::string path;
-    for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
-        path += *piece;
-    }
-    return path;
+std::string EntityName(std::uint16_t entityType, std::uint16_t instance) {
+    return EntityWord(entityType) + "_" + std::to_string(instance);
 }
 
-std::uint8_t ConnectorNumber(const std::string& path) {
+std::string EntityPath(const EntityTree& tree, const PDRTree& node) {
+    return NodePath(tree.FindNode({node.entityContainerID, node.entityType, node.entityInstance}));
+}
+
+std::string NodePiece(const EntityTree& tree, const PDRTree& node) {
+    return node.entityType == ENTITY_COMMUNICATION_CHANNEL ? "/" + EntityWord(node.entityType)
+                                                           : EntityPath(tree, node);
+}
+
+std::string PieceWithoutNode(std::uint16_t entityType, std::uint8_t controller) {
+    // The outermost connector types have always had the longer path.
+    const bool underController =
+        entityType <= ENTITY_RJ45 || entityType >= ENTITY_UNKNOWN_CONNECTOR;
+    return underController ? ControllerPiece(controller) : "";
+}
+
+std::uint8_t ConnectorNumber(std::string_view path) {
     constexpr std::string_view connector = "connector_";
     const auto found = path.find(connector);
-    if (found == std::string::npos) {
+    if (found == std::string_view::npos) {
         return 0;
     }
     std::uint8_t number = 0;
@@ -64,13 +70,11 @@ std::uint8_t ConnectorNumber(const std::string& path) {
     return number;
 }
 
-std::string ControllerPiece(std::uint8_t controller) {
-    return controller == 2 ? "/networkcontroller_2" : "/networkcontroller_1";
-}
-
-std::string SensorPath(const __Sensor& sensor, const std::string& ldid, ControllerTag tag) {
-    const char* root = sensor.baseUnit == BASE_UNIT_WATTS ? powerRoot : temperatureRoot;
-    return root + ldid + SensorTail(tag, sensor.sensorId);
+std::string SensorPath(const __Sensor& sensor, std::string_view ldid, ControllerTag tag) {
+    std::string path(sensor.baseUnit == BASE_UNIT_WATTS ? powerRoot : temperatureRoot);
+    path += '/';
+    path += ldid;
+    return path + SensorTail(tag, sensor.sensorId);
 }
 
 } // namespace vantric

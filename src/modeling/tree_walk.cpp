@@ -1,15 +1,19 @@
-/** The walk through the tree that publishes what hangs on it. */
+/** A device with a tree: sensors are hung on its nodes, and a walk publishes what hangs there. */
 #include "modeling/modeling.hpp"
 
 #include "common/log.hpp"
+#include "modeling/accelerator_board.hpp"
 #include "modeling/paths.hpp"
 #include "vocabulary/entity_types.hpp"
 
-#include <vector>
+#include <utility>
 
 namespace vantric {
 
 namespace {
+
+/** The controller whose sensors hang on the tree. */
+constexpr std::uint8_t treeController = 1;
 
 /** False for the second occurrence of an entity: the container node below its contained node. */
 bool IsFirstOccurrence(const PDRTree& node, const PDRTree& root) {
@@ -19,35 +23,30 @@ bool IsFirstOccurrence(const PDRTree& node, const PDRTree& root) {
 
 } // namespace
 
-void Modeling::WalkTree() {
-    std::vector<PDRTree*> toVisit;
-    if (tree.Root() != nullptr) {
-        toVisit.push_back(tree.Root());
-    }
-    while (!toVisit.empty()) {
-        PDRTree& node = *toVisit.back();
-        toVisit.pop_back();
-        if (IsFirstOccurrence(node, *tree.Root())) {
-            if (IsPort(node.entityType)) {
-                ++portCount;
-            }
-            UpdateDbus(node);
-        }
-        for (auto child = node.children.rbegin(); child != node.children.rend(); ++child) {
-            toVisit.push_back(child->get());
-        }
+void Modeling::AttachNumericSensors(const NumericSensors& sensors) {
+    for (const auto& record : sensors) {
+        tree.FindNodeOrRoot({record->containerID, record->entityType, record->entityInstanceNumber})
+            ->sensors.push_back(std::make_unique<__Sensor>(ReduceSensor(*record)));
     }
 }
 
-std::string Modeling::EntityPath(const PDRTree& node) const {
-    // A container has the path of the contained node that it continues.
-    return NodePath(tree.FindNode({node.entityContainerID, node.entityType, node.entityInstance}));
+void Modeling::AttachStateSensors(const StateSensors& stateSensors) {
+    for (const auto& sensor : stateSensors) {
+        tree.FindNodeOrRoot({sensor->containerID, sensor->entityType, sensor->entityInstanceNumber})
+            ->stateSensors.push_back(sensor);
+    }
 }
 
-std::string Modeling::InventoryPath(const PDRTree& node) const {
-    return InventoryRoot() + (node.entityType == ENTITY_COMMUNICATION_CHANNEL
-                                  ? "/" + EntityWord(node.entityType)
-                                  : EntityPath(node));
+void Modeling::WalkTree(PDRTree& node) {
+    if (IsFirstOccurrence(node, *tree.Root())) {
+        if (IsPort(node.entityType)) {
+            ++portCount;
+        }
+        UpdateDbus(node);
+    }
+    for (const auto& child : node.children) {
+        WalkTree(*child);
+    }
 }
 
 void Modeling::UpdateDbus(PDRTree& node) {
@@ -56,28 +55,64 @@ void Modeling::UpdateDbus(PDRTree& node) {
     }
     if (node.logicalConnectionTo != nullptr) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "LogicalConnectionTo\n");
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "%s\n", EntityPath(*node.logicalConnectionTo).c_str());
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "%s\n", EntityPath(tree, *node.logicalConnectionTo).c_str());
     }
     if (node.sensors.empty() && node.stateSensors.empty()) {
         return;
     }
-    std::string path = InventoryPath(node);
-    if (path.size() > longestPath) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Too deep for a path: EntityType: %d\n", node.entityType);
-        return;
-    }
+    const std::string path = InventoryRoot() + NodePiece(tree, node);
     for (const auto& sensor : node.sensors) {
         NumericSensorHandler(*sensor, node, path);
     }
-    path = InventoryPath(node); // a connector may have got its number just now
+    // A connector may have got its number just now.
+    const std::string numberedPath = InventoryRoot() + NodePiece(tree, node);
     for (const auto& sensor : node.stateSensors) {
-        if (EntityWord(sensor->entityType).empty()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Invalid/Not supported EntityType: %d\n",
-                        sensor->entityType);
-            continue;
-        }
-        StateSensorHandler(*sensor, path);
+        StateSensorHandler(*sensor, numberedPath);
     }
+}
+
+void Modeling::NumericSensorHandler(const __Sensor& sensor, PDRTree& node,
+                                    const std::string& inventoryPath) {
+    if (!LogUnlessSupported(sensor.entityType)) {
+        return;
+    }
+    SensorInsertRequest request = Describe(sensor);
+    if (accelerator_board::IsBoard(device.identity)) {
+        for (auto& placed : accelerator_board::PlaceNumericSensor(std::move(request), node)) {
+            UpdateDbusForNumericSensor(std::move(placed));
+        }
+        return;
+    }
+    request.objectPath = SensorPath(sensor, device.ldid, Tag(treeController));
+    request.inventoryPath = inventoryPath;
+    request.entityName = EntityName(node.entityType, node.entityInstance);
+    const std::uint8_t connector = ConnectorNumber(inventoryPath);
+    if (IsConnector(sensor.entityType) && connector != 0) {
+        tree.Renumber(node, connector);
+        request.entityName = EntityName(ENTITY_ETHERNET, connector);
+    }
+    request.sensor.entityInstance = static_cast<std::uint8_t>(node.entityInstance);
+    UpdateDbusForNumericSensor(std::move(request));
+}
+
+void Modeling::StateSensorHandler(_StateSensors& sensor, const std::string& inventoryPath) {
+    if (!LogUnlessSupported(sensor.entityType)) {
+        return;
+    }
+    const std::uint8_t connector = ConnectorNumber(inventoryPath);
+    if (IsConnector(sensor.entityType) && connector != 0) {
+        sensor.entityInstanceNumber = connector;
+    } else if (sensor.entityType == ENTITY_ADD_IN_CARD ||
+               sensor.entityType == ENTITY_NETWORK_CONTROLLER) {
+        sensor.entityInstanceNumber = 0;
+    }
+    StateSensorRequest request = Describe(sensor);
+    request.statePath = inventoryPath + StateSensorTail(Tag(treeController), sensor.sensorId);
+    request.secondLdid = device.ldid;
+    if (accelerator_board::IsBoard(device.identity)) {
+        accelerator_board::VirtualStateSensorPath(request);
+    }
+    UpdateDbusForStateSensor(std::move(request));
 }
 
 } // namespace vantric

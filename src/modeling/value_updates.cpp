@@ -2,7 +2,8 @@
 #include "modeling/modeling.hpp"
 
 #include "common/log.hpp"
-#include "modeling/virtual_board.hpp"
+#include "modeling/accelerator_board.hpp"
+#include "modeling/second_controller.hpp"
 #include "vocabulary/vocabulary.hpp"
 
 #include <algorithm>
@@ -32,15 +33,14 @@ std::string StateText(const std::string& setName, std::uint8_t state) {
 
 void Modeling::UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value,
                                      std::uint8_t sensorKind, std::uint8_t controller) {
-    if (IsVirtualBoard(device.identity) && sensorKind == SENSOR_KIND_THERMAL) {
-        UpdateThermalSensorForAllLDIDs(sensorId, value, controller);
+    if (accelerator_board::IsBoard(device.identity) && sensorKind == SENSOR_KIND_THERMAL) {
+        UpdateThermalSensorForAllLDIDs(value, controller);
         return;
     }
     SensorValueRequest request;
     request.value = value;
     request.deviceLdid = device.ldid;
-    request.pathText =
-        controller == 2 ? TaggedId(CONTROLLER_2, sensorId) : SensorTail(Tag(controller), sensorId);
+    request.pathText = ReadingKey(controller, Tag(controller), sensorId);
     request.slot = device.slot;
     request.sensorKind = sensorKind;
     request.controller = controller;
@@ -48,15 +48,13 @@ void Modeling::UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value,
         .LogFailure(LOG_LEVEL_ERROR, "OneWayChannel_Execute dbusSetSensorValue");
 }
 
-void Modeling::UpdateThermalSensorForAllLDIDs(std::uint16_t /*sensorId*/, std::int32_t value,
-                                              std::uint8_t controller) {
+void Modeling::UpdateThermalSensorForAllLDIDs(std::int32_t value, std::uint8_t controller) {
     // All thermal readings of the board are readings of the one shared sensor.
-    for (int slot = firstAcceleratorSlot; slot <= lastAcceleratorSlot; ++slot) {
+    for (const std::uint8_t slot : accelerator_board::slots) {
         SensorValueRequest request;
         request.value = value;
         request.deviceLdid = device.ldid;
-        request.pathText =
-            std::to_string(slot) + "_1" + SensorTail(CONTROLLER_UNTOLD, sharedSensorId);
+        request.pathText = accelerator_board::SharedSensorKey(slot);
         request.slot = device.slot;
         request.sensorKind = SENSOR_KIND_THERMAL;
         request.controller = controller;

@@ -2,24 +2,9 @@
 
 #include "common/log.hpp"
 #include "common/status.hpp"
+#include "modeling/sensor_choice.hpp"
 
 namespace vantric {
-
-namespace {
-
-/** How a network card's sensor of this unit is published. */
-SensorKind KindOf(std::uint8_t baseUnit) {
-    switch (baseUnit) {
-    case BASE_UNIT_DEGREES_C:
-        return SENSOR_KIND_THERMAL_PROBE;
-    case BASE_UNIT_WATTS:
-        return SENSOR_KIND_PROBE;
-    default:
-        return SENSOR_KIND_NONE;
-    }
-}
-
-} // namespace
 
 NicDevice::NicDevice(const DeviceDetails& details, const std::string& basePath,
                      const BusDoors& doors)
@@ -41,7 +26,7 @@ void NicDevice::ModelControllers() {
     std::uint8_t controller = 1;
     for (auto& endpoint : cmds) {
         for (const auto& sensor : endpoint->ExtractedData().numericSensors) {
-            sensor->sensorNeededFor = KindOf(sensor->baseUnit);
+            sensor->sensorNeededFor = KindOnNetworkCard(sensor->baseUnit);
         }
         const auto& extractedData = endpoint->GetExtractedData();
         if (endpoint->HasEntityAssociation()) {

@@ -32,6 +32,10 @@ inline constexpr std::size_t recordsOfKind = 8192;
 /** Members of all state sensors together: one takes 3 bytes of its record and many more of ours. */
 inline constexpr std::size_t stateMembers = 8192;
 
+/** Nodes of an entity tree, and nodes on the way from its root to the lowest one. */
+inline constexpr std::size_t entityNodes = 8192;
+inline constexpr std::size_t entityLevels = 128;
+
 /** Versions of one PLDM type, and exchanges of their list: more than the largest response holds. */
 inline constexpr std::size_t versionsOfType = 64;
 

@@ -63,11 +63,11 @@ protected:
     }
 
     /** The cycles in which the card got the command. */
-    std::vector<int> CyclesWith(std::uint16_t command, int cycles) {
+    std::vector<int> CyclesWith(std::uint16_t command, int cycles, int status = 0) {
         std::vector<int> with;
         card.TakeCount(command);
         for (int cycle = 1; cycle <= cycles; ++cycle) {
-            Cycle();
+            Cycle(status);
             if (card.TakeCount(command) != 0) {
                 with.push_back(cycle);
             }
@@ -265,6 +265,16 @@ TEST_F(BoardTest, KeepsTheStateSensorsOfItselfAndItsAccelerators) {
         kept.push_back(request.sensorId);
     }
     EXPECT_EQ(kept, (Ids{20, 22}));
+}
+
+TEST_F(BoardTest, ReadsTheFirstEndpointsStatesInTheirCyclesWhileTheSecondOneFails) {
+    PlayedCard second;
+    card.pdrs.push_back(StatePdr(20, 68));
+    second.Add({.id = 1, .entityType = 32836});
+    second.pdrs.push_back(AssociationPdr(1, 68, {32836}));
+    Inventory({&second});
+    second.sensorStatus[1] = 3;
+    EXPECT_EQ(CyclesWith(PLAYED_GET_STATE_READINGS, 12, 3), (std::vector{1, 7}));
 }
 
 } // namespace

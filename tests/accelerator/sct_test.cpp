@@ -3,7 +3,7 @@
 #include "accelerator/sct.hpp"
 
 #include "accelerator/played_sct.hpp"
-#include "accelerator/sensor_choice.hpp"
+#include "modeling/sensor_choice.hpp"
 #include "support/captured_log.hpp"
 
 #include <gtest/gtest.h>
@@ -127,13 +127,14 @@ TEST_F(SctTest, UnitEntityAndTableChooseASensor) {
     };
     sctTable.rows = {{}};
     sct.ReadOnce(card);
+    const auto isInTable = [this](std::uint16_t sensorId) { return sct.IsSensorInSCT(sensorId); };
     const auto kind = [](const std::optional<SensorKind>& chosen) {
         return chosen ? static_cast<int>(*chosen) : dropped;
     };
     for (const auto& [id, type, unit, ofCard, ofBoard] : choices) {
         SCOPED_TRACE(testing::Message() << id << ' ' << type << ' ' << int{unit});
-        EXPECT_EQ(kind(ClassifyNumericSensor(sct, id, type, unit)), ofCard);
-        EXPECT_EQ(kind(ClassifyUbbNumericSensor(sct, id, type, unit)), ofBoard);
+        EXPECT_EQ(kind(ClassifyNumericSensor(isInTable, id, type, unit)), ofCard);
+        EXPECT_EQ(kind(ClassifyUbbNumericSensor(isInTable, id, type, unit)), ofBoard);
     }
 }
 

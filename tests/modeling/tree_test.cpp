@@ -1,12 +1,13 @@
-#include "modeling/tree_builder.hpp"
+#include "modeling/entity_tree.hpp"
+#include "support/captured_log.hpp"
 #include "told_card.hpp"
 #include "tree_text.hpp"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <random>
+#include <tuple>
 
 namespace vantric::test {
 namespace {
@@ -88,7 +89,7 @@ TEST(PDRTree, NodesOfOneKeyAreFoundInTheOrderOfAWalk) {
         EntityTree tree;
         std::vector<PDRTree*> nodes;
         const std::size_t reach = round % 3 == 0 ? 2 : 200; // chains, and bushes
-        while (nodes.size() < 200) {
+        while (nodes.size() < 100) {
             const auto back = nodes.empty() ? 0 : below(std::min(nodes.size(), reach));
             PDRTree* parent = nodes.empty() ? nullptr : nodes[nodes.size() - 1 - back];
             nodes.push_back(tree.Add(parent, {below(2), below(2), below(3)}, 0));
@@ -115,29 +116,27 @@ TEST(PDRTree, WithoutAMatchTheRootTakesThePlace) {
     EXPECT_EQ(Text(tree.FindNodeOrRoot({3, 202, 1})), "3.202.1");
 }
 
-TEST(PDRTree, IsBuiltSearchedAndFreedInTimeHoweverDeepItIs) {
-    // As much as an endpoint may send: one chain, and all that it contains besides has one key.
-    constexpr std::uint16_t depth = 16000;
-    ToldCard card;
-    for (std::uint16_t level = 0; level < depth; ++level) {
+TEST(PDRTree, StaysWithinItsLimitsWhateverACardTells) {
+    ToldCard deep;
+    ToldCard wide;
+    for (std::uint16_t level = 0; level < 4000; ++level) {
         const auto next = static_cast<std::uint16_t>(level + 1);
-        std::vector<Entity> contained(16, Entity{300, 1, 0});
-        contained.push_back({144, 1, next});
-        card.Physical(next, {144, 1, level}, contained);
-        for (std::size_t index = 0; index < 16; ++index) {
-            card.data->entityAssociations.back()->containedEntities[index]->ContainerID = 0;
-        }
+        deep.Physical(next, {144, 1, level}, {{144, 1, next}});
     }
-    const std::clock_t start = std::clock();
-    EntityTree tree;
-    ASSERT_TRUE(BuildTree(tree, card.data->entityAssociations));
-    ASSERT_NE(tree.FindNode({depth, 144, 1}), nullptr);
-    EXPECT_EQ(tree.FindNode({depth, 144, 1})->position.depth, depth - 1U);
-    EXPECT_EQ(tree.FindNode({0, 300, 1})->parent, tree.Root());
-    tree.FreeTree();
-    EXPECT_EQ(tree.FindNode({0, 300, 1}), nullptr);
-    // Of the processor; comparing each node with each other would take minutes.
-    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 30);
+    for (std::uint16_t record = 0; record < 40; ++record) {
+        wide.Physical(record, {68, 1, 0}, std::vector<Entity>(255, Entity{300, 1, 0}));
+    }
+    for (const auto& [card, found, lost] :
+         {std::tuple(deep, EntityKey{64, 144, 1}, EntityKey{}),
+          std::tuple(wide, EntityKey{31, 300, 1}, EntityKey{39, 300, 1})}) {
+        const CapturedLog log;
+        EntityTree tree;
+        EXPECT_TRUE(BuildTree(tree, card.data->entityAssociations));
+        EXPECT_NE(tree.FindNode(found), nullptr);
+        EXPECT_EQ(tree.FindNode(lost), nullptr);
+        EXPECT_EQ(log.Messages(2),
+                  std::vector<std::string>{"No more than 8192 entities on 128 levels are kept\n"});
+    }
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 /** A tree as text, and a search that needs no index. Both for small trees. */
 #pragma once
 
-#include "modeling/pdr_tree.hpp"
+#include "modeling/entity_tree.hpp"
 
 #include <string>
 

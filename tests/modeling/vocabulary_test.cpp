@@ -28,6 +28,10 @@ std::string Text(unsigned number) {
     return std::to_string(number);
 }
 
+std::string Text(const Ldid& ldid) {
+    return ldid.Text();
+}
+
 /** The rows of a table as "key=word" lines. */
 template <typename Table>
 std::string Lines(const Table& table) {
@@ -47,7 +51,6 @@ TEST(Vocabulary, HasItsWordsLetterForLetter) {
             stateTexts.emplace_back(set + "/" + std::to_string(value), text);
         }
     }
-    const std::map slots(virtualInstanceSlots.begin(), virtualInstanceSlots.end());
     const struct {
         const char* table;
         std::string lines;
@@ -58,7 +61,7 @@ TEST(Vocabulary, HasItsWordsLetterForLetter) {
         {"stateValueNames", Lines(stateTexts), 0x317CAAF1A3F0971E},
         {"healthSeverity", Lines(healthSeverity), 0x30263353E973E21F},
         {"virtualSensorLdids", Lines(virtualSensorLdids), 0x4ED8AA7F184C15BC},
-        {"virtualInstanceSlots", Lines(slots), 0xC1028D543CDC0E41},
+        {"virtualInstanceSlots", Lines(virtualInstanceSlots), 0xC1028D543CDC0E41},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Sum(row.lines), row.sum) << row.table << " is now\n" << row.lines;
@@ -95,7 +98,7 @@ TEST(Vocabulary, HasOneWiringForTheAcceleratorsOfABoard) {
         const auto row = std::ranges::find_if(
             virtualSensorLdids, [&key](const auto& candidate) { return candidate.first == key; });
         ASSERT_NE(row, virtualSensorLdids.end()) << key;
-        EXPECT_EQ(row->second, "ProcAccelerator.Slot." + virtualInstanceSlots.at(gpu + 1) + "-1");
+        EXPECT_EQ(row->second.SlotBeforeDash(), virtualInstanceSlots.at(gpu + 1));
     }
 }
 

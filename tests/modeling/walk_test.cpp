@@ -222,14 +222,8 @@ TEST_F(WalkTest, TellsOfASensorWhoseEntityHasNoWord) {
     const auto posted =
         Publish(NetworkCard().Numeric(5, {204, 1, 9}).State(9, {216, 1, 9}).State(10, {300, 1, 2}));
     EXPECT_EQ(posted.order, (Texts{"Clear", "InsertStateSensor"}));
-    Texts told;
-    for (const auto& line : log.Lines()) {
-        if (line.level == 1) {
-            told.push_back(line.function + ": " + line.message);
-        }
-    }
-    EXPECT_EQ(told, (Texts{"NumericSensorHandler: Invalid/Not supported EntityType: 204\n",
-                           "UpdateDbus: Invalid/Not supported EntityType: 216\n"}));
+    EXPECT_EQ(log.Messages(1), (Texts{"Invalid/Not supported EntityType: 204\n",
+                                      "Invalid/Not supported EntityType: 216\n"}));
 }
 
 TEST_F(WalkTest, AManagementModuleAndAllAboveItHaveNoPiece) {
@@ -287,25 +281,6 @@ TEST_F(WalkTest, GoesOnWhenTheChannelTakesNothing) {
     EXPECT_EQ(log.Count(4, "OneWayChannel_Execute ERROR, execRet = -12\n"), 2);
     PublishFlat(card, 1);
     EXPECT_EQ(log.Count(4, "OneWayChannel_Execute ERROR, execRet = -12\n"), 4);
-}
-
-TEST_F(WalkTest, ACardThatNestsWithoutEndGetsNoPathsWithoutEnd) {
-    ToldCard card;
-    card.Physical(0, {68, 1, 9999}, {{144, 1, 0}});
-    for (std::uint16_t level = 0; level < 4000; ++level) {
-        const std::uint16_t type = level % 2 == 0 ? 144 : 145;
-        const std::uint16_t other = level % 2 == 0 ? 145 : 144;
-        const auto next = static_cast<std::uint16_t>(level + 1);
-        card.Physical(next, {type, 1, level}, {{other, 1, next}});
-    }
-    card.Numeric(1, {145, 1, 1}).Numeric(2, {144, 1, 4000}).State(3, {144, 1, 4000});
-    const CapturedLog log;
-    const auto posted = Publish(card);
-    EXPECT_EQ(ShowAll(posted.sensors),
-              Texts{"T:NIC.Slot.3_sensorid_1, B3/networkcontroller_1/io_controller_1, "
-                    "io_controller_1, 1"});
-    EXPECT_TRUE(posted.stateSensors.empty());
-    EXPECT_EQ(log.Messages(1).size(), 1U);
 }
 
 } // namespace
