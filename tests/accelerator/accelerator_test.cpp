@@ -98,7 +98,7 @@ TEST_F(AcceleratorTest, ShowsPowerAndTheTemperaturesOfTheTable) {
     card.Add({.id = 30, .entityType = 32836});
     AddSensors({60}, 7);
     AddSensors({31}, 4);
-    card.pdrs.push_back(StatePdr(20, 149));
+    card.AddState(20, 149);
     const auto table = std::exchange(sctTable.rows, {});
     EXPECT_EQ(Shown(Inventory()), "60/3 ") << "the table couldn't be read";
     EXPECT_EQ(device->State(), DEVICE_MONITORING);
@@ -158,7 +158,7 @@ TEST_F(AcceleratorTest, AGroupThatGivesWayStaysDueAndHandsNothingOn) {
 
 TEST_F(AcceleratorTest, AFailureEndsTheCycleBehindTheGroupsButADisownedSensorDoesNot) {
     AddSensors({1, 30, 31, 405});
-    card.pdrs.push_back(StatePdr(20, 149));
+    card.AddState(20, 149);
     card.sensorStatus = {{30, 4}, {31, 3}};
     Inventory();
     AdvanceClock(20s);
@@ -174,7 +174,7 @@ TEST_F(AcceleratorTest, AFailureEndsTheCycleBehindTheGroupsButADisownedSensorDoe
 }
 
 TEST_F(AcceleratorTest, StatesAreReadInEverySixthCycleAndTheRestLookedAtInEveryTenth) {
-    card.pdrs.push_back(StatePdr(20, 149));
+    card.AddState(20, 149);
     Inventory();
     EXPECT_EQ(CyclesWith(PLAYED_GET_STATE_READINGS, 10), (std::vector{1, 7}));
     auto posted = TakePosted();
@@ -192,8 +192,8 @@ TEST_F(AcceleratorTest, StatesAreReadInEverySixthCycleAndTheRestLookedAtInEveryT
 
 TEST_F(AcceleratorTest, EveryEndpointTellsItsStatesInTheSameCycle) {
     PlayedCard second;
-    card.pdrs.push_back(StatePdr(20, 149));
-    second.pdrs.push_back(StatePdr(21, 149));
+    card.AddState(20, 149);
+    second.AddState(21, 149);
     Inventory({&second});
     EXPECT_EQ(CyclesWith(PLAYED_GET_STATE_READINGS, 12), (std::vector{1, 7}));
     EXPECT_EQ(second.TakeCount(PLAYED_GET_STATE_READINGS), 2U);
@@ -206,7 +206,7 @@ protected:
         identity = {
             .vendorId = 0x1002, .subVendorId = 0x1002, .subDeviceId = 1, .deviceId = 0x75A3};
         sctTable.rows = {{.identity = {0x1002, 0x75A3, 0x1002, 1}}};
-        card.pdrs.push_back(AssociationPdr(1, 68, {32836, 32917, 149}));
+        card.AddEntities(68, {32836, 32917, 149});
     }
 };
 
@@ -257,9 +257,9 @@ TEST_F(BoardTest, ShowsOneSensorEightTimesAndMovesTheEightTogetherInEveryCycle) 
 }
 
 TEST_F(BoardTest, KeepsTheStateSensorsOfItselfAndItsAccelerators) {
-    card.pdrs.push_back(StatePdr(20, 68));
-    card.pdrs.push_back(StatePdr(21, 149));
-    card.pdrs.push_back(StatePdr(22, 32917));
+    card.AddState(20, 68);
+    card.AddState(21, 149);
+    card.AddState(22, 32917);
     Ids kept;
     for (const auto& request : Inventory().stateSensors) {
         kept.push_back(request.sensorId);
@@ -269,9 +269,9 @@ TEST_F(BoardTest, KeepsTheStateSensorsOfItselfAndItsAccelerators) {
 
 TEST_F(BoardTest, ReadsTheFirstEndpointsStatesInTheirCyclesWhileTheSecondOneFails) {
     PlayedCard second;
-    card.pdrs.push_back(StatePdr(20, 68));
+    card.AddState(20, 68);
     second.Add({.id = 1, .entityType = 32836});
-    second.pdrs.push_back(AssociationPdr(1, 68, {32836}));
+    second.AddEntities(68, {32836});
     Inventory({&second});
     second.sensorStatus[1] = 3;
     EXPECT_EQ(CyclesWith(PLAYED_GET_STATE_READINGS, 12, 3), (std::vector{1, 7}));

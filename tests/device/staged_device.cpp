@@ -172,14 +172,7 @@ int StagedDevice::Answer(MctpLinkRequest& request, const Story::Step& due) {
     if (due.status != 0) {
         return 1;
     }
-    const auto transport = card.Connect(slot, request.eid);
-    TransportPacket packet;
-    packet.requestBytes.assign(request.requestBytes, request.requestBytes + request.requestLength);
-    packet.responseBytes.resize(request.responseLength);
-    packet.responseLength = request.responseLength;
-    transport->SendPacket(packet);
-    packet.responseBytes.resize(packet.responseLength);
-    Complete(request, packet.responseBytes);
+    Complete(request, card.Exchange({request.requestBytes, request.requestLength}).second);
     return 0;
 }
 

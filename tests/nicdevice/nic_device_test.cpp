@@ -1,29 +1,233 @@
-/** Network cards: what becomes of their controllers, and what a monitor cycle asks of which. */
-#include "nic_device_fixture.hpp"
+/** Network cards: what they publish, what a monitor cycle asks of which controller, and how
+ *  inventories and cycles end. */
+#include "nicdevice/nic_device.hpp"
+
+#include "common/process_flags.hpp"
+#include "support/captured_log.hpp"
 #include "support/eventually.hpp"
+#include "support/played_device.hpp"
+#include "support/publisher_recorder.hpp"
+#include "support/test_clock.hpp"
 #include "support/threads.hpp"
 
+#include <gtest/gtest.h>
+
+#include <array>
 #include <atomic>
 #include <future>
+#include <optional>
 
 #include <unistd.h>
 
 namespace vantric::test {
 namespace {
 
+using namespace std::chrono_literals;
+using Ids = std::vector<std::uint16_t>;
+using Pauses = std::vector<std::chrono::seconds>;
+using Texts = std::vector<std::string>;
+
+const std::string base = "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/";
+constexpr std::size_t controllers = 3;
+
+class NicDeviceTest : public testing::Test {
+protected:
+    NicDeviceTest() { SetClockScale(0); }
+
+    ~NicDeviceTest() override {
+        useNewEndPoints = false;
+        SetPostResult(0);
+        device.reset();
+        TakePosted();
+        TakePauses();
+    }
+
+    /** A new device in slot 3 with this many of the cards. */
+    void Plug(std::size_t count, bool overVdm = true) {
+        DeviceDetails details;
+        details.identity = {.vendorId = 1, .subVendorId = 2, .subDeviceId = 3, .deviceId = 4};
+        details.cpuAffinity = 7;
+        details.slotNumber = 3;
+        details.ldid = "NIC.Slot.3";
+        (overVdm ? details.vdmEIDs : details.i2cEIDs).resize(count);
+        std::vector<PlayedCard*> plugged;
+        for (std::size_t i = 0; i < count; ++i) {
+            plugged.push_back(&cards[i]);
+        }
+        device.emplace(details, base, plugged);
+        TakePosted();
+    }
+
+    /** What an inventory posts. */
+    PostedRequests Inventory() {
+        device->InventoryTheDevice();
+        TakePauses();
+        return TakePosted();
+    }
+
+    /** What this many good cycles post. */
+    PostedRequests Cycles(int cycles) {
+        for (int cycle = 1; cycle <= cycles; ++cycle) {
+            EXPECT_EQ(device->MonitorTheDevice(), 0);
+        }
+        return TakePosted();
+    }
+
+    /** Makes good cycles; which asked which controller: "3:1 " is the first, in cycle 3. */
+    std::string CyclesWith(std::uint16_t command, int cycles) {
+        const auto count = [&](PlayedCard& card) { return card.TakeCount(command) != 0; };
+        std::ranges::for_each(cards, count);
+        std::string with;
+        for (int cycle = 1; cycle <= cycles; ++cycle) {
+            Cycles(1);
+            for (std::size_t i = 0; i < controllers; ++i) {
+                if (count(cards[i])) {
+                    with += std::to_string(cycle) + ':' + std::to_string(i + 1) + ' ';
+                }
+            }
+        }
+        return with;
+    }
+
+    std::array<PlayedCard, controllers> cards;
+    CapturedLog log;
+    std::optional<PlayedDevice<NicDevice>> device;
+};
+
+/** A FRU table with one general record, which tells the model. */
+PlayedCard::Bytes FruOf(const std::string& model) {
+    PlayedCard::Bytes table{1, 0, 1, 1, 1, 2, static_cast<std::uint8_t>(model.size())};
+    table.insert(table.end(), model.begin(), model.end());
+    return table;
+}
+
+/** Controller, sensor and kind of posted values, with the value. */
+Texts Shown(const PostedRequests& posted) {
+    Texts shown;
+    for (const auto& request : posted.values) {
+        shown.push_back(std::to_string(request.controller) +
+                        request.pathText.substr(request.pathText.rfind('_')) + " kind " +
+                        std::to_string(request.sensorKind) + " = " +
+                        std::to_string(static_cast<std::int64_t>(request.value)));
+    }
+    return shown;
+}
+
+TEST_F(NicDeviceTest, EachEndpointsInventoryObjectTellsItsFruDataIfThereIs) {
+    const auto general = FruOf("X100");
+    const struct {
+        const char* object; ///< model, "-" without FRU data, and firmware version
+        std::optional<PlayedCard::Bytes> table;
+        std::uint16_t failing = 0;
+    } rows[] = {
+        {"- 1.0", {}},
+        {"X100 1.0", general},
+        {" 1.0", PlayedCard::Bytes{1, 0, 2, 0, 1}}, // no general record
+        {"- 1.0", general, PLAYED_GET_FRU_METADATA},
+        {"- 1.0", general, PLAYED_GET_FRU_TABLE},
+        {"X100 ", general, PLAYED_GET_FIRMWARE},
+        {"- ", {}, PLAYED_GET_FIRMWARE},
+    };
+    cards[0].Add({});
+    cards[1].Add({});
+    cards[1].fruTable = FruOf("Y200");
+    cards[1].firmware = "2.0";
+    Plug(2);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.object);
+        cards[0].fruTable = row.table;
+        cards[0].commandStatus = {{row.failing, 3}};
+        const auto posted = Inventory();
+        EXPECT_EQ(device->State(), DEVICE_MONITORING);
+        Texts objects;
+        const auto add = [&](const auto& request, const auto& fields, const std::string& model) {
+            objects.push_back(model + ' ' + fields.firmwareVersion);
+            EXPECT_EQ(request.deviceLdid, "NIC.Slot.3");
+            EXPECT_EQ(request.objectPath, base + '3');
+            EXPECT_EQ((Ids{request.slot, fields.identity.deviceId, fields.cpuAffinity}),
+                      (Ids{3, 4, 7}));
+        };
+        for (const auto& request : posted.plainInventories) {
+            add(request, request, "-");
+        }
+        for (const auto& request : posted.fruInventories) {
+            add(request, request.fields, request.fields.model);
+        }
+        EXPECT_EQ(objects, (Texts{row.object, "Y200 2.0"}));
+    }
+}
+
+TEST_F(NicDeviceTest, TellsWhatTheChannelDoesntTake) {
+    const auto refused = [this] {
+        return log.Count(4, "OneWayChannel_Execute ERROR, execRet = -5\n");
+    };
+    cards[0].Add({});
+    Plug(1);
+    SetPostResult(-5);
+    Inventory();
+    EXPECT_EQ(refused(), 3) << "device, sensor and controller";
+    cards[0].fruTable = FruOf("X100");
+    Inventory();
+    EXPECT_EQ(refused(), 6);
+    Cycles(11);
+    EXPECT_EQ(refused(), 7) << "firmware";
+}
+
+TEST_F(NicDeviceTest, AnInventoryAsksInAFixedOrder) {
+    const std::map<std::string, std::size_t> typeAt{{"0.3", 8}, {"0.5", 3}};
+    Texts asked;
+    cards[0].onRequest = [&](std::span<const std::uint8_t> request) {
+        const auto command = std::to_string(request[1]) + '.' + std::to_string(request[2]);
+        const auto type = typeAt.find(command);
+        asked.push_back(
+            command + (type != typeAt.end() ? " of " + std::to_string(request[type->second]) : ""));
+    };
+    cards[0].fruTable = FruOf("X100");
+    cards[0].Add({.init = 2});
+    Plug(1);
+    Inventory();
+    EXPECT_EQ(asked,
+              (Texts{"0.4", "5.2", "4.1", "4.2", "0.3 of 0", "0.3 of 2", "0.3 of 4", "0.3 of 5",
+                     "0.5 of 0", "0.6", "0.6", "0.6", "0.2", "2.80", "2.81", "2.16"}));
+}
+
+TEST_F(NicDeviceTest, AnInventoryEndsWithTheNeededStepThatFails) {
+    // GetPLDMTypes, GetPLDMCommands, GetTID, GetPDRRepositoryInfo, GetPDR; then what no inventory
+    // needs: GetPLDMVersion, SelectPLDMVersion.
+    const Ids needed{0x0004, 0x0005, 0x0002, 0x0250, 0x0251, PLAYED_ENABLE_SENSOR};
+    const Ids others{0x0003, 0x0006};
+    for (auto& card : cards) {
+        card.Add({.init = 2});
+    }
+    Plug(controllers);
+    for (const auto command : needed) {
+        cards[1].commandStatus = {{command, 3}};
+        EXPECT_EQ(Inventory().controllers.size(), 0U);
+        EXPECT_EQ(device->State(), DEVICE_SWITCH_TO_I2C) << command;
+    }
+    EXPECT_EQ(cards[2].Asked(), 0U);
+    useNewEndPoints = true;
+    Inventory();
+    EXPECT_EQ(device->State(), DEVICE_INVENTORY);
+    for (const auto command : others) {
+        cards[1].commandStatus = {{command, 3}};
+        EXPECT_EQ(Inventory().controllers.size(), controllers);
+        EXPECT_EQ(device->State(), DEVICE_MONITORING) << command;
+    }
+}
+
 TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
     for (const std::uint8_t unit : {2, 3, 4, 7}) {
         cards[0].Add({.id = unit, .entityType = 144, .baseUnit = unit});
     }
-    cards[0].pdrs.push_back(StatePdr(20, 144));
-    cards[1].pdrs.push_back(AssociationPdr(1, 68, {144}));
+    cards[0].AddState(20, 144);
+    cards[1].AddEntities(68, {144});
     cards[1].Add({.id = 9, .entityType = 144});
-    cards[2].pdrs.push_back(AssociationPdr(1, 204, {144})); // its type has no word
+    cards[2].AddEntities(204, {144}); // its type has no word
     cards[2].Add({.id = 10, .entityType = 144});
     Plug(controllers);
     EXPECT_EQ(log.Count(4, "Constructed NicDevice at slot 3\n"), 1);
     const auto posted = Inventory();
-    EXPECT_EQ(device->State(), DEVICE_MONITORING);
     EXPECT_EQ(log.Count(4, "Inventory successful for slot 3\n"), 1);
     EXPECT_EQ(log.Count(4, "***************NUMERIC_SENSORS*******************\n"), 3);
     EXPECT_EQ(
@@ -50,17 +254,20 @@ TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
     }
 }
 
-TEST_F(NicDeviceTest, APollsFailureEndsTheCycleBehindWhatItHasRead) {
-    struct Row {
+TEST_F(NicDeviceTest, APollsFailureEndsTheCycleAfterWhatItHasRead) {
+    const struct {
         std::uint8_t code; ///< completion code of sensor 5's reading
         int transport;     ///< and the transport's status
         int status;        ///< what the cycle returns
-        Ids posted;        ///< of the second controller's sensors
+        Texts shown;       ///< of the second controller's sensors
         Ids read{6, 5, 4}; ///< likewise
-    };
-    const std::vector<Row> rows{
-        {128, 0, 10, {6}, {6, 5}}, {129, 0, 12, {4, 6}},   {200, 0, 1, {4, 6}},
-        {0, 3, 3, {4, 5, 6}},      {0, 8, 8, {6}, {6, 5}}, {0, 9, 9, {5, 6}, {6, 5}},
+    } rows[] = {
+        {128, 0, 10, {"6 kind 1 = 30"}, {6, 5}},
+        {129, 0, 12, {"4 kind 1 = 30", "6 kind 1 = 30"}},
+        {200, 0, 1, {"4 kind 1 = 30", "6 kind 1 = 30"}},
+        {0, 3, 3, {"4 kind 1 = 30", "5 kind 1 = 2147483647", "6 kind 1 = 30"}},
+        {0, 8, 8, {"6 kind 1 = 30"}, {6, 5}},
+        {0, 9, 9, {"5 kind 1 = 2147483647", "6 kind 1 = 30"}, {6, 5}},
     };
     cards[0].Add({.id = 7, .baseUnit = 7});
     for (const std::uint16_t id : {6, 5, 4}) {
@@ -69,44 +276,37 @@ TEST_F(NicDeviceTest, APollsFailureEndsTheCycleBehindWhatItHasRead) {
     cards[2].Add({.id = 8});
     for (const auto& row : rows) {
         SCOPED_TRACE(row.status);
-        cards[0].values.clear();
-        cards[1].values.clear();
-        cards[1].sensorStatus.clear();
-        cards[1].sensorCode.clear();
+        for (auto& card : cards) {
+            card.values = {};
+        }
+        cards[1].sensorStatus = {};
+        cards[1].sensorCode = {};
         Plug(controllers);
         Inventory();
-        EXPECT_EQ(device->MonitorTheDevice(), 0);
+        EXPECT_EQ(Shown(Cycles(1)).back(), "3_8 kind 1 = 25");
         EXPECT_EQ(TakePauses(), Pauses{5s});
-        EXPECT_EQ(cards[2].TakeRead(), Ids{8});
-        EXPECT_EQ(TakePosted().values.back().pathText, "_sensorid_ctrl1_8");
         cards[0].values = {{7, 31}};
-        cards[1].TakeRead();
         cards[1].values = {{6, 30}, {4, 30}};
         cards[1].sensorStatus = {{5, row.transport}};
         cards[1].sensorCode = {{5, row.code}};
+        cards[1].TakeRead();
+        cards[2].TakeRead();
         EXPECT_EQ(device->MonitorTheDevice(), row.status);
         EXPECT_EQ(cards[1].TakeRead(), row.read);
         EXPECT_EQ(cards[2].TakeRead(), Ids{});
         EXPECT_EQ(TakePauses(), Pauses{});
         EXPECT_EQ(log.Messages(1).back(), "Monitor failed for slot 3 and error status = " +
                                               std::to_string(row.status) + '\n');
-        Texts posted;
-        for (const auto& request : TakePosted().values) {
-            posted.push_back(std::to_string(request.controller) + ' ' + request.pathText + ' ' +
-                             std::to_string(request.sensorKind) + ' ' +
-                             std::to_string(static_cast<std::int64_t>(request.value)));
+        Texts expected{"1_7 kind 3 = 31"};
+        for (const auto& text : row.shown) {
+            expected.push_back("2_" + text);
         }
-        Texts expected{"1 _sensorid_ctrl1_7 3 31"};
-        for (const auto id : row.posted) {
-            expected.push_back("2 sensorid_ctrl2_" + std::to_string(id) +
-                               (id == 5 ? " 1 2147483647" : " 1 30"));
-        }
-        EXPECT_EQ(posted, expected);
+        EXPECT_EQ(Shown(TakePosted()), expected);
     }
 }
 
 TEST_F(NicDeviceTest, FiveFailuresOverI2cCountForNothingUntilTheNextInventory) {
-    cards[0].pdrs.push_back(NumericSensorPdr{.init = 2}.Build());
+    cards[0].Add({.init = 2});
     const auto cycle = [this](bool good) {
         cards[0].sensorStatus = {{5, good ? 0 : 3}};
         return device->MonitorTheDevice();
@@ -128,7 +328,7 @@ TEST_F(NicDeviceTest, FiveFailuresOverI2cCountForNothingUntilTheNextInventory) {
         }
     }
     EXPECT_EQ(log.Count(1, "Monitor failed for slot 3 and error status = 3\n"), 1 + 2 * 265);
-    cards[0].commandStatus = {{enableSensor, 3}};
+    cards[0].commandStatus = {{PLAYED_ENABLE_SENSOR, 3}};
     Inventory();
     EXPECT_EQ(cycle(false), 3) << "only a successful inventory starts anew";
 }
@@ -137,7 +337,7 @@ TEST_F(NicDeviceTest, SeveralControllersCountTogetherAndReadTheirStatesInEveryCy
     const std::vector<std::string> checks{"11:1 ", "6:1 11:1 16:1 ", "4:2 7:3 11:1 14:2 "};
     for (std::size_t count = 1; count <= controllers; ++count) {
         SCOPED_TRACE(count);
-        cards[count - 1].pdrs.push_back(StatePdr(20, 144));
+        cards[count - 1].AddState(20, 144);
         std::string states;
         for (std::size_t visit = 0; visit < 16 * count; ++visit) {
             states +=
@@ -158,13 +358,12 @@ TEST_F(NicDeviceTest, SeveralControllersCountTogetherAndReadTheirStatesInEveryCy
 TEST_F(NicDeviceTest, TheTenthCycleBringsAChangedRepositoryAndFirmware) {
     const auto replace = [this](const std::vector<PlayedSensor>& sensors) {
         cards[0].Replace(sensors);
-        cards[0].pdrs.push_back(AssociationPdr(1, 68, {144}));
+        cards[0].AddEntities(68, {144});
     };
     replace({{.id = 5}});
     Plug(1);
     Inventory();
-    CyclesWith(0, 10);
-    TakePosted();
+    Cycles(10);
     replace({{.id = 5}, {.id = 6, .baseUnit = 7}});
     cards[0].firmware = "2.0";
     cards[0].sensorStatus = {{6, 3}};
@@ -175,24 +374,19 @@ TEST_F(NicDeviceTest, TheTenthCycleBringsAChangedRepositoryAndFirmware) {
         << "a sensor that never had a reading has none to lose";
     EXPECT_EQ(posted.firmware.at(0).version, "2.0");
     EXPECT_EQ(posted.firmware.at(0).deviceLdid, "NIC.Slot.3");
-    EXPECT_EQ(posted.clears.at(0).mode, CLEAR_SENSORS);
     EXPECT_EQ(posted.sensors.at(1).sensor.sensorKind, SENSOR_KIND_PROBE);
-    EXPECT_EQ(device->State(), DEVICE_MONITORING);
 
     cards[0].firmware = "";
     cards[0].sensorStatus.clear();
-    CyclesWith(0, 9);
-    TakePosted();
+    Cycles(9);
     EXPECT_EQ(CyclesWith(PLAYED_GET_FIRMWARE, 2), "2:1 ") << "a failed cycle doesn't count";
-    EXPECT_EQ(TakePosted().order, Texts{}) << "no version to publish, and the same repository";
+    EXPECT_EQ(Cycles(8).order, Texts{}) << "no version to publish, and the same repository";
 
     cards[0].Replace({{.id = 5}}); // without entities from now on
     cards[0].commandStatus = {{PLAYED_GET_REPOSITORY_INFO, 3}};
-    CyclesWith(0, 10);
-    EXPECT_EQ(TakePosted().order, Texts{}) << "a failed look is none, and no failure";
+    EXPECT_EQ(Cycles(10).order, Texts{}) << "a failed look is none, and no failure";
     cards[0].commandStatus.clear();
-    CyclesWith(0, 10);
-    EXPECT_EQ(TakePosted().order, (Texts{"Clear", "UpdateControllerInventory", "SetSensorValue"}))
+    EXPECT_EQ(Cycles(10).order, (Texts{"Clear", "UpdateControllerInventory", "SetSensorValue"}))
         << "a card that has had entities is modeled by them";
 }
 
@@ -201,11 +395,9 @@ TEST_F(NicDeviceTest, AChangedRepositoryOfOneControllerHasAllModeledAnew) {
     cards[1].Add({.id = 7});
     Plug(2);
     Inventory();
-    CyclesWith(0, 5);
-    TakePosted();
+    Cycles(5);
     cards[0].Replace({{.id = 6}});
-    CyclesWith(0, 1);
-    EXPECT_EQ(TakePosted().order,
+    EXPECT_EQ(Cycles(1).order,
               (Texts{"UpdateFWVersion", "InsertSensor", "UpdateControllerInventory", "InsertSensor",
                      "UpdateControllerInventory", "SetSensorValue"}));
 }
@@ -218,11 +410,11 @@ TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
     std::future<void> table;
     std::atomic<pid_t> thread{0};
     const auto taken = [&] { return table.wait_for(0s) == std::future_status::ready; };
-    const auto waits = [&](const Bytes&) {
+    const auto waits = [&](std::span<const std::uint8_t>) {
         EXPECT_TRUE(Eventually([&] { return (thread != 0 && Sleeps(thread)) || taken(); }));
         EXPECT_FALSE(taken());
     };
-    cards[0].onRequest = [&](const Bytes& request) {
+    cards[0].onRequest = [&](std::span<const std::uint8_t> request) {
         table = std::async(std::launch::async, [&] {
             thread = gettid();
             device->UpdateEIDTables({}, {});
@@ -231,27 +423,25 @@ TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
     };
     cards[1].onRequest = waits;
     OnPause([&](auto) { EXPECT_TRUE(table.wait_for(30s) == std::future_status::ready); });
-    EXPECT_EQ(device->MonitorTheDevice(), 0);
+    Cycles(1);
     OnPause({});
     EXPECT_EQ(TakePauses(), Pauses{5s});
 }
 
-TEST_F(NicDeviceTest, StatesComeBehindReadingsAndTheirFailureIsNoFailureOfTheCycle) {
+TEST_F(NicDeviceTest, StatesComeAfterReadingsAndTheirFailureIsNoFailureOfTheCycle) {
     cards[0].Add({.id = 5});
-    cards[0].pdrs.push_back(StatePdr(20, 144));
-    cards[1].pdrs.push_back(StatePdr(20, 144));
+    cards[0].AddState(20, 144);
+    cards[1].AddState(20, 144);
     Plug(2);
     Inventory();
-    CyclesWith(0, 1);
-    auto posted = TakePosted();
+    auto posted = Cycles(1);
     EXPECT_EQ(posted.order,
               (Texts{"SetSensorValue", "UpdateDeviceHealthStatus", "SetStateSensorValue",
                      "UpdateDeviceHealthStatus", "SetStateSensorValue"}));
     EXPECT_EQ(posted.states.at(0).searchKey, "/sensor/state/sensorid_ctrl1_20");
     EXPECT_EQ(posted.states.at(1).searchKey, "/sensor/state/sensorid_ctrl2_20");
     cards[0].commandStatus = {{PLAYED_GET_STATE_READINGS, 9}};
-    CyclesWith(0, 1);
-    posted = TakePosted();
+    posted = Cycles(1);
     EXPECT_EQ(posted.order, Texts{"SetStateSensorValue"});
     EXPECT_EQ(posted.states.at(0).stateSetNames, Texts{""}) << "a state of nothing";
 }
