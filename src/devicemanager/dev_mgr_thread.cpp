@@ -19,7 +19,7 @@ void DeviceManager::DevMgrThread() {
         powerOffsServed = hostPowerOffs;
     }
     // Before the attachment: the first table comes by itself and must find its observer.
-    RegisterObserver(this);
+    RegisterObserver(*this);
     mctpClient = std::make_unique<MctpClient>();
     SubscribeToEvents();
     DeleteDevicesThread();

@@ -19,12 +19,9 @@ Observers& TheObservers() {
 
 } // namespace
 
-void RegisterObserver(EventHandler* observer) {
-    if (observer == nullptr) {
-        return;
-    }
+void RegisterObserver(EventHandler& observer) {
     const std::scoped_lock lock(TheObservers().mutex);
-    TheObservers().list.push_back(observer);
+    TheObservers().list.push_back(&observer);
 }
 
 void NotifyObservers(EventKind kind, const std::any& payload) {

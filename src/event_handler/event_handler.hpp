@@ -25,9 +25,8 @@ public:
     virtual void Update(EventKind kind, const std::any& payload) = 0;
 };
 
-/** Adds an observer for the life of the process; null is ignored. Called before the first event
- *  can come. */
-void RegisterObserver(EventHandler* observer);
+/** Adds an observer for the life of the process. Called before the first event can come. */
+void RegisterObserver(EventHandler& observer);
 
 /** Subscribes to the platform's notifications of a firmware update's start and end; called once, on
  *  "PLDM_DevMgr". A failure leaves the process without them. They reach the observers on a thread

@@ -1,4 +1,4 @@
-/** What becomes of the records that the MCTP client library hands over. */
+/** What becomes of what the MCTP client library and the notification library hand over. */
 #include "event_handler/mctp_client.hpp"
 
 #include "common/process_flags.hpp"
@@ -16,27 +16,23 @@
 
 namespace {
 
-/// What a played library was given.
+// What the played libraries were given, and what they return.
 MctpLinkCallback attachedCallback = nullptr;
-int attachResult = 0;
-int detachCount = 0;
 HubcastCallback hubcastCallback = nullptr;
 std::vector<std::string> subscriptions;
-int subscriberResult = 0;
+int result = 0;
 
 } // namespace
 
 int MctpLinkAttach(std::uint32_t linkType, std::uint32_t filter, MctpLinkCallback callback,
                    std::uint32_t flags) {
-    EXPECT_EQ(linkType, 3U);
-    EXPECT_EQ(filter, 0xFFFFFFFFU);
-    EXPECT_EQ(flags, 0U);
+    EXPECT_TRUE(linkType == 3 && filter == 0xFFFFFFFF && flags == 0);
     attachedCallback = callback;
-    return attachResult;
+    return result;
 }
 
 int MctpLinkDetach() {
-    ++detachCount;
+    attachedCallback = nullptr;
     return 0;
 }
 
@@ -46,7 +42,7 @@ int hubcast_subscriber_usrctx_init(void** context, const char* subscriber, Hubca
     EXPECT_EQ(user, nullptr);
     *context = &subscriptions;
     hubcastCallback = callback;
-    return subscriberResult;
+    return result;
 }
 
 int hubcast_subscribe_notification(void* context, const char* name) {
@@ -57,27 +53,23 @@ int hubcast_subscribe_notification(void* context, const char* name) {
 namespace vantric {
 namespace {
 
-/** Remembers the events that it was told. */
+/** The events since the last look: kinds, and behind a table's the number of its entries. */
 class Listener : public EventHandler {
 public:
     void Update(EventKind kind, const std::any& payload) override {
-        kinds.push_back(kind);
+        events.push_back(kind);
         if (const auto* const* table = std::any_cast<const MctpLinkEndPointResp*>(&payload)) {
-            entryCounts.push_back((*table)->entryCount);
+            events.push_back((*table)->entryCount);
         }
     }
-    std::vector<EventKind> kinds;
-    std::vector<std::uint32_t> entryCounts;
+
+    std::vector<std::uint32_t> events;
 };
 
-Listener& TheListener() {
+std::vector<std::uint32_t> TakeEvents() {
     static Listener listener;
-    [[maybe_unused]] static const bool registered = [] {
-        RegisterObserver(nullptr);
-        RegisterObserver(&listener);
-        return true;
-    }();
-    return listener;
+    [[maybe_unused]] static const bool registered = (RegisterObserver(listener), true);
+    return std::exchange(listener.events, {});
 }
 
 struct TableHead {
@@ -88,29 +80,31 @@ struct TableHead {
     std::uint32_t entryCount = 3;
 };
 
-/** Hands a table over as the library does: in a block of malloc, which the callback frees. */
-void Deliver(const TableHead& head) {
-    auto* info = static_cast<MctpLinkCallbackInfo*>(std::calloc(1, sizeof(MctpLinkCallbackInfo)));
-    info->callbackType = MCTPLINK_TABLE_DELIVERED;
-    info->tableAttached = head.attached;
-    info->table = {head.source, head.acceptable, head.discoveryState, head.entryCount};
-    MctpClientCallBack(info);
-}
-
-void StartDiscovery() {
-    MctpLinkCallbackInfo info{};
-    info.callbackType = MCTPLINK_DISCOVERY_STARTED;
-    MctpClientCallBack(&info);
-}
-
 class MctpClientCallback : public testing::Test {
 protected:
-    void SetUp() override {
+    MctpClientCallback() {
         mctpDiscoveryState = MCTP_NO_TABLE_YET;
-        mctpDiscoveryRunning = false;
-        TheListener().kinds.clear();
-        TheListener().entryCounts.clear();
+        TakeEvents();
     }
+
+    /** Hands a table over as the library does: in a block of malloc, which the callback frees. */
+    static void Deliver(const TableHead& head) {
+        auto* info =
+            static_cast<MctpLinkCallbackInfo*>(std::calloc(1, sizeof(MctpLinkCallbackInfo)));
+        info->callbackType = MCTPLINK_TABLE_DELIVERED;
+        info->tableAttached = head.attached;
+        info->table = {head.source, head.acceptable, head.discoveryState, head.entryCount};
+        attachedCallback(info);
+    }
+
+    static void Call(std::uint32_t type) {
+        MctpLinkCallbackInfo info{};
+        info.callbackType = type;
+        attachedCallback(&info);
+    }
+
+    const MctpClient client;
+    CapturedLog log;
 };
 
 TEST_F(MctpClientCallback, HandsOnlyGoodTablesOverDuringTheCall) {
@@ -122,31 +116,33 @@ TEST_F(MctpClientCallback, HandsOnlyGoodTablesOverDuringTheCall) {
     } rows[] = {
         {"good", {}, true},
         {"other source but acceptable", {.source = 5, .acceptable = 1}, true},
-        {"other source", {.source = 5}, false, {"Invalid discovery state 2\n"}},
-        {"discovery not complete", {.discoveryState = 1}, false, {"Invalid discovery state 1\n"}},
+        {"other source", {.source = 5}, false, {"4 Invalid discovery state 2\n"}},
+        {"discovery not complete", {.discoveryState = 1}, false, {"4 Invalid discovery state 1\n"}},
         {"not attached", {.attached = 0}, false},
         {"empty", {.entryCount = 0}, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        SetUp();
-        const CapturedLog log;
+        mctpDiscoveryState = MCTP_NO_TABLE_YET;
         Deliver(row.head);
-        EXPECT_EQ(log.Messages(4), row.log);
-        EXPECT_EQ(log.Lines().size(), row.log.size());
-        const std::size_t told = row.accepted ? 1 : 0;
-        EXPECT_EQ(TheListener().kinds, std::vector(told, END_POINT_TABLE_UPDATED));
-        EXPECT_EQ(TheListener().entryCounts, std::vector(told, row.head.entryCount));
+        std::vector<std::string> told;
+        for (const auto& line : log.Take()) {
+            told.push_back(std::to_string(line.level) + ' ' + line.message);
+        }
+        EXPECT_EQ(told, row.log);
+        EXPECT_EQ(TakeEvents(), row.accepted
+                                    ? (std::vector<std::uint32_t>{END_POINT_TABLE_UPDATED, 3})
+                                    : std::vector<std::uint32_t>{});
         EXPECT_EQ(mctpDiscoveryState, row.accepted ? MCTP_TABLE_DELIVERED : MCTP_NO_TABLE_YET);
     }
 }
 
 TEST_F(MctpClientCallback, ADiscoveryCountsOnlyAfterTheFirstTable) {
-    StartDiscovery();
+    Call(MCTPLINK_DISCOVERY_STARTED);
     EXPECT_FALSE(mctpDiscoveryRunning);
     Deliver({});
-    StartDiscovery();
-    StartDiscovery();
+    Call(MCTPLINK_DISCOVERY_STARTED);
+    Call(MCTPLINK_DISCOVERY_STARTED);
     EXPECT_TRUE(mctpDiscoveryRunning);
     Deliver({.discoveryState = 1});
     EXPECT_TRUE(mctpDiscoveryRunning) << "a bad table doesn't end a discovery";
@@ -155,46 +151,27 @@ TEST_F(MctpClientCallback, ADiscoveryCountsOnlyAfterTheFirstTable) {
 }
 
 TEST_F(MctpClientCallback, IgnoresNothingAndOtherTypes) {
-    const CapturedLog log;
-    MctpClientCallBack(nullptr);
-    MctpLinkCallbackInfo info{};
-    info.callbackType = 9;
-    MctpClientCallBack(&info);
+    attachedCallback(nullptr);
+    Call(9);
     EXPECT_EQ(log.Messages(2), std::vector<std::string>{"Invalid callbackInfo\n"});
-    EXPECT_TRUE(TheListener().kinds.empty());
-}
-
-TEST(MctpClientLife, IsAttachedWhileItLives) {
-    for (const int result : {0, 1}) {
-        attachResult = result;
-        const int before = detachCount;
-        const CapturedLog log;
-        { const MctpClient client; }
-        EXPECT_EQ(attachedCallback, &MctpClientCallBack);
-        EXPECT_EQ(detachCount, before + 1);
-        EXPECT_EQ(log.Count(1, "Failed to attach to MCTP\n"), result);
-    }
+    EXPECT_TRUE(TakeEvents().empty());
 }
 
 TEST(Notifications, OnlyTheTwoOfAFirmwareUpdateBecomeEvents) {
+    result = 1;
+    SubscribeToEvents();
+    EXPECT_TRUE(subscriptions.empty());
+    result = 0;
     SubscribeToEvents();
     EXPECT_EQ(subscriptions, (std::vector<std::string>{"PLDMFWUpdateStart$1$FWUpdateStart$",
                                                        "PLDMFWUpdateStop$1$FWUpdateStop$"}));
-    TheListener().kinds.clear();
+    TakeEvents();
     hubcastCallback(nullptr, "PLDMFWUpdateStop$1$FWUpdateStop$", 32);
     hubcastCallback(nullptr, "PLDMFWUpdateStart$1$FWUpdateStart$", 34);
     hubcastCallback(nullptr, "PLDMFWUpdateStart$1$FWUpdateStart$", 0);
     hubcastCallback(nullptr, "FanSpeed$1$Changed$", 18);
     hubcastCallback(nullptr, nullptr, 4);
-    EXPECT_EQ(TheListener().kinds, (std::vector<EventKind>{FW_UPDATE_END, FW_UPDATE_START}));
-}
-
-TEST(Notifications, ASubscriberThatFailsSubscribesToNothing) {
-    subscriptions.clear();
-    subscriberResult = 1;
-    SubscribeToEvents();
-    subscriberResult = 0;
-    EXPECT_TRUE(subscriptions.empty());
+    EXPECT_EQ(TakeEvents(), (std::vector<std::uint32_t>{FW_UPDATE_END, FW_UPDATE_START}));
 }
 
 } // namespace
