@@ -14,28 +14,11 @@
 namespace vantric::test {
 namespace {
 
-/** The devices as one text: LDID=type/slot, then the endpoints as v or i, EID and instance. */
-std::string Discover(const std::vector<Entry>& entries) {
-    const PlayedTable table(entries);
-    const DeviceManager manager{RecordingDoors()};
-    const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
-    std::ostringstream text;
-    for (const auto& [ldid, details] : discovered) {
-        text << ldid << '=' << int(details.deviceType) << '/' << details.slotNumber;
-        for (const auto& endpoint : details.vdmEIDs) {
-            text << " v" << endpoint.eid << '.' << endpoint.instance;
-        }
-        for (const auto& endpoint : details.i2cEIDs) {
-            text << " i" << endpoint.eid << '.' << endpoint.instance;
-        }
-        text << ';';
-    }
-    return text.str();
-}
+using Texts = std::vector<std::string>;
 
 class Discovery : public testing::Test {
 protected:
-    void SetUp() override {
+    Discovery() {
         Catalog() = {};
         Catalog().groups = {
             {Record(1, 1), Record(3, 1)},
@@ -43,66 +26,70 @@ protected:
             {Record(2, 1, 2)},
         };
     }
+
+    DeviceManager::DiscoveredMap Show(const std::vector<Entry>& entries) const {
+        return manager.filterPLDMSupportedDevices(PlayedTable(entries).Delivered());
+    }
+
+    /** The devices as one text: LDID=type/slot, then the endpoints as v or i, EID and instance. */
+    std::string Discover(const std::vector<Entry>& entries) const {
+        std::ostringstream text;
+        for (const auto& [ldid, details] : Show(entries)) {
+            text << ldid << '=' << int(details.deviceType) << '/' << details.slotNumber;
+            for (const auto& endpoint : details.vdmEIDs) {
+                text << " v" << endpoint.eid << '.' << endpoint.instance;
+            }
+            for (const auto& endpoint : details.i2cEIDs) {
+                text << " i" << endpoint.eid << '.' << endpoint.instance;
+            }
+            text << ';';
+        }
+        return text.str();
+    }
+
+    const DeviceManager manager{RecordingDoors()};
 };
 
-struct DiscoveryCase {
-    const char* name;
-    std::vector<Entry> entries;
-    const char* devices;
-};
-
-class DiscoveryTable : public Discovery, public testing::WithParamInterface<DiscoveryCase> {};
-
-TEST_P(DiscoveryTable, ShowsDevices) {
-    EXPECT_EQ(Discover(GetParam().entries), GetParam().devices);
+TEST_F(Discovery, ShowsDevices) {
+    const struct {
+        const char* name;
+        std::vector<Entry> entries;
+        const char* devices;
+    } rows[] = {
+        {"nothing", {}, ""},
+        {"two endpoints of one card",
+         {{.eid = 9}, {.eid = 12, .i2c = 1, .vdm = 1}},
+         "NIC.Slot.3=1/3 v9.0 i12.0;"},
+        {"no medium makes a device without endpoints", {{.vdm = 0}}, "NIC.Slot.3=1/3;"},
+        {"classes and the order of text",
+         {{.slot = 3}, {.slot = 10}, {.slot = 5}, {.slot = 7}, {.slot = 4, .epType = 13}},
+         "CXLMemory.Slot.7=18/7 v9.0;FC.Slot.10=10/10 v9.0;InfiniBand.Slot.5=3/5 v9.0;"
+         "NIC.Slot.3=1/3 v9.0;ProcAccelerator.Slot.4-1=11/4 v9.0;"},
+        {"an accelerator needs its endpoint type", {{.slot = 4, .epType = 2}}, ""},
+        {"not served", {{.slotType = 1}, {.epType = 3}, {.pldm = 0}, {.slot = 77}}, ""},
+        {"embedded with a record",
+         {{.slot = 2, .slotType = 4, .epType = 25, .ldid = " NIC.\tEmbedded.\n2-1-1"}},
+         "NIC.Embedded.1=252/1 v9.2;"},
+        {"those without a record share the empty key",
+         {{.slot = 0, .eid = 1, .slotType = 4, .ldid = "NIC.Embedded.0-1-1"},
+          {.slot = 9, .eid = 2, .slotType = 4, .ldid = "NIC.Embedded.2-1-1"},
+          {.slot = 0, .eid = 3, .slotType = 4, .epType = 13}},
+         "=252/0 v1.0 v2.2;"},
+        {"a bad text costs its entry only",
+         {{.eid = 1, .ldid = "NIC.Slot."},
+          {.eid = 2, .ldid = "a.b.x"},
+          {.eid = 3, .ldid = std::string(600, '\x01')},
+          {.eid = 4, .ldid = "...\xFF\xFE"},
+          {.slot = 1, .eid = 5}},
+         "NIC.Slot.1=1/1 v5.0;NIC.Slot.3=1/3 v3.0;"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Discover(row.entries), row.devices) << row.name;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, DiscoveryTable,
-    testing::Values(
-        DiscoveryCase{"Nothing", {}, ""}, DiscoveryCase{"Nic", {{}}, "NIC.Slot.3=1/3 v9.0;"},
-        DiscoveryCase{"TwoEndpointsOfOneCard",
-                      {{.eid = 9}, {.eid = 12, .i2c = 1, .vdm = 1}},
-                      "NIC.Slot.3=1/3 v9.0 i12.0;"},
-        DiscoveryCase{"NoMediumMakesARecordWithoutEndpoints", {{.vdm = 0}}, "NIC.Slot.3=1/3;"},
-        DiscoveryCase{"ClassesAndTheOrderOfText",
-                      {{.slot = 3, .eid = 1},
-                       {.slot = 10, .eid = 2},
-                       {.slot = 5, .eid = 3},
-                       {.slot = 7, .eid = 4}},
-                      "CXLMemory.Slot.7=18/7 v4.0;FC.Slot.10=10/10 v2.0;"
-                      "InfiniBand.Slot.5=3/5 v3.0;NIC.Slot.3=1/3 v1.0;"},
-        DiscoveryCase{"AcceleratorNeedsItsEndpointType",
-                      {{.slot = 4, .epType = 13}},
-                      "ProcAccelerator.Slot.4-1=11/4 v9.0;"},
-        DiscoveryCase{"AcceleratorOfAnotherEndpointType", {{.slot = 4, .epType = 2}}, ""},
-        DiscoveryCase{"NotServed", {{.slotType = 1}, {.epType = 3}, {.pldm = 0}, {.slot = 77}}, ""},
-        DiscoveryCase{"EmbeddedWithRecord",
-                      {{.slot = 2, .slotType = 4, .epType = 25, .ldid = "NIC.Embedded.2-1-1"}},
-                      "NIC.Embedded.1=252/1 v9.2;"},
-        DiscoveryCase{"EmbeddedWithoutRecordSharesTheEmptyKey",
-                      {{.slot = 0, .eid = 1, .slotType = 4, .ldid = "NIC.Embedded.0-1-1"},
-                       {.slot = 9, .eid = 2, .slotType = 4, .ldid = "NIC.Embedded.2-1-1"}},
-                      "=252/0 v1.0 v2.2;"},
-        DiscoveryCase{
-            "EmbeddedWithoutRecordAndAnotherType", {{.slot = 0, .slotType = 4, .epType = 13}}, ""},
-        DiscoveryCase{"TextWithSpacesAndControls",
-                      {{.slot = 2, .slotType = 4, .ldid = " NIC.\tEmbedded.\n2-1-1"}},
-                      "NIC.Embedded.1=252/1 v9.2;"},
-        DiscoveryCase{"GarbageTextCostsItsEntryOnly",
-                      {{.eid = 1, .ldid = "NIC.Slot."},
-                       {.eid = 2, .ldid = "a.b.x"},
-                       {.eid = 3, .ldid = std::string(600, '\x01')},
-                       {.eid = 4, .ldid = "...\xFF\xFE"},
-                       {.slot = 1, .eid = 5}},
-                      "NIC.Slot.1=1/1 v5.0;NIC.Slot.3=1/3 v3.0;"}),
-    [](const auto& info) { return info.param.name; });
-
 TEST_F(Discovery, TakesTheIdentityFromTheRecord) {
-    const PlayedTable table({Entry{}});
-    const DeviceManager manager{RecordingDoors()};
-    const auto discovered = manager.filterPLDMSupportedDevices(table.Delivered());
-    const DeviceDetails& details = discovered.at("NIC.Slot.3");
+    const auto details = Show({{}}).at("NIC.Slot.3");
     EXPECT_EQ(details.identity.vendorId, 0x15B3);
     EXPECT_EQ(details.identity.deviceId, 0x1021);
     EXPECT_EQ(details.identity.subVendorId, 0x15B4);
@@ -122,12 +109,11 @@ TEST_F(Discovery, SaysWhatItSees) {
     const std::string lost = "1 getPCIDeviceIDForSlot() failed error\n";
     const struct {
         Entry entry;
-        std::vector<std::string> lines;
+        Texts lines;
         std::uint8_t infoError = 0;
         std::uint8_t dataError = 0;
         std::uint32_t capacity = 8;
     } rows[] = {
-        {{}, {nic, ids}},
         {{}, {nic, "1 SlotCatalogDeviceInfo() failed error = 4\n", lost}, 4},
         {{}, {nic, "1 SlotCatalogDeviceInfo() failed error = 0\n", lost}, 0, 0, 0},
         {{}, {nic, "1 SlotCatalogDeviceData() failed error = 3\n", lost}, 0, 3},
@@ -148,17 +134,12 @@ TEST_F(Discovery, SaysWhatItSees) {
         Catalog().recordCapacity = row.capacity;
         const CapturedLog log;
         EXPECT_EQ(Discover({row.entry}).empty(), row.lines.back() != ids);
-        std::vector<std::string> lines;
+        Texts lines;
         for (const auto& line : log.Lines()) {
             lines.push_back(std::to_string(line.level) + " " + line.message);
         }
         EXPECT_EQ(lines, row.lines);
     }
-}
-
-TEST_F(Discovery, AnEmptyGroupEndsTheSearch) {
-    Catalog().groups.insert(Catalog().groups.begin(), std::vector<SlotCatalogRecord>{});
-    EXPECT_EQ(Discover({{}}), "");
 }
 
 TEST_F(Discovery, TheCatalogGetsTheRoomThatItAnnouncesUnlessThatIsAbsurd) {
@@ -169,18 +150,19 @@ TEST_F(Discovery, TheCatalogGetsTheRoomThatItAnnouncesUnlessThatIsAbsurd) {
     EXPECT_EQ(Discover({{}}), "NIC.Slot.3=1/3 v9.0;");
     Catalog().recordCapacity = 1;
     EXPECT_EQ(Discover({{.slot = 1}}), "NIC.Slot.1=1/1 v9.0;") << "a count above the buffer";
+    Catalog().groups.insert(Catalog().groups.begin(), std::vector<SlotCatalogRecord>{});
+    EXPECT_EQ(Discover({{.slot = 1}}), "") << "an empty group ends the search";
 }
 
 TEST(InstanceNumber, IsTheDigitThatBeginsTheThirdPiece) {
-    EXPECT_EQ(InstanceNumber("NIC.Embedded.2-1-1"), 2U);
-    EXPECT_EQ(InstanceNumber("NIC.Slot.12-1-1"), 1U);
-    EXPECT_EQ(InstanceNumber("NIC.Embedded.0-1-1"), 0U);
-    EXPECT_EQ(InstanceNumber("NIC"), 1U);
-    EXPECT_EQ(InstanceNumber("NIC.Slot"), 1U);
-    EXPECT_EQ(InstanceNumber(""), 1U);
-    EXPECT_EQ(InstanceNumber("NIC.Slot."), std::nullopt);
-    EXPECT_EQ(InstanceNumber("a..b"), std::nullopt);
-    EXPECT_EQ(InstanceNumber("a.b..c"), std::nullopt);
+    const std::pair<const char*, std::optional<std::uint32_t>> rows[] = {
+        {"NIC.Embedded.2-1-1", 2}, {"NIC.Slot.12-1-1", 1}, {"NIC.Embedded.0-1-1", 0},
+        {"NIC.Slot.9", 9},         {"NIC.Slot", 1},        {"", 1},
+        {"NIC.Slot.", {}},         {"a..b", {}},           {"a.b..c", {}},
+    };
+    for (const auto& [text, number] : rows) {
+        EXPECT_EQ(InstanceNumber(text), number) << text;
+    }
 }
 
 } // namespace

@@ -4,36 +4,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <mutex>
-#include <utility>
 
 namespace vantric::test {
-
-namespace {
-
-std::mutex nextReadMutex;
-std::function<void()> inNextRead;
-
-} // namespace
-
-/** What a test wants to happen in this read. */
-static void BeginRead() {
-    std::unique_lock lock(nextReadMutex);
-    const auto happens = std::exchange(inNextRead, {});
-    lock.unlock();
-    if (happens) {
-        happens();
-    }
-}
 
 PlayedCatalog& Catalog() {
     static PlayedCatalog catalog;
     return catalog;
-}
-
-void InNextRead(std::function<void()> happens) {
-    const std::scoped_lock lock(nextReadMutex);
-    inNextRead = std::move(happens);
 }
 
 SlotCatalogRecord Record(std::uint16_t slot, std::uint8_t deviceClass, std::uint8_t locator) {
@@ -63,7 +39,7 @@ PlayedTable::PlayedTable(const std::vector<Entry>& entries)
         raw.pldm = entry.pldm;
         raw.slotType = entry.slotType;
         raw.slotNumber = entry.slot;
-        raw.bdf = entry.bdf;
+        raw.bdf = 0x0100;
         raw.busAddress = 0x1D;
         std::memcpy(raw.ldid, entry.ldid.data(), std::min(entry.ldid.size(), sizeof(raw.ldid)));
         raw.ldidLength = static_cast<std::uint16_t>(entry.ldid.size());
@@ -72,17 +48,12 @@ PlayedTable::PlayedTable(const std::vector<Entry>& entries)
     }
 }
 
-const MctpLinkEndPointResp* PlayedTable::Delivered() const {
-    return reinterpret_cast<const MctpLinkEndPointResp*>(bytes.data());
-}
-
 } // namespace vantric::test
 
 using vantric::test::Catalog;
 
 std::uint8_t SlotCatalogDeviceInfo(std::uint32_t selector, std::uint32_t* groupCount,
                                    std::uint32_t* recordCapacity, std::uint32_t*) {
-    vantric::test::BeginRead();
     EXPECT_EQ(selector, SLOTCATALOG_ALL);
     *groupCount = static_cast<std::uint32_t>(Catalog().groups.size());
     *recordCapacity = Catalog().recordCapacity;
@@ -96,14 +67,12 @@ std::uint8_t SlotCatalogDeviceData(std::uint32_t, std::uint32_t group, std::uint
         return 1;
     }
     const auto& all = Catalog().groups.at(group);
-    const auto count = std::min<std::size_t>(all.size(), recordsCapacity);
-    std::copy_n(all.begin(), count, static_cast<SlotCatalogRecord*>(records));
+    *capacity = std::min(static_cast<std::uint32_t>(all.size()), recordsCapacity);
+    std::copy_n(all.begin(), *capacity, static_cast<SlotCatalogRecord*>(records));
     *recordCount = static_cast<std::uint8_t>(all.size());
-    *capacity = static_cast<std::uint32_t>(count);
     return Catalog().dataError;
 }
 
-std::uint16_t SlotCatalogAllDevices(void** entries) {
-    *entries = nullptr;
+std::uint16_t SlotCatalogAllDevices(void**) {
     return 0;
 }

@@ -8,7 +8,6 @@
 #include <slotcatalog.h>
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,10 +25,6 @@ struct PlayedCatalog {
 
 PlayedCatalog& Catalog();
 
-/** Does this once, on the thread that reads the PCIe table next and before it gets an answer. Any
- *  thread. */
-void InNextRead(std::function<void()> happens);
-
 SlotCatalogRecord Record(std::uint16_t slot, std::uint8_t deviceClass, std::uint8_t locator = 6);
 
 /** An entry of the endpoint table that every rule accepts; a test bends what it is about. */
@@ -42,7 +37,6 @@ struct Entry {
     std::uint8_t i2c = 0;
     std::uint8_t vdm = 1;
     std::string ldid = "NIC.Slot.3-1-1";
-    std::uint16_t bdf = 0x0100;
 };
 
 /** An endpoint table, as it is delivered. */
@@ -51,7 +45,9 @@ public:
     explicit PlayedTable(const std::vector<Entry>& entries);
 
     /** Valid as long as this. */
-    const MctpLinkEndPointResp* Delivered() const;
+    const MctpLinkEndPointResp* Delivered() const {
+        return reinterpret_cast<const MctpLinkEndPointResp*>(bytes.data());
+    }
 
 private:
     std::vector<std::uint8_t> bytes;
