@@ -1,7 +1,7 @@
 /** The program as a user starts it. */
 #include "fake_service.hpp"
 #include "support/private_bus.hpp"
-#include "system/process.hpp"
+#include "support/process.hpp"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,5 @@
-/** Scenarios are read as they are written; what is wrong with one is said with its line. */
+/** What is wrong with a scenario is said with its line. */
 
-#include "pldm/terminus.hpp"
 #include "scenario/scenario.hpp"
 #include "scenario/yaml.hpp"
 #include "support/temporary_folder.hpp"
@@ -12,7 +11,7 @@ namespace {
 struct Mistake {
     const char* what;
     std::string text;
-    std::string message; /**< behind the file's name */
+    std::string message; ///< after the file's name
 };
 
 /** What is wrong with the scenario in a file. */
@@ -87,25 +86,6 @@ TEST(Scenario, MistakesAreSaidWithTheirLine) {
         EXPECT_EQ(path + message, WrongWith(path)) << what;
     }
     EXPECT_EQ("/nowhere/at-all.yaml: can't be read", WrongWith("/nowhere/at-all.yaml"));
-}
-
-TEST(Scenario, EachShippedOneIsPlayed) {
-    const char* const folder = std::getenv("SIMULATOR_SCENARIOS");
-    ASSERT_NE(nullptr, folder);
-    for (const auto& file : std::filesystem::directory_iterator(folder)) {
-        SCOPED_TRACE(file.path());
-        for (const auto& card : simulator::ReadScenario(file.path()).cards) {
-            for (const auto& endPoint : card.endPoints) {
-                simulator::Terminus terminus(endPoint.terminus);
-                for (int typeAndCommand = 0; typeAndCommand < 64 * 256; ++typeAndCommand) {
-                    const std::vector<std::uint8_t> request{
-                        0x81, static_cast<std::uint8_t>(typeAndCommand >> 8),
-                        static_cast<std::uint8_t>(typeAndCommand)};
-                    ASSERT_TRUE(simulator::Respond(terminus, request, simulator::Seconds(0)));
-                }
-            }
-        }
-    }
 }
 
 } // namespace

@@ -4,12 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-
-#include <unistd.h>
 
 namespace vantric::test {
 
@@ -19,44 +17,44 @@ constexpr auto clockScale = "0.02";
 constexpr auto sensorsRoot = "/xyz/openbmc_project/sensors";
 constexpr auto inventoryRoot = "/xyz/openbmc_project/inventory/system";
 
+const Interfaces* Find(const PublishedObjects& objects, const std::string& path) {
+    const auto found = std::ranges::find_if(
+        objects, [&](const auto& object) { return object.first.ends_with('/' + path); });
+    return found == objects.end() ? nullptr : &found->second;
+}
+
+/** The text of a property, without its quotation marks, or what is missing. */
+std::string TextOf(const PublishedObjects& objects, const std::string& path,
+                   const std::string& property) {
+    const auto* interfaces = Find(objects, path);
+    if (interfaces == nullptr) {
+        return "no object";
+    }
+    for (const auto& [interface, properties] : *interfaces) {
+        if (const auto found = properties.find(property); found != properties.end()) {
+            const auto& text = found->second;
+            return text.starts_with('"') ? text.substr(1, text.size() - 2) : text;
+        }
+    }
+    return "no property";
+}
+
 } // namespace
 
 PlayedServer::PlayedServer(const std::string& scenario, int logLevel)
-    : logLevel(logLevel), bus(std::make_unique<PrivateBus>()) {
-    StartSimulator(scenario);
+    : logLevel(logLevel), bus(std::make_unique<PrivateBus>()),
+      simulator(std::make_unique<SimulatorProcess>(scenario)) {
     StartDaemon();
     client = std::make_unique<BusClient>();
 }
 
-std::map<std::string, std::string> PlayedServer::SimulatorEnvironment() const {
-    return {{"SIMULATOR_SOCKET", bus->Folder() + "/simulator"}};
-}
-
-void PlayedServer::StartSimulator(const std::string& scenario) {
-    const std::string file = bus->Folder() + "/scenario.yaml";
-    std::ofstream(file) << scenario;
-    simulator = std::make_unique<Process>(
-        std::vector<std::string>{SIMULATOR_PROGRAM, "--trace", Trace(), file},
-        SimulatorEnvironment(), bus->Folder() + "/simulator.log");
-    const std::string socket = bus->Folder() + "/simulator";
-    Eventually([&] { return access(socket.c_str(), F_OK) == 0 || !simulator->Runs(); });
-    if (!simulator->Runs()) {
-        throw std::runtime_error("the simulator doesn't start: " + simulator->Log());
-    }
-}
-
 void PlayedServer::RestartSimulator(const std::string& scenario) {
-    simulator.reset();
-    std::filesystem::remove(bus->Folder() + "/simulator"); // tells that the new one listens
-    StartSimulator(scenario);
-}
-
-std::string PlayedServer::Trace() const {
-    return bus->Folder() + "/trace";
+    simulator->Kill();
+    simulator->Start(scenario);
 }
 
 int PlayedServer::Answered(int eid, const std::string& bytes) const {
-    std::ifstream trace(Trace());
+    std::ifstream trace(simulator->Trace());
     int count = 0;
     std::string line;
     while (std::getline(trace, line)) {
@@ -76,17 +74,48 @@ void PlayedServer::RestartDaemon() {
 }
 
 void PlayedServer::StartDaemon() {
-    auto environment = SimulatorEnvironment();
-    environment["TRACELOG_LEVEL"] = std::to_string(logLevel);
-    environment["TEST_CLOCK_SCALE"] = clockScale;
-    daemon = std::make_unique<Process>(std::vector<std::string>{DAEMON_PROGRAM}, environment,
-                                       bus->Folder() + "/daemon.log");
+    daemon = std::make_unique<Process>(
+        std::vector<std::string>{DAEMON_PROGRAM},
+        std::map<std::string, std::string>{{"TRACELOG_LEVEL", std::to_string(logLevel)},
+                                           {"TEST_CLOCK_SCALE", clockScale}},
+        bus->Folder() + "/daemon.log");
 }
 
 std::string PlayedServer::Simctl(const std::vector<std::string>& words) const {
-    std::vector<std::string> command{SIMCTL_PROGRAM};
-    command.insert(command.end(), words.begin(), words.end());
-    return Run(command, SimulatorEnvironment());
+    return SimulatorProcess::Control(words);
+}
+
+PlayedServer& PlayedServer::Do(const std::string& command) {
+    Simctl(WordsOf(command));
+    return *this;
+}
+
+PlayedServer& PlayedServer::See(const std::string& shown) {
+    const auto space = shown.find(' ');
+    const auto equals = shown.find('=', space);
+    const auto path = shown.substr(0, space);
+    const auto property = shown.substr(space + 1, equals - space - 1);
+    const auto text = shown.substr(equals + 1);
+    Await(shown, [&] { return TextOf(Objects(), path, property) == text; });
+    return *this;
+}
+
+PlayedServer& PlayedServer::Miss(const std::string& path) {
+    Await("no " + path, [&] { return daemon->Runs() && Find(Objects(), path) == nullptr; });
+    return *this;
+}
+
+PlayedServer& PlayedServer::Read(const std::string& text, int times) {
+    Await(text, [&] { return CountOf(daemon->Log(), text) >= times; });
+    return *this;
+}
+
+void PlayedServer::Await(const std::string& what, const std::function<bool()>& done) {
+    Eventually([&] { return done() || !daemon->Runs(); });
+    if (!done()) {
+        throw std::runtime_error(what + " doesn't come; on the bus: " +
+                                 testing::PrintToString(Objects()) + "\ndaemon: " + daemon->Log());
+    }
 }
 
 PublishedObjects PlayedServer::Objects() {
@@ -114,31 +143,6 @@ bool PlayedServer::WaitForObjects(const std::function<bool(const PublishedObject
                       << "\ndaemon: " << daemon->Log();
     }
     return held;
-}
-
-bool PlayedServer::WaitForProperty(const std::string& path, const std::string& interface,
-                                   const std::string& property, const std::string& text) {
-    std::string last = "no such object";
-    const bool held = WaitForObjects([&](const PublishedObjects& objects) {
-        const auto object = objects.find(path);
-        if (object == objects.end() || !object->second.contains(interface)) {
-            return false;
-        }
-        last = object->second.at(interface).at(property);
-        return last == text;
-    });
-    EXPECT_EQ(last, text) << path << ' ' << property;
-    return held;
-}
-
-bool PlayedServer::WaitForLog(const std::string& text, int times) {
-    const auto held = [&] { return CountOf(daemon->Log(), text) >= times; };
-    Eventually([&] { return held() || !daemon->Runs(); });
-    if (!held()) {
-        ADD_FAILURE() << "not in the log: " << text << '\n' << daemon->Log();
-        return false;
-    }
-    return true;
 }
 
 int CountOf(const std::string& text, const std::string& piece) {

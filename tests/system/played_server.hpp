@@ -3,11 +3,12 @@
 
 #include "support/bus_client.hpp"
 #include "support/private_bus.hpp"
-#include "system/process.hpp"
+#include "support/process.hpp"
+#include "system/simulator_process.hpp"
 
+#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,10 @@ namespace vantric::test {
 using PublishedObjects = std::map<std::string, Interfaces>;
 
 /** Starts the three in this order and ends them in the other. The daemon's clock runs 50 times as
- *  fast as the wall's, so that a cycle takes 0.1 s and a dead endpoint 1 s. */
+ *  fast as the wall's, so that a cycle takes 0.1 s and a dead endpoint 1 s.
+ *
+ *  A story on it has one line for each step. A step that waits in vain for 30 s, or for a daemon
+ *  that has ended, throws std::runtime_error, which ends the test as a failure. */
 class PlayedServer {
 public:
     static constexpr auto serviceName = "com.korv.zenth.vantricd";
@@ -26,32 +30,44 @@ public:
      *  @param logLevel what of the daemon's log is kept */
     explicit PlayedServer(const std::string& scenario, int logLevel = 4);
 
+    /** Runs a command of simctl. */
+    PlayedServer& Do(const std::string& command);
+
+    /** Waits until the bus shows an object with a property, such as
+     *  "temperature/NIC_Slot_3_sensorid_5 Value=61": the end of its path, the property's name on
+     *  whichever interface, and its text without quotation marks. */
+    PlayedServer& See(const std::string& shown);
+
+    /** Waits until the bus shows no object whose path ends so. */
+    PlayedServer& Miss(const std::string& path);
+
+    /** Waits until the daemon has logged the text at least so many times. */
+    PlayedServer& Read(const std::string& text, int times = 1);
+
+    bool WaitForLog(const std::string& text, int times = 1) {
+        Read(text, times);
+        return true;
+    }
+
     /** Ends the daemon and starts another one on the same bus and simulator. */
     void RestartDaemon();
 
     /** Ends the simulator and starts another one in its place, with a scenario of its own. */
     void RestartSimulator(const std::string& scenario);
 
-    /** How many requests with these bytes behind the instance id, in lower case hexadecimal, an
+    /** How many requests with these bytes after the instance id, in lower case hexadecimal, an
      *  endpoint has answered so far; all of them if there are none. */
     int Answered(int eid, const std::string& bytes = "") const;
 
-    /** Runs simctl with the words of a command. */
+    /** Runs simctl with the words of a command and returns what it wrote. */
     std::string Simctl(const std::vector<std::string>& words) const;
 
     /** What stands on the bus now; empty while the daemon has no name. */
     PublishedObjects Objects();
 
-    /** Waits until done() of the published objects holds, with a look after each signal. A failure
-     *  of the test if it doesn't within 30 s. */
+    /** Waits until done() of the published objects holds. A failure of the test if it doesn't
+     * within 30 s. */
     bool WaitForObjects(const std::function<bool(const PublishedObjects&)>& done);
-
-    /** Waits until the property of the object has the text. */
-    bool WaitForProperty(const std::string& path, const std::string& interface,
-                         const std::string& property, const std::string& text);
-
-    /** Waits until the daemon has logged the text at least so many times. */
-    bool WaitForLog(const std::string& text, int times = 1);
 
     /** What the daemon has logged so far. */
     const std::string& Log() { return daemon->Log(); }
@@ -59,17 +75,14 @@ public:
     BusClient& Client() { return *client; }
     Process& Daemon() { return *daemon; }
     PrivateBus& Bus() { return *bus; }
-    Process& Simulator() { return *simulator; }
 
 private:
-    std::map<std::string, std::string> SimulatorEnvironment() const;
-    std::string Trace() const;
-    void StartSimulator(const std::string& scenario);
     void StartDaemon();
+    void Await(const std::string& what, const std::function<bool()>& done);
 
     const int logLevel;
     std::unique_ptr<PrivateBus> bus;
-    std::unique_ptr<Process> simulator;
+    std::unique_ptr<SimulatorProcess> simulator;
     std::unique_ptr<Process> daemon;
     std::unique_ptr<BusClient> client;
 };

@@ -77,18 +77,10 @@ constexpr std::array errorAnswers{
 const std::string notify = "notify PLDMFWUpdateStart$1$FWUpdateStart";
 const std::array<std::string, 8> idleCommands{"table bad-state",           "table bad-source",
                                               "table not-attached",        "table empty",
-                                              "notify \xff\xfe everybody", "notify '' everybody",
+                                              "notify \xff\xfe everybody", "notify \"\" everybody",
                                               notify + "$$ everybody",     notify + " everybody"};
 constexpr std::array states{"1", "2", "3", "4"};
 constexpr std::array operationalStates{"enabled", "failed", "unavailable"};
-
-/** The words of a text, of which those that are '' are empty. */
-std::vector<std::string> WordsOf(const std::string& text) {
-    std::istringstream in(text);
-    std::vector<std::string> words{std::istream_iterator<std::string>(in), {}};
-    std::ranges::replace(words, "''", "");
-    return words;
-}
 
 template <typename... T>
 void TellHost(BusClient& client, const T&... values) {

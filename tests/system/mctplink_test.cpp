@@ -2,7 +2,7 @@
 
 #include "mctplink.h"
 #include "pldm_cmds/bytes.hpp"
-#include "simulator/simulator_process.hpp"
+#include "system/simulator_process.hpp"
 
 #include <gtest/gtest.h>
 
@@ -124,10 +124,7 @@ protected:
 
     void TearDown() override { MctpLinkDetach(); }
 
-    void Control(const std::string& command) {
-        const auto outcome = simulator->Control(command);
-        ASSERT_EQ(0, outcome.status) << outcome.text;
-    }
+    static void Control(const std::string& command) { SimulatorProcess::Control(WordsOf(command)); }
 
     /** Whether the function returns true, and does so, when a table's callback runs it. */
     bool HoldsInATablesCallback(const std::function<bool()>& function) {
@@ -247,7 +244,7 @@ TEST_F(MctpLink, WithoutItsSimulatorItFailsAndComesBackWithIt) {
     ASSERT_TRUE(pending.Send());
     simulator->Kill();
     EXPECT_EQ("refused", Exchange(9, "81 00 02").Answer());
-    simulator->Start();
+    simulator->Start(scenario);
     ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 2; }));
     EXPECT_EQ("02 00 02 00 07", Exchange(9, "82 00 02").Answer());
     EXPECT_EQ(std::future_status::timeout,

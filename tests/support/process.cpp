@@ -1,4 +1,4 @@
-#include "system/process.hpp"
+#include "support/process.hpp"
 
 #include "support/eventually.hpp"
 
