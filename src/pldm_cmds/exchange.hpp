@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/byte_reader.hpp"
+#include "common/log.hpp"
 #include "common/status.hpp"
 
 #include <algorithm>
@@ -12,13 +13,22 @@
 
 namespace vantric {
 
-/** A request without its header. */
-struct PldmRequest {
+/** One command of the requester, and the words in which the log tells of its failures. */
+struct PldmCommand {
     std::uint8_t type = 0;
-    std::uint8_t command = 0;
-    std::vector<std::uint8_t> data;
-    std::size_t capacity = 0; ///< bytes of response that are expected at most
-    std::size_t spare = 1;    ///< bytes by which the buffer is longer than that
+    std::uint8_t code = 0;
+    std::size_t capacity = 0;                 ///< bytes of response that are expected at most
+    std::size_t spare = 1;                    ///< bytes by which the buffer is longer than that
+    const char* notSent = "";                 ///< begins the line where no response came
+    LogLevel refusedLevel = LOG_LEVEL_ERROR;  ///< of the line for another completion code than 0
+    const char* refusedWith = "error code ="; ///< stands before that code
+
+    /** The same command where the endpoint's claims decide how long a response may be. */
+    constexpr PldmCommand WithCapacity(std::size_t bytes) const {
+        PldmCommand command = *this;
+        command.capacity = bytes;
+        return command;
+    }
 };
 
 /** A response, header included. Whatever was not received reads as 0. */

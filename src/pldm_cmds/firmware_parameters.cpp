@@ -10,7 +10,10 @@ namespace vantric {
 
 namespace {
 
-constexpr std::size_t firmwareCapacity = 1024;
+constexpr PldmCommand getParameters{.type = PLDM_FW_UPDATE,
+                                    .code = CMD_GET_FIRMWARE_PARAMETERS,
+                                    .capacity = 1024,
+                                    .notSent = "Send failed"};
 constexpr std::size_t versionLengthOffset = 11;
 constexpr std::size_t versionOffset = 14;
 
@@ -21,22 +24,13 @@ std::string PLDMCmds::GetFWParameters() {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "PLDM FW Update not supported for EID = %d\n", Eid());
         return {};
     }
-    const auto response = Exchange({.type = PLDM_FW_UPDATE,
-                                    .command = CMD_GET_FIRMWARE_PARAMETERS,
-                                    .data = {},
-                                    .capacity = firmwareCapacity});
-    if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
+    const auto response = Ask(getParameters);
+    if (!response) {
         return {};
     }
-    if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                    response.CompletionCode());
-        return {};
-    }
-    const std::size_t length = response.At<std::uint8_t>(versionLengthOffset);
+    const std::size_t length = response->At<std::uint8_t>(versionLengthOffset);
     // Bytes that were claimed and not sent are no part of the version.
-    const auto rest = response.From(versionOffset);
+    const auto rest = response->From(versionOffset);
     const auto text = rest.first(std::min(length, rest.size()));
     std::string version(text.begin(), text.end());
     VANTRIC_LOG(LOG_LEVEL_TRACE, "FWVersion = %s for Slot = %d\n", version.c_str(), slot);

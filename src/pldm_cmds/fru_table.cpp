@@ -11,7 +11,13 @@ namespace vantric {
 
 namespace {
 
-constexpr std::size_t metadataCapacity = 30;
+constexpr PldmCommand getMetadata{.type = PLDM_FRU,
+                                  .code = CMD_GET_FRU_RECORD_TABLE_METADATA,
+                                  .capacity = 30,
+                                  .notSent = "Send failed",
+                                  .refusedLevel = LOG_LEVEL_TRACE};
+constexpr PldmCommand getTable{
+    .type = PLDM_FRU, .code = CMD_GET_FRU_RECORD_TABLE, .spare = 0, .notSent = "Failed"};
 constexpr std::size_t tableLengthOffset = 10;
 constexpr std::size_t recordCountOffset = 16;
 
@@ -27,21 +33,12 @@ VantricStatus PLDMCmds::GetFRUMetaData() {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "PLDM FRU not supported for EID = %d\n", Eid());
         return STATUS_NOT_SUPPORTED;
     }
-    const auto response = Exchange({.type = PLDM_FRU,
-                                    .command = CMD_GET_FRU_RECORD_TABLE_METADATA,
-                                    .data = {},
-                                    .capacity = metadataCapacity});
-    if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
+    const auto response = Ask(getMetadata);
+    if (!response) {
         return STATUS_FAILURE;
     }
-    if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "Failed for EID = %d and error code = %d\n", Eid(),
-                    response.CompletionCode());
-        return STATUS_FAILURE;
-    }
-    extractedData->fruTableLength = response.At<std::uint32_t>(tableLengthOffset);
-    extractedData->fruRecordCount = response.At<std::uint16_t>(recordCountOffset);
+    extractedData->fruTableLength = response->At<std::uint32_t>(tableLengthOffset);
+    extractedData->fruRecordCount = response->At<std::uint16_t>(recordCountOffset);
     VANTRIC_LOG(LOG_LEVEL_TRACE, "FRU Table Length = %d\n", extractedData->fruTableLength);
     VANTRIC_LOG(LOG_LEVEL_TRACE, "Total Number of Records in Table = %d\n",
                 extractedData->fruRecordCount);
@@ -61,25 +58,15 @@ VantricStatus PLDMCmds::GetFRUContents() {
     };
     bool more = true;
     while (more) {
-        const auto response =
-            Exchange({.type = PLDM_FRU,
-                      .command = CMD_GET_FRU_RECORD_TABLE,
-                      .data = ByteWriter().Write(handle).Write(operation).Finish(),
-                      .capacity = length + tableDataOffset,
-                      .spare = 0});
-        if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
-            return STATUS_FAILURE;
-        }
-        if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                        response.CompletionCode());
+        const auto response = Ask(getTable.WithCapacity(length + tableDataOffset),
+                                  ByteWriter().Write(handle).Write(operation).Finish());
+        if (!response) {
             return STATUS_FAILURE;
         }
 
-        const auto nextHandle = response.At<std::uint32_t>(nextHandleOffset);
-        switch (assembly.Take(response.At<std::uint8_t>(transferFlagOffset),
-                              response.From(tableDataOffset))) {
+        const auto nextHandle = response->At<std::uint32_t>(nextHandleOffset);
+        switch (assembly.Take(response->At<std::uint8_t>(transferFlagOffset),
+                              response->From(tableDataOffset))) {
         case MultipartAssembly::Step::COMPLETE:
             takeTable();
             handle = nextHandle;

@@ -14,11 +14,17 @@ namespace vantric {
 namespace {
 
 constexpr std::uint8_t initEnable = 2;
-constexpr std::size_t enableCapacity = 13;
+constexpr PldmCommand setEnable{.type = PLDM_PLATFORM,
+                                .code = CMD_SET_NUMERIC_SENSOR_ENABLE,
+                                .capacity = 13,
+                                .notSent = "Send failed"};
 constexpr std::uint8_t operationalEnabled = 0;
 constexpr std::uint8_t noEvents = 0;
 
-constexpr std::size_t readingCapacity = 23;
+constexpr PldmCommand getReading{.type = PLDM_PLATFORM,
+                                 .code = CMD_GET_SENSOR_READING,
+                                 .capacity = 23,
+                                 .notSent = "Send failed"};
 constexpr std::uint8_t noRearm = 0;
 constexpr std::size_t dataSizeOffset = 4;
 constexpr std::size_t operationalStateOffset = 5;
@@ -78,21 +84,12 @@ VantricStatus PLDMCmds::SetNumericeSensorEnable() {
         if (sensor->sensorInit != initEnable) {
             continue;
         }
-        const auto response = Exchange({.type = PLDM_PLATFORM,
-                                        .command = CMD_SET_NUMERIC_SENSOR_ENABLE,
-                                        .data = ByteWriter()
-                                                    .Write(sensor->sensorID)
-                                                    .Write(operationalEnabled)
-                                                    .Write(noEvents)
-                                                    .Finish(),
-                                        .capacity = enableCapacity});
-        if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-            return STATUS_FAILURE;
-        }
-        if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                        response.CompletionCode());
+        const auto response = Ask(setEnable, ByteWriter()
+                                                 .Write(sensor->sensorID)
+                                                 .Write(operationalEnabled)
+                                                 .Write(noEvents)
+                                                 .Finish());
+        if (!response) {
             return STATUS_FAILURE;
         }
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Sensor %d Enabled for EID = %d\n", sensor->sensorID, Eid());
@@ -116,10 +113,7 @@ VantricStatus PLDMCmds::GetSensorReading(const std::shared_ptr<__Temp_sensors>& 
             throw STATUS_FAILURE;
         }
         const auto response =
-            Exchange({.type = PLDM_PLATFORM,
-                      .command = CMD_GET_SENSOR_READING,
-                      .data = ByteWriter().Write(sensor->sensorID).Write(noRearm).Finish(),
-                      .capacity = readingCapacity});
+            Exchange(getReading, ByteWriter().Write(sensor->sensorID).Write(noRearm).Finish());
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", Eid(),
                         response.Status());

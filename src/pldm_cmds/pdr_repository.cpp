@@ -10,7 +10,11 @@ namespace vantric {
 
 namespace {
 
-constexpr std::size_t repositoryInfoCapacity = 53;
+constexpr PldmCommand getRepositoryInfo{.type = PLDM_PLATFORM,
+                                        .code = CMD_GET_PDR_REPOSITORY_INFO,
+                                        .capacity = 53,
+                                        .notSent = "Failed",
+                                        .refusedWith = "error code is"};
 constexpr std::size_t repositoryStateOffset = 4;
 constexpr std::size_t updateTimeOffset = 5;
 constexpr std::size_t recordCountOffset = 31;
@@ -28,31 +32,22 @@ bool PLDMCmds::IsPDRChanged(const Timestamp104& updateTime) const {
 
 VantricStatus PLDMCmds::GetPDRRepositoryInfo(std::uint8_t forceRead) {
     const bool forced = forceRead != 0;
-    const auto response = Exchange({.type = PLDM_PLATFORM,
-                                    .command = CMD_GET_PDR_REPOSITORY_INFO,
-                                    .data = {},
-                                    .capacity = repositoryInfoCapacity});
-    if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
+    const auto response = Ask(getRepositoryInfo);
+    if (!response) {
         return STATUS_FAILURE;
     }
-    if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code is %d\n", Eid(),
-                    response.CompletionCode());
-        return STATUS_FAILURE;
-    }
-    if (response.At<std::uint8_t>(repositoryStateOffset) != repositoryAvailable) {
+    if (response->At<std::uint8_t>(repositoryStateOffset) != repositoryAvailable) {
         // The endpoint is still at work on it. The update time stays, so a later call sees it.
         return STATUS_SUCCESS;
     }
 
     auto& data = *extractedData;
-    data.iRecordCount = response.At<std::uint32_t>(recordCountOffset);
-    data.iRepositorySize = response.At<std::uint32_t>(repositorySizeOffset);
-    data.iLargestRecordSize = response.At<std::uint32_t>(largestRecordSizeOffset);
-    data.iDataTransferHandleTimeout = response.At<std::uint8_t>(handleTimeoutOffset);
+    data.iRecordCount = response->At<std::uint32_t>(recordCountOffset);
+    data.iRepositorySize = response->At<std::uint32_t>(repositorySizeOffset);
+    data.iLargestRecordSize = response->At<std::uint32_t>(largestRecordSizeOffset);
+    data.iDataTransferHandleTimeout = response->At<std::uint8_t>(handleTimeoutOffset);
 
-    ByteReader reader(response.From(updateTimeOffset));
+    ByteReader reader(response->From(updateTimeOffset));
     const auto updateTime = ReadTimestamp104(reader);
     if (!IsPDRChanged(updateTime) && !forced) {
         return STATUS_SUCCESS;

@@ -15,6 +15,7 @@ namespace vantric {
 
 namespace {
 
+constexpr PldmCommand getRecord{.type = PLDM_PLATFORM, .code = CMD_GET_PDR, .notSent = "Failed"};
 constexpr std::size_t responseOverhead = 34;
 constexpr std::size_t nextRecordHandleOffset = 4;
 constexpr std::size_t nextTransferHandleOffset = 8;
@@ -30,18 +31,15 @@ struct PdrPosition {
     std::uint16_t changeNumber = 0;
 };
 
-PldmRequest MakeRequest(const PdrPosition& at, std::uint32_t largestRecordSize,
-                        std::size_t capacity) {
-    return {.type = PLDM_PLATFORM,
-            .command = CMD_GET_PDR,
-            .data = ByteWriter()
-                        .Write(at.recordHandle)
-                        .Write(at.transferHandle)
-                        .Write(at.operation)
-                        .Write(static_cast<std::uint16_t>(largestRecordSize))
-                        .Write(at.changeNumber)
-                        .Finish(),
-            .capacity = capacity};
+/** The request's data. */
+std::vector<std::uint8_t> Describe(const PdrPosition& at, std::uint32_t largestRecordSize) {
+    return ByteWriter()
+        .Write(at.recordHandle)
+        .Write(at.transferHandle)
+        .Write(at.operation)
+        .Write(static_cast<std::uint16_t>(largestRecordSize))
+        .Write(at.changeNumber)
+        .Finish();
 }
 
 /** The records that a walk has come by. */
@@ -97,20 +95,14 @@ VantricStatus PLDMCmds::GetPDR() {
     VisitedRecords visited;
     bool more = true;
     while (more) {
-        const auto response =
-            Exchange(MakeRequest(position, extractedData->iLargestRecordSize, PdrCapacity()));
-        if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
-            return STATUS_FAILURE;
-        }
-        if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                        response.CompletionCode());
+        const auto response = Ask(getRecord.WithCapacity(PdrCapacity()),
+                                  Describe(position, extractedData->iLargestRecordSize));
+        if (!response) {
             return STATUS_FAILURE;
         }
 
-        const auto flag = response.At<std::uint8_t>(transferFlagOffset);
-        switch (assembly.Take(flag, response.From(recordDataOffset))) {
+        const auto flag = response->At<std::uint8_t>(transferFlagOffset);
+        switch (assembly.Take(flag, response->From(recordDataOffset))) {
         case MultipartAssembly::Step::COMPLETE: {
             const auto record = assembly.Finish();
             HandlePDR(record);
@@ -118,16 +110,16 @@ VantricStatus PLDMCmds::GetPDR() {
             if (visited.GoesRound()) {
                 return giveUp();
             }
-            position = {.recordHandle = response.At<std::uint32_t>(nextRecordHandleOffset)};
+            position = {.recordHandle = response->At<std::uint32_t>(nextRecordHandleOffset)};
             more = position.recordHandle != 0 &&
                    !visited.LeadsBackTo(position.recordHandle, extractedData->iRecordCount);
             break;
         }
         case MultipartAssembly::Step::MORE_TO_COME:
             if (flag == TRANSFER_START) {
-                position.changeNumber = response.At<std::uint16_t>(changeNumberOffset);
+                position.changeNumber = response->At<std::uint16_t>(changeNumberOffset);
             }
-            position.transferHandle = response.At<std::uint32_t>(nextTransferHandleOffset);
+            position.transferHandle = response->At<std::uint32_t>(nextTransferHandleOffset);
             position.operation = GET_NEXT_PART;
             break;
         case MultipartAssembly::Step::NO_MEANING:

@@ -4,6 +4,7 @@
 #include "common/log.hpp"
 #include "mctp_transport/mctp_transport.hpp"
 #include "pldm_cmds/exchange.hpp"
+#include "pldm_cmds/pldm_codes.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -45,32 +46,47 @@ std::vector<std::uint16_t> PLDMCmds::GetAllSensorIDs() const {
     return ids;
 }
 
-PldmResponse PLDMCmds::Exchange(const PldmRequest& request) {
+PldmResponse PLDMCmds::Exchange(const PldmCommand& command, const std::vector<std::uint8_t>& data) {
     if (!mTransportPtr) {
         return PldmResponse(STATUS_FAILURE);
     }
     instanceId = static_cast<std::uint8_t>((instanceId + 1) % instanceIdCount);
 
     ByteWriter message;
-    message.Write<std::uint8_t>(requestBit | instanceId).Write(request.type).Write(request.command);
-    for (const std::uint8_t byte : request.data) {
+    message.Write<std::uint8_t>(requestBit | instanceId).Write(command.type).Write(command.code);
+    for (const std::uint8_t byte : data) {
         message.Write(byte);
     }
 
     TransportPacket packet;
-    packet.command = request.command;
+    packet.command = command.code;
     packet.requestBytes = message.Finish();
-    packet.responseBytes.resize(request.capacity + request.spare);
-    packet.responseLength = static_cast<std::uint32_t>(request.capacity);
+    packet.responseBytes.resize(command.capacity + command.spare);
+    packet.responseLength = static_cast<std::uint32_t>(command.capacity);
 
     lastStatus = mTransportPtr->SendPacket(packet);
     if (lastStatus != STATUS_SUCCESS) {
         return PldmResponse(lastStatus);
     }
     const std::size_t received = std::min({static_cast<std::size_t>(packet.responseLength),
-                                           request.capacity, packet.responseBytes.size()});
+                                           command.capacity, packet.responseBytes.size()});
     packet.responseBytes.resize(received);
     return PldmResponse(std::move(packet.responseBytes));
+}
+
+std::optional<PldmResponse> PLDMCmds::Ask(const PldmCommand& command,
+                                          const std::vector<std::uint8_t>& data) {
+    auto response = Exchange(command, data);
+    if (response.Failed()) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "%s for EID = %d\n", command.notSent, Eid());
+        return std::nullopt;
+    }
+    if (response.CompletionCode() != PLDM_SUCCESS) {
+        VANTRIC_LOG(command.refusedLevel, "Failed for EID = %d and %s %d\n", Eid(),
+                    command.refusedWith, response.CompletionCode());
+        return std::nullopt;
+    }
+    return response;
 }
 
 } // namespace vantric

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -16,7 +17,7 @@
 namespace vantric {
 
 class ByteReader;
-struct PldmRequest;
+struct PldmCommand;
 class PldmResponse;
 
 /** Asks one endpoint, that is one EID of one slot, what it is and what it measures, and gathers
@@ -173,8 +174,14 @@ public:
 private:
     int Eid() const { return eid; }
 
-    /** Sends a request and returns what came back; every exchange goes through here. */
-    PldmResponse Exchange(const PldmRequest& request);
+    /** Sends a command with its data and returns what came back; every exchange goes through
+     *  here. */
+    PldmResponse Exchange(const PldmCommand& command, const std::vector<std::uint8_t>& data);
+
+    /** The same where only a response with completion code 0 is of use: nothing, with a log line,
+     *  for any other. */
+    std::optional<PldmResponse> Ask(const PldmCommand& command,
+                                    const std::vector<std::uint8_t>& data = {});
 
     /** Bytes that a GetPDR response can hold. */
     std::size_t PdrCapacity() const;

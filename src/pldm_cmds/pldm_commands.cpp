@@ -10,7 +10,8 @@ namespace vantric {
 
 namespace {
 
-constexpr std::size_t commandsCapacity = 45;
+constexpr PldmCommand getCommands{
+    .type = PLDM_BASE, .code = CMD_GET_PLDM_COMMANDS, .capacity = 45, .notSent = "Send failed"};
 constexpr std::size_t commandsOffset = 4;
 constexpr std::size_t bitsInByte = 8;
 
@@ -18,21 +19,12 @@ constexpr std::size_t bitsInByte = 8;
 
 VantricStatus PLDMCmds::GetSupportedPLDMCmds(std::uint32_t type, std::uint32_t version) {
     const auto typeByte = static_cast<std::uint8_t>(type);
-    const auto response = Exchange({.type = PLDM_BASE,
-                                    .command = CMD_GET_PLDM_COMMANDS,
-                                    .data = ByteWriter().Write(typeByte).Write(version).Finish(),
-                                    .capacity = commandsCapacity});
-    if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-        return STATUS_FAILURE;
-    }
-    if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                    response.CompletionCode());
+    const auto response = Ask(getCommands, ByteWriter().Write(typeByte).Write(version).Finish());
+    if (!response) {
         return STATUS_FAILURE;
     }
 
-    const auto field = response.From(commandsOffset);
+    const auto field = response->From(commandsOffset);
     const auto supported = extractedData->supportedTypes.find(typeByte);
     if (field.empty() || supported == extractedData->supportedTypes.end()) {
         return STATUS_SUCCESS;

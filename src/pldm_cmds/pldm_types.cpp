@@ -8,29 +8,24 @@ namespace vantric {
 
 namespace {
 
-constexpr std::size_t typesCapacity = 21;
+constexpr PldmCommand getTypes{
+    .type = PLDM_BASE, .code = CMD_GET_PLDM_TYPES, .capacity = 21, .notSent = "Send failed"};
 constexpr std::size_t typesOffset = 4;
 constexpr std::uint8_t typeCount = 64;
 
-constexpr std::size_t tidCapacity = 14;
+constexpr PldmCommand getTid{
+    .type = PLDM_BASE, .code = CMD_GET_TID, .capacity = 14, .notSent = "Send failed"};
 constexpr std::size_t tidOffset = 4;
 
 } // namespace
 
 VantricStatus PLDMCmds::GetPLDMTypes() {
-    const auto response = Exchange(
-        {.type = PLDM_BASE, .command = CMD_GET_PLDM_TYPES, .data = {}, .capacity = typesCapacity});
-    if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-        return STATUS_FAILURE;
-    }
-    if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                    response.CompletionCode());
+    const auto response = Ask(getTypes);
+    if (!response) {
         return STATUS_FAILURE;
     }
 
-    const auto types = response.At<std::uint64_t>(typesOffset);
+    const auto types = response->At<std::uint64_t>(typesOffset);
     for (std::uint8_t type = 0; type < typeCount; ++type) {
         if ((types >> type & 1) != 0) {
             extractedData->supportedTypes.try_emplace(type);
@@ -40,18 +35,11 @@ VantricStatus PLDMCmds::GetPLDMTypes() {
 }
 
 VantricStatus PLDMCmds::GetTID() {
-    const auto response =
-        Exchange({.type = PLDM_BASE, .command = CMD_GET_TID, .data = {}, .capacity = tidCapacity});
-    if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
+    const auto response = Ask(getTid);
+    if (!response) {
         return STATUS_FAILURE;
     }
-    if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                    response.CompletionCode());
-        return STATUS_FAILURE;
-    }
-    extractedData->TID = response.At<std::uint8_t>(tidOffset);
+    extractedData->TID = response->At<std::uint8_t>(tidOffset);
     return STATUS_SUCCESS;
 }
 

@@ -12,11 +12,13 @@ namespace vantric {
 
 namespace {
 
-constexpr std::size_t versionCapacity = 242;
+constexpr PldmCommand getVersion{
+    .type = PLDM_BASE, .code = CMD_GET_PLDM_VERSION, .capacity = 242, .notSent = "Send failed"};
 constexpr std::size_t nextHandleOffset = 4;
 constexpr std::size_t transferFlagOffset = 8;
 constexpr std::size_t versionDataOffset = 9;
-constexpr std::size_t selectCapacity = 13;
+constexpr PldmCommand selectVersion{
+    .type = PLDM_BASE, .code = CMD_SELECT_PLDM_VERSION, .capacity = 13, .notSent = "Failed"};
 
 constexpr std::size_t wordSize = 4;
 
@@ -52,28 +54,19 @@ VantricStatus PLDMCmds::GetPLDMVersionForType(std::uint8_t type) {
     bool more = true;
     while (more) {
         const auto response =
-            Exchange({.type = PLDM_BASE,
-                      .command = CMD_GET_PLDM_VERSION,
-                      .data = ByteWriter().Write(handle).Write(operation).Write(type).Finish(),
-                      .capacity = versionCapacity});
-        if (response.Failed()) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d\n", Eid());
-            return STATUS_FAILURE;
-        }
-        if (response.CompletionCode() != PLDM_SUCCESS) {
-            VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                        response.CompletionCode());
+            Ask(getVersion, ByteWriter().Write(handle).Write(operation).Write(type).Finish());
+        if (!response) {
             return STATUS_FAILURE;
         }
         exchanges += 1;
-        const bool taken = TakeVersions(response.From(versionDataOffset), supported->second);
+        const bool taken = TakeVersions(response->From(versionDataOffset), supported->second);
         if (!taken || exchanges > limits::versionsOfType) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Too many versions of type %d for EID = %d\n", type,
                         Eid());
             return STATUS_FAILURE;
         }
-        const auto flag = response.At<std::uint8_t>(transferFlagOffset);
-        handle = response.At<std::uint32_t>(nextHandleOffset);
+        const auto flag = response->At<std::uint8_t>(transferFlagOffset);
+        handle = response->At<std::uint32_t>(nextHandleOffset);
         operation = GET_NEXT_PART;
         more = (flag == TRANSFER_START || flag == TRANSFER_LAST) && handle != 0;
     }
@@ -92,20 +85,8 @@ VantricStatus PLDMCmds::GetPLDMVersions(std::uint32_t type) {
 }
 
 VantricStatus PLDMCmds::SelectPLDMVersion(std::uint8_t type, std::uint32_t version) {
-    const auto response = Exchange({.type = PLDM_BASE,
-                                    .command = CMD_SELECT_PLDM_VERSION,
-                                    .data = ByteWriter().Write(type).Write(version).Finish(),
-                                    .capacity = selectCapacity});
-    if (response.Failed()) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d\n", Eid());
-        return STATUS_FAILURE;
-    }
-    if (response.CompletionCode() != PLDM_SUCCESS) {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error code = %d\n", Eid(),
-                    response.CompletionCode());
-        return STATUS_FAILURE;
-    }
-    return STATUS_SUCCESS;
+    const auto response = Ask(selectVersion, ByteWriter().Write(type).Write(version).Finish());
+    return response ? STATUS_SUCCESS : STATUS_FAILURE;
 }
 
 VantricStatus PLDMCmds::SelectPLDMVersions() {

@@ -9,14 +9,17 @@ namespace vantric {
 
 namespace {
 
-constexpr std::size_t stateReadingCapacity = 46;
+constexpr PldmCommand getReadings{.type = PLDM_PLATFORM,
+                                  .code = CMD_GET_STATE_SENSOR_READINGS,
+                                  .capacity = 46,
+                                  .notSent = "Send failed"};
 constexpr std::uint8_t noRearm = 0;
 constexpr std::uint8_t reserved = 0;
 constexpr std::size_t membersOffset = 5;
 constexpr std::size_t memberSize = 4;
 
 /** Members that a response has room for. */
-constexpr std::size_t maxMembers = (stateReadingCapacity - membersOffset) / memberSize;
+constexpr std::size_t maxMembers = (getReadings.capacity - membersOffset) / memberSize;
 
 /** The two states of a member that are looked at. */
 struct MemberState {
@@ -66,11 +69,9 @@ VantricStatus PLDMCmds::GetStateSensorReading(StateChangeMap& changes) {
     VantricStatus result = STATUS_SUCCESS;
     for (const auto& sensor : extractedData->stateSensors) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "StateSensorID = %d\n", sensor->sensorId);
-        const auto response = Exchange(
-            {.type = PLDM_PLATFORM,
-             .command = CMD_GET_STATE_SENSOR_READINGS,
-             .data = ByteWriter().Write(sensor->sensorId).Write(noRearm).Write(reserved).Finish(),
-             .capacity = stateReadingCapacity});
+        const auto response =
+            Exchange(getReadings,
+                     ByteWriter().Write(sensor->sensorId).Write(noRearm).Write(reserved).Finish());
         VantricStatus status = response.Status();
         if (response.Failed()) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Send failed for EID = %d and status = %d\n", Eid(),
