@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -48,19 +46,6 @@ TEST(SensorStore, TakesValuesOfACreatedObjectOnly) {
     EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), std::nullopt);
 }
 
-TEST(SensorStore, KeepsACreatedObjectWhenItsReporterGoes) {
-    ASSERT_EQ(sensorstore_probeobj_create(path, {}), 0);
-    {
-        SensorStoreCluster cluster;
-        cluster.PropertyChanged(path, "ProbeReading", Reading(5));
-    }
-    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), Reading(5));
-    SensorStoreCluster cluster;
-    cluster.PropertyChanged(path, "ProbeReading", Reading(6));
-    EXPECT_EQ(sensorstore_probeobj_remove(path), 0);
-    EXPECT_EQ(sensorstore_find_value(path, "ProbeReading"), std::nullopt);
-}
-
 TEST(SensorStore, ResolvesAKeyToTheObjectLastSet) {
     EXPECT_NE(SensorStoreKeys::set_key("", "ProbeObj", path, sensorstore_service()), 0);
     EXPECT_NE(SensorStoreKeys::set_key("Key.1", "ProbeObj", "", sensorstore_service()), 0);
@@ -77,23 +62,6 @@ TEST(SensorStore, ResolvesAKeyToTheObjectLastSet) {
     EXPECT_EQ(SensorStoreKeys::remove("Key.1"), 0);
     EXPECT_NE(SensorStoreKeys::remove("Key.1"), 0);
     EXPECT_FALSE(sensorstore_find_object("Key.1"));
-}
-
-TEST(SensorStore, ServesSeveralThreads) {
-    std::vector<std::jthread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([thread] {
-            const std::string own = "/thread/" + std::to_string(thread);
-            SensorStoreCluster cluster;
-            for (int value = 0; value < 500; ++value) {
-                cluster.PropertyChanged(own, "ProbeReading", Reading(value));
-                cluster.PropertyChanged("/shared", "ProbeReading", Reading(value));
-                EXPECT_EQ(SensorStoreKeys::set_key(own, "ProbeObj", own, "service"), 0);
-                EXPECT_EQ(sensorstore_find_value(own, "ProbeReading"), Reading(value));
-                EXPECT_EQ(SensorStoreKeys::remove(own), 0);
-            }
-        });
-    }
 }
 
 } // namespace
