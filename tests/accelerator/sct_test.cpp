@@ -1,9 +1,7 @@
-/** The platform's table of accelerators: when it is read, what is kept of it, and which sensors are
- *  wanted for it. */
+/** The platform's table of accelerators: when it is read, and what is kept of it. */
 #include "accelerator/sct.hpp"
 
 #include "accelerator/played_sct.hpp"
-#include "modeling/sensor_choice.hpp"
 #include "support/captured_log.hpp"
 
 #include <gtest/gtest.h>
@@ -90,52 +88,6 @@ TEST_F(SctTest, CardsMayLookUpWhileOneReads) {
         thread.join();
     }
     EXPECT_EQ(sctTable.calls, 1);
-}
-
-TEST_F(SctTest, UnitEntityAndTableChooseASensor) {
-    constexpr std::uint16_t listed = 405;
-    constexpr std::uint16_t other = 406;
-    constexpr int dropped = -1;
-    struct Choice {
-        std::uint16_t sensorId;
-        std::uint16_t entityType;
-        std::uint8_t baseUnit;
-        int ofCard; ///< kind
-        int ofBoard;
-    };
-    const std::vector<Choice> choices{
-        {listed, 149, 2, 1, 1},
-        {listed, 68, 3, 1, 1},
-        {listed, 0x7FFF, 2, 1, 1},
-        {listed, 32836, 2, 2, 2},
-        {listed, 0x8000, 3, 2, 2},
-        {other, 68, 2, dropped, 3},
-        {other, 79, 3, dropped, 3},
-        {other, 148, 2, dropped, 3},
-        {other, 24576, 2, dropped, 3},
-        {other, 149, 2, dropped, dropped},
-        {other, 32917, 2, dropped, dropped},
-        {other, 68, 7, 3, 3},
-        {other, 79, 7, 3, 3},
-        {other, 148, 7, 3, 3},
-        {other, 24576, 7, 3, 3},
-        {other, 32917, 7, 3, 3},
-        {other, 149, 7, 3, dropped},
-        {listed, 32836, 7, 3, dropped},
-        {listed, 149, 4, dropped, dropped},
-        {listed, 68, 0, dropped, dropped},
-    };
-    sctTable.rows = {{}};
-    sct.ReadOnce(card);
-    const auto isInTable = [this](std::uint16_t sensorId) { return sct.IsSensorInSCT(sensorId); };
-    const auto kind = [](const std::optional<SensorKind>& chosen) {
-        return chosen ? static_cast<int>(*chosen) : dropped;
-    };
-    for (const auto& [id, type, unit, ofCard, ofBoard] : choices) {
-        SCOPED_TRACE(testing::Message() << id << ' ' << type << ' ' << int{unit});
-        EXPECT_EQ(kind(ClassifyNumericSensor(isInTable, id, type, unit)), ofCard);
-        EXPECT_EQ(kind(ClassifyUbbNumericSensor(isInTable, id, type, unit)), ofBoard);
-    }
 }
 
 } // namespace

@@ -1,30 +1,35 @@
-#include "modeling/entity_tree.hpp"
-#include "support/captured_log.hpp"
-#include "told_card.hpp"
-#include "tree_text.hpp"
+#include "modeling_fixture.hpp"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <random>
-#include <tuple>
 
 namespace vantric::test {
 namespace {
+
+/** "container.type.instance" with the children in brackets after it. */
+std::string Text(const PDRTree* node) {
+    if (node == nullptr) {
+        return "none";
+    }
+    std::string text = std::to_string(node->containerID) + "." + std::to_string(node->entityType) +
+                       "." + std::to_string(node->entityInstance);
+    for (const auto& child : node->children) {
+        text += (child == node->children.front() ? "[" : " ") + Text(child.get());
+    }
+    return node->children.empty() ? text : text + "]";
+}
 
 TEST(PDRTree, TakesTheShapeThatTheAssociationsTell) {
     const struct {
         const char* what;
         ToldCard card;
         const char* tree;
-    } cases[] = {
+    } rows[] = {
         {"no association", ToldCard(), "none"},
         {"a network card", NetworkCard(),
          "1.68.1[1.144.1[2.144.1[2.300.1[3.300.1[3.202.1]] 2.300.2]]]"},
-        {"nothing contained", ToldCard().Physical(1, {68, 1, 0}, {}), "1.68.1"},
         {"the second container has no known place",
-         ToldCard().Physical(1, {68, 1, 0}, {{144, 1, 1}}).Physical(9, {60, 4, 8}, {{66, 1, 9}}),
-         "1.68.1[1.144.1 9.60.4[9.66.1]]"},
+         ToldCard().Physical(1, {68, 1, 0}, {}).Physical(9, {60, 4, 8}, {{66, 1, 9}}),
+         "1.68.1[9.60.4[9.66.1]]"},
         {"a container is looked for in the container that it names",
          ToldCard().Physical(1, {68, 1, 0}, {{144, 1, 1}}).Physical(2, {144, 1, 7}, {{300, 1, 2}}),
          "1.68.1[1.144.1 2.144.1[2.300.1]]"},
@@ -44,10 +49,12 @@ TEST(PDRTree, TakesTheShapeThatTheAssociationsTell) {
          ToldCard().Logical(1, {68, 1, 0}, {{144, 1, 1}}).Physical(2, {60, 1, 0}, {{66, 1, 2}}),
          "2.60.1[2.66.1]"},
     };
-    for (const auto& [what, card, expected] : cases) {
+    for (const auto& [what, card, expected] : rows) {
         EntityTree tree;
         EXPECT_TRUE(BuildTree(tree, card.data->entityAssociations)) << what;
         EXPECT_EQ(Text(tree.Root()), expected) << what;
+        tree.FreeTree();
+        EXPECT_EQ(tree.FindNodeOrRoot({1, 68, 1}), nullptr) << what;
     }
 }
 
@@ -60,15 +67,14 @@ TEST(PDRTree, LinksACableToThePortThatStandsBeforeIt) {
         const char* what;
         std::vector<Entity> listed;
         const char* connectedTo;
-    } cases[] = {
-        {"port first", {port1, cable}, "2.300.1"},
-        {"the nearest port counts", {port1, port2, cable}, "2.300.2"},
+    } rows[] = {
+        {"the nearest port counts", {port2, port1, cable}, "2.300.1"},
         {"cable first", {cable, port1}, "none"},
         {"the port isn't in the tree", {port1, {300, 7, 2}, cable}, "none"},
-        {"other entities don't count", {port2, otherKind, cable}, "2.300.2"},
+        {"other entities don't count", {port1, otherKind, cable}, "2.300.1"},
         {"the cable isn't in the tree", {port1, {187, 2, 2}}, "2.300.2"},
     };
-    for (const auto& [what, listed, connectedTo] : cases) {
+    for (const auto& [what, listed, connectedTo] : rows) {
         EntityTree tree;
         BuildTree(tree, ToldCard()
                             .Physical(2, {144, 1, 1}, {port1, port2, otherKind, cable})
@@ -79,7 +85,20 @@ TEST(PDRTree, LinksACableToThePortThatStandsBeforeIt) {
     }
 }
 
-TEST(PDRTree, NodesOfOneKeyAreFoundInTheOrderOfAWalk) {
+/** The first match of a plain depth-first walk. */
+PDRTree* FirstMatch(PDRTree* node, const EntityKey& key) {
+    if (node->Key() == key) {
+        return node;
+    }
+    for (const auto& child : node->children) {
+        if (PDRTree* found = FirstMatch(child.get(), key)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+TEST(PDRTree, FindsNodesOfOneKeyInTheOrderOfAWalkAndElseTheRoot) {
     // Few keys and many shapes, so that most searches have several answers to choose from.
     std::mt19937 random(20240607);
     const auto below = [&random](std::size_t limit) {
@@ -87,55 +106,54 @@ TEST(PDRTree, NodesOfOneKeyAreFoundInTheOrderOfAWalk) {
     };
     for (int round = 0; round < 60; ++round) {
         EntityTree tree;
-        std::vector<PDRTree*> nodes;
-        const std::size_t reach = round % 3 == 0 ? 2 : 200; // chains, and bushes
+        std::vector<PDRTree*> nodes{tree.Add(nullptr, {0, 0, 0}, 0)};
+        const std::size_t reach = round % 3 == 0 ? 2 : 100; // chains, and bushes
         while (nodes.size() < 100) {
-            const auto back = nodes.empty() ? 0 : below(std::min(nodes.size(), reach));
-            PDRTree* parent = nodes.empty() ? nullptr : nodes[nodes.size() - 1 - back];
+            PDRTree* parent = nodes[nodes.size() - 1 - below(std::min(nodes.size(), reach))];
             nodes.push_back(tree.Add(parent, {below(2), below(2), below(3)}, 0));
         }
-        for (int count = 0; count < 50; ++count) {
+        for (int count = 0; count < 30; ++count) {
             tree.Renumber(*nodes[below(nodes.size())], below(3));
         }
-        for (std::uint16_t instance = 0; instance < 4; ++instance) {
-            for (const EntityKey& key : {EntityKey{0, 0, instance},
-                                         {0, 1, instance},
-                                         {1, 0, instance},
-                                         {1, 1, instance}}) {
-                ASSERT_EQ(tree.FindNode(key), FirstMatch(tree.Root(), key)) << "round " << round;
-            }
+        for (std::uint16_t index = 0; index < 16; ++index) {
+            const EntityKey key{static_cast<std::uint16_t>(index / 8),
+                                static_cast<std::uint16_t>(index / 4 % 2),
+                                static_cast<std::uint16_t>(index % 4)};
+            PDRTree* expected = FirstMatch(tree.Root(), key);
+            ASSERT_EQ(tree.FindNode(key), expected) << "round " << round;
+            ASSERT_EQ(tree.FindNodeOrRoot(key), expected != nullptr ? expected : tree.Root());
         }
     }
-}
-
-TEST(PDRTree, WithoutAMatchTheRootTakesThePlace) {
-    EntityTree tree;
-    EXPECT_EQ(tree.FindNodeOrRoot({1, 68, 1}), nullptr);
-    BuildTree(tree, NetworkCard().data->entityAssociations);
-    EXPECT_EQ(tree.FindNodeOrRoot({9, 9, 9}), tree.Root());
-    EXPECT_EQ(Text(tree.FindNodeOrRoot({3, 202, 1})), "3.202.1");
 }
 
 TEST(PDRTree, StaysWithinItsLimitsWhateverACardTells) {
     ToldCard deep;
-    ToldCard wide;
     for (std::uint16_t level = 0; level < 4000; ++level) {
         const auto next = static_cast<std::uint16_t>(level + 1);
         deep.Physical(next, {144, 1, level}, {{144, 1, next}});
     }
-    for (std::uint16_t record = 0; record < 40; ++record) {
-        wide.Physical(record, {68, 1, 0}, std::vector<Entity>(255, Entity{300, 1, 0}));
+    ToldCard wide;
+    std::vector<Entity> ports;
+    for (std::uint16_t port = 1; port <= 255; ++port) {
+        ports.push_back({300, port, 0});
     }
-    for (const auto& [card, found, lost] :
-         {std::tuple(deep, EntityKey{64, 144, 1}, EntityKey{}),
-          std::tuple(wide, EntityKey{31, 300, 1}, EntityKey{39, 300, 1})}) {
+    for (std::uint16_t record = 1; record <= 40; ++record) {
+        wide.Physical(record, {68, 1, 0}, ports);
+    }
+    const struct {
+        const ToldCard& card;
+        EntityKey last; ///< that has a node, with this number of nodes above it
+        std::size_t level;
+        EntityKey lost; ///< the next
+    } rows[] = {{deep, {128, 144, 1}, 127, {129, 144, 1}}, {wide, {32, 300, 255}, 2, {33, 68, 1}}};
+    for (const auto& [card, last, level, lost] : rows) {
         const CapturedLog log;
         EntityTree tree;
         EXPECT_TRUE(BuildTree(tree, card.data->entityAssociations));
-        EXPECT_NE(tree.FindNode(found), nullptr);
+        ASSERT_NE(tree.FindNode(last), nullptr);
+        EXPECT_EQ(tree.FindNode(last)->place.size(), level);
         EXPECT_EQ(tree.FindNode(lost), nullptr);
-        EXPECT_EQ(log.Messages(2),
-                  std::vector<std::string>{"No more than 8192 entities on 128 levels are kept\n"});
+        EXPECT_EQ(log.Messages(2), Texts{"No more than 8192 entities on 128 levels are kept\n"});
     }
 }
 

@@ -14,14 +14,14 @@ TEST_F(UpdatesTest, AReadingCarriesTheKeyOfItsSensor) {
         std::uint8_t controller;
         const char* key;
         const char* stateKey;
-    } cases[] = {
+    } rows[] = {
         {false, 1, "_sensorid_5", "/sensor/state/sensorid_5"},
         {false, 2, "sensorid_ctrl2_5", "/sensor/state/sensorid_5"},
         {true, 1, "_sensorid_ctrl1_5", "/sensor/state/sensorid_ctrl1_5"},
         {true, 2, "sensorid_ctrl2_5", "/sensor/state/sensorid_ctrl2_5"},
         {true, 3, "_sensorid_ctrl1_5", "/sensor/state/sensorid_ctrl1_5"},
     };
-    for (const auto& [controllers, controller, key, stateKey] : cases) {
+    for (const auto& [controllers, controller, key, stateKey] : rows) {
         Begin(controllers);
         modeling->UpdateSensorTempValue(5, -40, SENSOR_KIND_THERMAL, controller);
         modeling->UpdateStateSensorValue({{5, {}}}, controller);
@@ -75,59 +75,46 @@ TEST_F(UpdatesTest, AReadingsKeyFindsTheObjectOfItsSensorAndNoOther) {
 TEST_F(UpdatesTest, StatesTravelAsTexts) {
     const struct {
         const char* what;
-        std::uint16_t set;
-        std::uint8_t state;
-        const char* setName;
-        const char* text;
-    } cases[] = {
-        {"a known state", 33, 2, "Link State", "Disconnected"},
-        {"an unknown state", 33, 3, "Link State", ""},
-        {"an unknown set", 7, 1, "", ""},
-        {"a reading that failed", 0, 0, "", ""},
-        {"a maker's set", 32784, 1, "OEM State Set", "Not Supported"},
-        {"the named one of them", 32769, 4, "OEM_State_Set_32769", "In Margin Tool"},
-        {"the highest state", 289, 15, "Power-Performance State", "P14"},
+        StateChange change;
+        Texts setNames;
+        Texts texts;
+    } rows[] = {
+        {"a known state", {{2}, {33}, {"A"}}, {"Link State"}, {"Disconnected"}},
+        {"an unknown state", {{3}, {33}, {"A"}}, {"Link State"}, {""}},
+        {"an unknown set", {{1}, {7}, {"A"}}, {""}, {""}},
+        {"a reading that failed", {{0}, {0}, {"A"}}, {""}, {""}},
+        {"a set without state",
+         {{2, 1}, {33, 13, 13}, {"A", "B", "C"}},
+         {"Link State", "Presence"},
+         {"Disconnected", "Present"}},
+        {"a state without set",
+         {{2, 1, 1}, {33, 13}, {"A", "B", "C"}},
+         {"Link State", "Presence"},
+         {"Disconnected", "Present"}},
     };
-    for (const auto& [what, set, state, setName, text] : cases) {
-        modeling->UpdateStateSensorValue({{9, {{state}, {set}, {"Member"}}}}, 1);
+    for (const auto& [what, change, setNames, texts] : rows) {
+        modeling->UpdateStateSensorValue({{9, change}}, 1);
         const auto posted = TakePosted();
         EXPECT_EQ(posted.order, Texts{"SetStateSensorValue"}) << what;
-        EXPECT_EQ(posted.states.at(0).memberNames, Texts{"Member"}) << what;
-        EXPECT_EQ(posted.states.at(0).stateSetNames, Texts{setName}) << what;
-        EXPECT_EQ(posted.states.at(0).valueTexts, Texts{text}) << what;
+        EXPECT_EQ(posted.states.at(0).memberNames, change.memberNames) << what;
+        EXPECT_EQ(posted.states.at(0).stateSetNames, setNames) << what;
+        EXPECT_EQ(posted.states.at(0).valueTexts, texts) << what;
         EXPECT_EQ(posted.states.at(0).memberCount, 0) << what;
     }
     modeling->UpdateStateSensorValue({}, 1);
     EXPECT_TRUE(TakePosted().order.empty());
 }
 
-TEST_F(UpdatesTest, MembersWithoutStateOrSetGetNoText) {
-    for (const auto& [states, sets] :
-         {std::pair<std::vector<std::uint8_t>, std::vector<std::uint16_t>>({1, 2, 1}, {33, 33}),
-          {{1, 2}, {33, 33, 33}}}) {
-        modeling->UpdateStateSensorValue({{9, {states, sets, {"A", "B", "C"}}}}, 1);
-        const auto posted = TakePosted();
-        EXPECT_EQ(posted.states.at(0).memberNames, (Texts{"A", "B", "C"}));
-        EXPECT_EQ(posted.states.at(0).stateSetNames.size(), 2U);
-        EXPECT_EQ(posted.states.at(0).valueTexts, (Texts{"Connected", "Disconnected"}));
-    }
-}
-
 TEST_F(UpdatesTest, HealthGoesOutBeforeTheSensorThatTellsIt) {
-    modeling->UpdateStateSensorValue({{9, {{4, 2, 1}, {1, 33, 1}, {"A", "B", "C"}}}}, 1);
+    modeling->UpdateStateSensorValue({{9, {{4, 2, 1, 11}, {1, 33, 1, 1}, {"A", "B", "C", "D"}}}},
+                                     1);
     const auto posted = TakePosted();
-    EXPECT_EQ(posted.order, (Texts{"UpdateDeviceHealthStatus", "UpdateDeviceHealthStatus",
-                                   "SetStateSensorValue"}));
-    EXPECT_EQ(posted.healths.at(0).severity, 5);
-    EXPECT_EQ(posted.healths.at(1).severity, 2);
-    EXPECT_EQ(posted.healths.at(1).deviceLdid, "NIC.Slot.3");
-}
-
-TEST_F(UpdatesTest, AHealthStateHasASeverity) {
-    constexpr int severities[] = {1, 2, 3, 4, 5, 4, 3, 4, 4, 5, 4, 1}; // by state, from 0 on
-    for (std::uint8_t state = 0; state < std::size(severities); ++state) {
-        modeling->UpdateStateSensorValue({{9, {{state}, {1}, {"Health"}}}}, 1);
-        EXPECT_EQ(TakePosted().healths.at(0).severity, severities[state]) << int{state};
+    constexpr auto health = "UpdateDeviceHealthStatus";
+    EXPECT_EQ(posted.order, (Texts{health, health, health, "SetStateSensorValue"}));
+    constexpr int severities[] = {5, 2, 1}; // fatal, normal, unknown
+    for (std::size_t index = 0; index < posted.healths.size(); ++index) {
+        EXPECT_EQ(posted.healths[index].severity, severities[index]);
+        EXPECT_EQ(posted.healths[index].deviceLdid, "NIC.Slot.3");
     }
 }
 
@@ -140,27 +127,6 @@ TEST_F(UpdatesTest, WhatTheChannelDoesntTakeIsTold) {
               (Texts{"OneWayChannel_Execute dbusSetSensorValue ERROR, execRet = -7\n",
                      "OneWayChannel_Execute dbusSetHealthState ERROR, execRet = -7\n"}));
     EXPECT_EQ(log.Messages(4), Texts{"OneWayChannel_Execute ERROR, execRet = -7\n"});
-}
-
-TEST_F(UpdatesTest, ARemovalGivesClientsTime) {
-    const CapturedLog log;
-    modeling->DeleteDBUSPaths(CLEAR_SENSORS);
-    const auto posted = TakePosted();
-    EXPECT_EQ(posted.clears.at(0).mode, CLEAR_SENSORS);
-    EXPECT_EQ(posted.clears.at(0).slot, 3);
-    EXPECT_EQ(posted.clears.at(0).deviceLdid, "NIC.Slot.3");
-    EXPECT_EQ(TakePauses(), std::vector{std::chrono::seconds(2)});
-    EXPECT_EQ(log.Messages(4), Texts{"DeleteDBUSPaths SUCCESS for slot = 3, execRet = 0\n"});
-}
-
-TEST_F(UpdatesTest, ADeviceThatGoesTakesItsObjectsAlong) {
-    const auto card = NetworkCard().State(9, {300, 1, 2});
-    Publish(card);
-    modeling.reset();
-    const auto posted = TakePosted();
-    EXPECT_EQ(posted.order, Texts{"Clear"});
-    EXPECT_EQ(posted.clears.at(0).mode, CLEAR_ALL);
-    EXPECT_EQ(card.data->stateSensors[0].use_count(), 1);
 }
 
 } // namespace

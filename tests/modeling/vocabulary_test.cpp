@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace vantric {
 namespace {
@@ -65,40 +62,6 @@ TEST(Vocabulary, HasItsWordsLetterForLetter) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Sum(row.lines), row.sum) << row.table << " is now\n" << row.lines;
-    }
-}
-
-TEST(Vocabulary, SpellsTheWordsThatLookWrong) {
-    EXPECT_EQ(entityWords.at(144), "networkcontroller");
-    EXPECT_EQ(entityWords.at(152), "GPU");
-    EXPECT_EQ(entityWords.at(299), "unkknown_connector_type");
-    EXPECT_EQ(stateSetNames.at(32769), "OEM_State_Set_32769");
-    EXPECT_EQ(stateSetNames.at(32784), "OEM State Set");
-    EXPECT_EQ(stateValueNames.at("Version").at(2), "Version Change Detected - Compatible");
-    EXPECT_EQ(stateValueNames.at("Bus Error Status").at(6), "Bus timeout");
-    EXPECT_EQ(healthSeverity.at("Upper Non-Critical"), 4);
-    EXPECT_EQ(healthSeverity.at("Lower Fatal"), 4);
-}
-
-TEST(Vocabulary, KeepsTheGapsInTheConnectorTypes) {
-    EXPECT_TRUE(entityWords.contains(203));
-    EXPECT_FALSE(entityWords.contains(204));
-    EXPECT_TRUE(entityWords.contains(205));
-    for (std::uint16_t type = 216; type <= 289; ++type) {
-        EXPECT_FALSE(entityWords.contains(type)) << type;
-    }
-    for (std::uint16_t type = 293; type <= 298; ++type) {
-        EXPECT_FALSE(entityWords.contains(type)) << type;
-    }
-}
-
-TEST(Vocabulary, HasOneWiringForTheAcceleratorsOfABoard) {
-    for (std::uint8_t gpu = 0; gpu < 8; ++gpu) {
-        const std::string key = "GPU" + std::to_string(gpu);
-        const auto row = std::ranges::find_if(
-            virtualSensorLdids, [&key](const auto& candidate) { return candidate.first == key; });
-        ASSERT_NE(row, virtualSensorLdids.end()) << key;
-        EXPECT_EQ(row->second.SlotBeforeDash(), virtualInstanceSlots.at(gpu + 1));
     }
 }
 
