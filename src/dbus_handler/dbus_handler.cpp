@@ -78,9 +78,7 @@ DBusHandler::DBusHandler()
 }
 
 int DBusHandler::Run() {
-    std::thread listener(&DBusHandler::RegisterForDBUSEvents, this);
-    NameThread(listener, "dbusEventHandler");
-    listener.detach();
+    StartThread("dbusEventHandler", [this] { RegisterForDBUSEvents(); }).detach();
     if (connection == nullptr) {
         return EXIT_FAILURE; // no signal will ever say so
     }

@@ -38,9 +38,10 @@ void Device::Initialize() {
         },
         doors.publisher);
     state = DEVICE_INVENTORY;
-    monitorThread = std::thread(&Device::InvMonThread, this);
     const bool embedded = Ldid(ldid).IsEmbeddedNic();
-    NameThread(monitorThread, (embedded ? "PLDM_EMB_" : "PLDM_Slot_") + std::to_string(slotNumber));
+    monitorThread =
+        StartThread((embedded ? "PLDM_EMB_" : "PLDM_Slot_") + std::to_string(slotNumber),
+                    [this] { InvMonThread(); });
 }
 
 void Device::Stop() {

@@ -2,12 +2,14 @@
 
 #include "common/log.hpp"
 
+#include <array>
 #include <string_view>
 
 namespace vantric {
 
 namespace {
 constexpr int bytesInLine = 16;
+constexpr int textOfByte = 3;
 } // namespace
 
 DeviceTransport::DeviceTransport(std::uint8_t slot, std::uint8_t eid) : slot(slot), eid(eid) {}
@@ -15,16 +17,19 @@ DeviceTransport::DeviceTransport(std::uint8_t slot, std::uint8_t eid) : slot(slo
 void DeviceTransport::Packet(const std::string& label, std::uint8_t slot, std::uint8_t command,
                              const std::uint8_t* data, int length) const {
     constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string line;
+    // Every exchange comes here twice, whether the log shows this level or not: so no allocation.
+    std::array<char, bytesInLine * textOfByte + 1> line{};
+    char* end = line.data();
     for (int i = 0; i < length; ++i) {
-        line += digits[data[i] >> 4];
-        line += digits[data[i] & 0x0F];
-        line += ' ';
+        *end++ = digits[data[i] >> 4];
+        *end++ = digits[data[i] & 0x0F];
+        *end++ = ' ';
         const int written = i + 1;
         if (written % bytesInLine == 0 || written == length) {
+            *end = '\0';
             VANTRIC_LOG(LOG_LEVEL_TRACE, "%s[%d][%0x][%02d/%02d]: %s\n", label.c_str(), slot,
-                        static_cast<unsigned>(command), written, length, line.c_str());
-            line.clear();
+                        static_cast<unsigned>(command), written, length, line.data());
+            end = line.data();
         }
     }
 }

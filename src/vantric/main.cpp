@@ -30,8 +30,8 @@ int main() {
     ChannelPublisher publisher;
     const auto deviceManager =
         std::make_unique<DeviceManager>(BusDoors{.publisher = publisher, .udids = dbusHandler});
-    std::thread deviceManagerThread(&DeviceManager::DevMgrThread, deviceManager.get());
-    NameThread(deviceManagerThread, "PLDM_DevMgr");
+    const std::thread deviceManagerThread =
+        StartThread("PLDM_DevMgr", [&deviceManager] { deviceManager->DevMgrThread(); });
 
     // The loop ends only when the bus is lost. Device threads may then sit in a command for most of
     // a minute; the supervisor should start a new process at once instead of waiting for them.
