@@ -11,19 +11,12 @@ namespace vantric {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr std::uint8_t onlyController = 1;
 
 // Sensors that are read more often than the others; sorted.
 constexpr std::array<std::uint16_t, 1> fastSensors{405};
 constexpr std::array<std::uint16_t, 16> mediumSensors{30,  31,  32,  45,  46,  47,  48,  375,
                                                       376, 377, 378, 406, 407, 408, 409, 410};
-
-// A group is read once it is older than this.
-constexpr auto fastAge = 1s - 1ns;
-constexpr auto mediumAge = 10s - 1ns;
-constexpr auto slowAge = 20s - 1ns;
 
 } // namespace
 
@@ -94,13 +87,13 @@ VantricStatus Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue
 VantricStatus Accelerator::ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings) {
     const TimePoint now = Now();
     VantricStatus status = STATUS_SUCCESS;
-    if (now - fastSensorsReadAt > fastAge) {
+    if (now - fastSensorsReadAt >= fastAge) {
         ReadSensorGroup(fastSensorIds, fastSensorsReadAt, endpoint, readings, status);
     }
-    if (now - mediumSensorsReadAt > mediumAge) {
+    if (now - mediumSensorsReadAt >= mediumAge) {
         ReadSensorGroup(mediumSensorIds, mediumSensorsReadAt, endpoint, readings, status);
     }
-    if (now - slowSensorsReadAt > slowAge) {
+    if (now - slowSensorsReadAt >= slowAge) {
         ReadSensorGroup(slowSensorIds, slowSensorsReadAt, endpoint, readings, status);
     }
     return status;

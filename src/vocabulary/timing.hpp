@@ -32,6 +32,11 @@ inline constexpr std::uint8_t cyclesBetweenChecks = 10;
  */
 inline constexpr std::uint8_t cyclesBetweenStates = 6;
 
+/** Ages at which an accelerator's three groups of numeric sensors are read again. */
+inline constexpr std::chrono::seconds fastAge{1};
+inline constexpr std::chrono::seconds mediumAge{10};
+inline constexpr std::chrono::seconds slowAge{20};
+
 /** Failed cycles over I2C for which a network card has patience after each inventory. */
 inline constexpr std::uint8_t toleratedFailures = 5;
 
