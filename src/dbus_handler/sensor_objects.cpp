@@ -9,9 +9,10 @@
 namespace vantric {
 
 int dbusDataInsert(void* /*context*/, void* requestData, unsigned long requestSize) {
+    const char* const handler = __func__;
     return HandleRequest<SensorInsertRequest>(
-        __func__, requestData, requestSize,
-        [handler = __func__](const SensorInsertRequest& request) {
+        handler, requestData, requestSize,
+        [handler](const SensorInsertRequest& request) {
             if (request.objectPath.empty()) {
                 return RefuseRequest(handler, "Path is NULL!");
             }

@@ -7,9 +7,9 @@
 namespace vantric {
 
 int dbusStateSensorDataInsert(void* /*context*/, void* requestData, unsigned long requestSize) {
+    const char* const handler = __func__;
     return HandleRequest<StateSensorRequest>(
-        __func__, requestData, requestSize,
-        [handler = __func__](const StateSensorRequest& request) {
+        handler, requestData, requestSize, [handler](const StateSensorRequest& request) {
             if (request.statePath.empty()) {
                 return RefuseRequest(handler, "Dbus path emtpy!");
             }

@@ -86,15 +86,12 @@ std::size_t PLDMCmds::PdrCapacity() const {
 }
 
 VantricStatus PLDMCmds::GetPDR() {
-    const auto giveUp = [this] {
-        VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", Eid());
-        return STATUS_FAILURE;
-    };
     MultipartAssembly assembly(limits::recordSize);
     PdrPosition position;
     VisitedRecords visited;
     bool more = true;
-    while (more) {
+    bool endless = false;
+    while (more && !endless) {
         const auto response = Ask(getRecord.WithCapacity(PdrCapacity()),
                                   Describe(position, extractedData->iLargestRecordSize));
         if (!response) {
@@ -107,9 +104,7 @@ VantricStatus PLDMCmds::GetPDR() {
             const auto record = assembly.Finish();
             HandlePDR(record);
             visited.Add(position.recordHandle, record);
-            if (visited.GoesRound()) {
-                return giveUp();
-            }
+            endless = visited.GoesRound();
             position = {.recordHandle = response->At<std::uint32_t>(nextRecordHandleOffset)};
             more = position.recordHandle != 0 &&
                    !visited.LeadsBackTo(position.recordHandle, extractedData->iRecordCount);
@@ -125,8 +120,13 @@ VantricStatus PLDMCmds::GetPDR() {
         case MultipartAssembly::Step::NO_MEANING:
             break;
         case MultipartAssembly::Step::TOO_LONG:
-            return giveUp();
+            endless = true;
+            break;
         }
+    }
+    if (endless) {
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "PDR walk without end for EID = %d\n", Eid());
+        return STATUS_FAILURE;
     }
 
     // Counted in one byte, whatever the repository holds.
