@@ -302,40 +302,4 @@ TEST(GetTID, StoresTheId) {
     EXPECT_EQ(endpoint.Data().TID, 0x2A);
 }
 
-TEST(GetPLDMCommandsStatus, MapsCompletionCodes) {
-    struct Row {
-        std::uint32_t code;
-        int result;
-        bool thrown;
-        const char* message;
-    };
-    const std::vector<Row> rows{
-        {0, 0, false, nullptr},
-        {1, 11, true, "CMD failed for EID = 9\n"},
-        {4, 12, true, "Device is not ready for EID = 9\n"},
-        {129, 12, true, "Device is not ready for EID = 9\n"},
-        {5, 5, false, nullptr},
-        {128, 10, false, "Invalid Sensor ID = 77\n"},
-        {2, 1, false, "Failed for EID = 9 and error = 2\n"},
-        {255, 1, false, "Failed for EID = 9 and error = 255\n"},
-    };
-    ScriptedEndpoint endpoint;
-    for (const auto& row : rows) {
-        const CapturedLog log;
-        int result = -1;
-        bool thrown = false;
-        try {
-            result = endpoint.cmds.GetPLDMCommandsStatus(row.code, 77);
-        } catch (const VantricStatus& status) {
-            thrown = true;
-            result = status;
-        }
-        EXPECT_EQ(result, row.result) << row.code;
-        EXPECT_EQ(thrown, row.thrown) << row.code;
-        const auto messages = log.Messages(1);
-        EXPECT_EQ(messages,
-                  row.message ? std::vector<std::string>{row.message} : std::vector<std::string>{});
-    }
-}
-
 } // namespace

@@ -158,14 +158,16 @@ struct OutcomeCase {
     int status;
     bool reported;
     bool goesOn;
+    std::string message;
 };
 
 class Outcome : public testing::TestWithParam<OutcomeCase> {};
 
 TEST_P(Outcome, OfAFailureInAPoll) {
     const auto& row = GetParam();
+    const CapturedLog log;
     ScriptedEndpoint endpoint;
-    auto first = MakeSensor(1);
+    auto first = MakeSensor(77);
     first->temperature = 30;
     endpoint.Data().numericSensors = {first, MakeSensor(2)};
     endpoint.Answers({row.answer, Reading{.raw = 50}.Build()});
@@ -175,7 +177,7 @@ TEST_P(Outcome, OfAFailureInAPoll) {
 
     ReadingMap expected;
     if (row.reported) {
-        expected[1] = {1, unavailable};
+        expected[77] = {1, unavailable};
     }
     if (row.goesOn) {
         expected[2] = {1, 50};
@@ -183,22 +185,31 @@ TEST_P(Outcome, OfAFailureInAPoll) {
     EXPECT_EQ(readings, expected);
     EXPECT_EQ(first->temperature, row.reported ? unavailable : 30);
     EXPECT_EQ(endpoint.Asked(), row.goesOn ? 2U : 1U);
+    const auto messages = log.Messages(1);
+    EXPECT_EQ(messages.empty() ? "" : messages.front(), row.message);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Outcome,
-                         testing::Values(OutcomeCase{"OtherCode", Reply(2), 1, false, true},
-                                         OutcomeCase{"Failure", NoAnswer(1), 1, true, true},
-                                         OutcomeCase{"NoResponse", NoAnswer(3), 3, true, true},
-                                         OutcomeCase{"NotDelivered", NoAnswer(4), 4, true, true},
-                                         OutcomeCase{"NotSupported", Reply(5), 5, false, true},
-                                         OutcomeCase{"Discovery", NoAnswer(8), 8, false, false},
-                                         OutcomeCase{"NewEndPoints", NoAnswer(9), 9, true, false},
-                                         OutcomeCase{"InvalidSensor", Reply(128), 10, false, false},
-                                         OutcomeCase{"CommandFailed", Reply(1), 11, true, true},
-                                         OutcomeCase{"NotReady", Reply(4), 12, false, true},
-                                         OutcomeCase{"SensorNotReady", Reply(129), 12, false,
-                                                     true}),
-                         [](const auto& info) { return std::string(info.param.name); });
+std::string NotSent(int status) {
+    return "Send failed for EID = 9 and status = " + std::to_string(status) + "\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Outcome,
+    testing::Values(
+        OutcomeCase{"OtherCode", Reply(2), 1, false, true, "Failed for EID = 9 and error = 2\n"},
+        OutcomeCase{"LastCode", Reply(255), 1, false, true, "Failed for EID = 9 and error = 255\n"},
+        OutcomeCase{"Failure", NoAnswer(1), 1, true, true, NotSent(1)},
+        OutcomeCase{"NoResponse", NoAnswer(3), 3, true, true, NotSent(3)},
+        OutcomeCase{"NotDelivered", NoAnswer(4), 4, true, true, NotSent(4)},
+        OutcomeCase{"NotSupported", Reply(5), 5, false, true, ""},
+        OutcomeCase{"Discovery", NoAnswer(8), 8, false, false, NotSent(8)},
+        OutcomeCase{"NewEndPoints", NoAnswer(9), 9, true, false, NotSent(9)},
+        OutcomeCase{"InvalidSensor", Reply(128), 10, false, false, "Invalid Sensor ID = 77\n"},
+        OutcomeCase{"CommandFailed", Reply(1), 11, true, true, "CMD failed for EID = 9\n"},
+        OutcomeCase{"NotReady", Reply(4), 12, false, true, "Device is not ready for EID = 9\n"},
+        OutcomeCase{"SensorNotReady", Reply(129), 12, false, true,
+                    "Device is not ready for EID = 9\n"}),
+    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(GetSensorReading, ReportsAFailureOnceAndItsEnd) {
     ScriptedEndpoint endpoint;
@@ -222,21 +233,6 @@ TEST(GetSensorReading, ExceptionOfTheTransportIsAFailure) {
     ReadingMap readings;
     EXPECT_EQ(endpoint.cmds.GetSensorReading(sensor, readings), 1);
     EXPECT_EQ(sensor->temperature, unavailable);
-}
-
-TEST(GetSensorReading, SurvivesWhatIsMissing) {
-    const CapturedLog log;
-    PLDMCmds cmds(3, 9, nullptr);
-    ReadingMap readings;
-    EXPECT_EQ(cmds.GetSensorReading(nullptr, readings), 0);
-    EXPECT_EQ(log.Count(1, "sensor is nullptr\n"), 1);
-    auto sensor = MakeSensor(4);
-    sensor->temperature = 20;
-    EXPECT_EQ(cmds.GetSensorReading(sensor, readings), 1);
-    EXPECT_EQ(log.Count(1, "mTransportPtr is nullptr\n"), 1);
-    EXPECT_EQ(readings, (ReadingMap{{4, {1, unavailable}}}));
-    EXPECT_EQ(cmds.GetSensorReading(99, readings), 0) << "no such sensor";
-    EXPECT_EQ(cmds.GetTID(), 1);
 }
 
 TEST(GetAllSensorReading, KeepsTheLastFailure) {

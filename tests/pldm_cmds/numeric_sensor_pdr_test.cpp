@@ -25,51 +25,6 @@ std::shared_ptr<__Temp_sensors> Parse(const Bytes& record, std::uint32_t version
     return sensors.empty() ? nullptr : sensors.front();
 }
 
-TEST(NumericSensorPdr, FillsEachField) {
-    for (const auto& [version, idWidth] :
-         {std::pair{current, std::size_t{2}}, {0xF1F1F000U, std::size_t{1}}}) {
-        const NumericSensorPdr pdr{
-            .idWidth = idWidth, .init = 2, .unitModifier = -2, .offset = 0x40800000};
-        const auto sensor = Parse(pdr.Build(), version);
-        ASSERT_TRUE(sensor);
-        EXPECT_EQ(sensor->sensorID, 5);
-        EXPECT_EQ(sensor->entityType, 144);
-        EXPECT_EQ(sensor->entityInstanceNumber, 2);
-        EXPECT_EQ(sensor->containerID, 7);
-        EXPECT_EQ(sensor->sensorInit, 2);
-        EXPECT_EQ(sensor->IsSensorAuxNameSupported, 1);
-        EXPECT_EQ(sensor->baseUnit, 2);
-        EXPECT_EQ(sensor->unitModifier, -2);
-        EXPECT_EQ(sensor->rateUnit, 3);
-        EXPECT_EQ(sensor->auxUnit, 0);
-        EXPECT_EQ(sensor->relative, 1);
-        EXPECT_EQ(sensor->isLinear, 1);
-        EXPECT_EQ(sensor->dataType, 4);
-        EXPECT_EQ(sensor->resolution, 1.0F);
-        EXPECT_EQ(sensor->offset, 4.0F);
-        EXPECT_EQ(sensor->accuracy, 250);
-        EXPECT_EQ(sensor->plusTolerance, 4);
-        EXPECT_EQ(sensor->minusTolerance, 5);
-        EXPECT_EQ(sensor->hysteresis, 3);
-        EXPECT_EQ(sensor->supportedThresholds, 0x3F);
-        EXPECT_EQ(sensor->thresholdAndHysteresisVolatility, 0x0F);
-        EXPECT_EQ(sensor->stateTransitionInterval, 1.5F);
-        EXPECT_EQ(sensor->updateInterval, 2.0F);
-        EXPECT_EQ(sensor->maxReadable, 120);
-        EXPECT_EQ(sensor->minReadable, 1);
-        EXPECT_EQ(sensor->rangeFieldSupport, 0x7F);
-        EXPECT_EQ(sensor->nominalValue, 0);
-        EXPECT_EQ(sensor->normalMax, 0);
-        EXPECT_EQ(sensor->upperThresholdWarning, 80);
-        EXPECT_EQ(sensor->lowerThresholdWarning, 10);
-        EXPECT_EQ(sensor->upperThresholdCritical, 90);
-        EXPECT_EQ(sensor->lowerThresholdCritical, 8);
-        EXPECT_EQ(sensor->upperThresholdFatal, 100);
-        EXPECT_EQ(sensor->lowerThresholdFatal, 6);
-        EXPECT_EQ(sensor->temperature, 2147483647);
-    }
-}
-
 TEST(NumericSensorPdr, VersionChoosesTheLayout) {
     struct Row {
         std::uint32_t version;
@@ -190,32 +145,6 @@ TEST(Mantcal, RefusesOtherBases) {
     EXPECT_EQ(mantcal(1, 1U << 22), 1.5F);
     EXPECT_EQ(mantcal(2, 1U << 22), 0.0F);
     EXPECT_EQ(log.Count(4, "Wrong base value for mantissa calculation\n\n"), 1);
-}
-
-TEST(CompactSensorPdr, FillsEachField) {
-    const auto sensor = Parse(CompactSensorPdr{}.Build());
-    ASSERT_TRUE(sensor);
-    EXPECT_EQ(sensor->sensorID, 12);
-    EXPECT_EQ(sensor->entityType, 68);
-    EXPECT_EQ(sensor->entityInstanceNumber, 1);
-    EXPECT_EQ(sensor->containerID, 9);
-    EXPECT_EQ(sensor->baseUnit, 7);
-    EXPECT_EQ(sensor->unitModifier, -1);
-    EXPECT_EQ(sensor->rateUnit, 2);
-    EXPECT_EQ(sensor->rangeFieldSupport, 0x15);
-    EXPECT_EQ(sensor->upperThresholdWarning, -1);
-    EXPECT_EQ(sensor->lowerThresholdWarning, -20);
-    EXPECT_EQ(sensor->upperThresholdCritical, 300);
-    EXPECT_EQ(sensor->lowerThresholdCritical, -40);
-    EXPECT_EQ(sensor->upperThresholdFatal, 0) << "no substitution here";
-    EXPECT_EQ(sensor->lowerThresholdFatal, -60);
-    EXPECT_EQ(sensor->supportedThresholds, 255);
-    EXPECT_EQ(sensor->resolution, 1.0F);
-    EXPECT_EQ(sensor->offset, 0.0F);
-    EXPECT_EQ(sensor->temperature, 0);
-    EXPECT_EQ(sensor->sensorInit, 0);
-    EXPECT_EQ(sensor->dataType, 0);
-    EXPECT_EQ(sensor->auxSensorName, "power12");
 }
 
 TEST(CompactSensorPdr, NameEndsAtNulAtTheRecordOrAt96) {

@@ -48,36 +48,6 @@ Bytes AuxNamesPdr(std::uint16_t id, std::uint8_t sensors, std::uint8_t strings, 
     return Pdr(6, Bytes().Add(std::uint16_t{0x0A0B}).Add(id).Add(sensors).Add(strings).Add(area));
 }
 
-TEST(StateSensorPdr, FillsEachField) {
-    ScriptedEndpoint endpoint;
-    endpoint.cmds.HandlePDR(
-        StateSensorPdr(9, {{1, {0x06, 0x81}}, {33, {}}, {4711, {0x01}}, {32770, {0x02}}}));
-    ASSERT_EQ(endpoint.Data().stateSensors.size(), 1U);
-    const auto& sensor = *endpoint.Data().stateSensors[0];
-    EXPECT_EQ(sensor.PLDMTerminusHandle, 0x0A0B);
-    EXPECT_EQ(sensor.sensorId, 9);
-    EXPECT_EQ(sensor.entityType, 144);
-    EXPECT_EQ(sensor.entityInstanceNumber, 2);
-    EXPECT_EQ(sensor.containerID, 7);
-    EXPECT_EQ(sensor.sensorInit, 1);
-    EXPECT_EQ(sensor.sensorAuxiliaryNamesPDR, 0);
-    EXPECT_EQ(sensor.compositeSensorCount, 4);
-    ASSERT_EQ(sensor.compositeSensors.size(), 4U);
-    const auto& members = sensor.compositeSensors;
-    EXPECT_EQ(members[0].stateSetID, 1);
-    EXPECT_EQ(members[0].possibleStatesSize, 2);
-    EXPECT_EQ(members[0].possibleStateValues, (std::vector<std::uint8_t>{1, 2, 8, 15}));
-    EXPECT_EQ(members[0].stateSetName, "Health State");
-    EXPECT_EQ(members[0].sensorName, "StateSensor.9.1");
-    EXPECT_EQ(members[1].stateSetID, 0) << "an entry without states stays empty";
-    EXPECT_EQ(members[1].sensorName + members[1].stateSetName, "");
-    EXPECT_EQ(members[2].stateSetName, "Not Supported");
-    EXPECT_EQ(members[2].sensorName, "StateSensor.9.3");
-    EXPECT_EQ(members[3].stateSetName, "OEM State Set");
-    endpoint.cmds.HandlePDR(StateSensorPdr(9, {}, 3));
-    EXPECT_EQ(endpoint.Data().stateSensors[1]->sensorAuxiliaryNamesPDR, 3);
-}
-
 TEST(StateSensorPdr, IsDroppedWhereItEndsInItsFields) {
     ScriptedEndpoint endpoint;
     const Bytes whole = StateSensorPdr(9, {{1, {0x06}}, {2, {0x06}}});
