@@ -1,5 +1,6 @@
 #include "support/bus_client.hpp"
 
+#include "support/check.hpp"
 #include "support/message_text.hpp"
 
 #include <algorithm>
@@ -14,13 +15,6 @@ namespace vantric::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-int Check(const char* function, int result) {
-    if (result < 0) {
-        throw std::runtime_error(std::string(function) + " failed: " + std::to_string(-result));
-    }
-    return result;
-}
 
 std::string OrEmpty(const char* text) {
     return text == nullptr ? "" : text;

@@ -1,5 +1,7 @@
 #include "support/message_text.hpp"
 
+#include "support/check.hpp"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -10,13 +12,6 @@
 namespace vantric::test {
 
 namespace {
-
-int Check(const char* function, int result) {
-    if (result < 0) {
-        throw std::runtime_error(std::string(function) + " failed: " + std::to_string(-result));
-    }
-    return result;
-}
 
 template <typename T>
 T ReadBasic(sd_bus_message* message, char type) {

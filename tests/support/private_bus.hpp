@@ -1,11 +1,11 @@
 /** A D-Bus daemon for one test process. */
 #pragma once
 
+#include "support/process.hpp"
 #include "support/temporary_folder.hpp"
 
+#include <optional>
 #include <string>
-
-#include <sys/types.h>
 
 namespace vantric::test {
 
@@ -19,7 +19,7 @@ public:
      *  @throws std::runtime_error with the daemon's own words if it doesn't start. */
     PrivateBus();
 
-    /** Stops the daemon, waits for its end and removes its folder. */
+    /** Ends the daemon and removes its folder. */
     ~PrivateBus();
 
     PrivateBus(const PrivateBus&) = delete;
@@ -28,19 +28,12 @@ public:
     /** The folder in which the daemon's socket is; a test may put files of its own there. */
     const std::string& Folder() const { return folder.path.native(); }
 
-    /** The address of the bus, as D-Bus writes it. */
-    const std::string& Address() const { return address; }
-
     /** The daemon's process. */
-    pid_t Process() const { return process; }
+    pid_t Process() const { return daemon->Id(); }
 
 private:
-    void Start(const std::string& config, const std::string& log);
-    void Stop();
-
     TemporaryFolder folder;
-    std::string address;
-    pid_t process = -1;
+    std::optional<test::Process> daemon;
 };
 
 } // namespace vantric::test

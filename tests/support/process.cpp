@@ -1,6 +1,7 @@
 #include "support/process.hpp"
 
 #include "support/eventually.hpp"
+#include "support/temporary_folder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ namespace {
         arguments.push_back(const_cast<char*>(argument.c_str()));
     }
     arguments.push_back(nullptr);
-    execv(arguments.front(), arguments.data());
+    execvp(arguments.front(), arguments.data());
     _exit(127);
 }
 
@@ -84,23 +85,12 @@ const std::string& Process::Log() {
     return written;
 }
 
-Outcome RunToEnd(const std::vector<std::string>& command,
-                 const std::map<std::string, std::string>& environment) {
-    const auto output =
-        std::filesystem::temp_directory_path() / ("run." + std::to_string(getpid()));
-    std::filesystem::remove(output);
-    Process program(command, environment, output);
-    const auto status = program.WaitForEnd();
-    Outcome outcome{.status = status, .text = program.Log()};
-    std::filesystem::remove(output);
-    return outcome;
-}
-
 std::string Run(const std::vector<std::string>& command,
                 const std::map<std::string, std::string>& environment) {
-    const auto [status, text] = RunToEnd(command, environment);
-    EXPECT_EQ(status, 0) << command.front() << ": " << text;
-    return text;
+    const TemporaryFolder folder;
+    Process program(command, environment, folder.path / "output");
+    EXPECT_EQ(program.WaitForEnd(), 0) << command.front() << ": " << program.Log();
+    return program.Log();
 }
 
 } // namespace vantric::test

@@ -47,18 +47,6 @@ private:
     std::string written;
 };
 
-/** How a program ended and what it wrote, errors included. */
-struct Outcome {
-    std::optional<int> status; ///< as WaitForEnd() tells it
-    std::string text;
-
-    bool operator==(const Outcome&) const = default;
-};
-
-/** Runs a program to its end. */
-Outcome RunToEnd(const std::vector<std::string>& command,
-                 const std::map<std::string, std::string>& environment);
-
 /** Runs a program to its end and returns what it wrote. A status other than 0 is a failure of the
  *  test. */
 std::string Run(const std::vector<std::string>& command,
