@@ -6,12 +6,6 @@
 
 namespace vantric {
 
-namespace {
-
-constexpr std::uint8_t onlyController = 1;
-
-} // namespace
-
 Accelerator::Accelerator(const DeviceDetails& details, const std::string& basePath,
                          const BusDoors& doors, Sct& sct)
     : Device(details, basePath, doors), sct(sct),
@@ -75,9 +69,9 @@ void Accelerator::ModelAccelerator() {
     for (const auto& endpoint : cmds) {
         const auto& extractedData = endpoint->GetExtractedData();
         if (endpoint->HasEntityAssociation()) {
-            modeling->CreatePDRTree(extractedData, onlyController);
+            modeling->CreatePDRTree(extractedData, ControllerAt(1));
         } else {
-            modeling->ModelWithoutTree(extractedData, onlyController);
+            modeling->ModelWithoutTree(extractedData, ControllerAt(1));
         }
     }
 }

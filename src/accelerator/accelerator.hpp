@@ -37,7 +37,8 @@ private:
     void ModelAccelerator();
 
     // Monitoring, with deviceMutex held.
-    VantricStatus MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue);
+    enum class States { DUE, NOT_DUE };
+    VantricStatus MonitorEndpoint(PLDMCmds& endpoint, States states);
     VantricStatus ReadDueGroups(PLDMCmds& endpoint, ReadingMap& readings);
     static void ReadSensorGroup(const std::vector<std::uint16_t>& ids, TimePoint& readAt,
                                 PLDMCmds& endpoint, ReadingMap& readings, VantricStatus& status);
@@ -47,9 +48,9 @@ private:
     TimePoint mediumSensorsReadAt;
     TimePoint slowSensorsReadAt;
     std::vector<std::uint16_t> numericSensorIds; ///< of the last endpoint, unwanted ones included
-    std::vector<std::uint16_t> fastSensorIds;    ///< read when older than 1 s
-    std::vector<std::uint16_t> mediumSensorIds;  ///< read when older than 10 s
-    std::vector<std::uint16_t> slowSensorIds;    ///< read when older than 20 s
+    std::vector<std::uint16_t> fastSensorIds;    ///< read at fastAge
+    std::vector<std::uint16_t> mediumSensorIds;  ///< read at mediumAge
+    std::vector<std::uint16_t> slowSensorIds;    ///< read at slowAge
     bool isAmdUbb;                               ///< the endpoint speaks for a whole board
 };
 

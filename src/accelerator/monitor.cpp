@@ -11,8 +11,6 @@ namespace vantric {
 
 namespace {
 
-constexpr std::uint8_t onlyController = 1;
-
 // Sensors that are read more often than the others; sorted.
 constexpr std::array<std::uint16_t, 1> fastSensors{405};
 constexpr std::array<std::uint16_t, 16> mediumSensors{30,  31,  32,  45,  46,  47,  48,  375,
@@ -43,14 +41,14 @@ VantricStatus Accelerator::MonitorTheDevice() {
     {
         const auto lock = endpoints.BeginWork();
         // The same for all endpoints: counted by endpoint, some would never have their turn.
-        const bool statesAreDue = stateSensorCycles.IsDue();
+        const States states = stateSensorCycles.IsDue() ? States::DUE : States::NOT_DUE;
         for (const auto& endpoint : cmds) {
-            const VantricStatus status = MonitorEndpoint(*endpoint, statesAreDue);
+            const VantricStatus status = MonitorEndpoint(*endpoint, states);
             if (status != STATUS_SUCCESS) {
                 return FailedCycle(status);
             }
             if (endpoint == cmds.front()) { // from here on the cycle counts, whatever follows
-                if (statesAreDue) {
+                if (states == States::DUE) {
                     stateSensorCycles.Restart();
                 }
                 stateSensorCycles.Count();
@@ -60,7 +58,7 @@ VantricStatus Accelerator::MonitorTheDevice() {
     return PauseAfterCycle();
 }
 
-VantricStatus Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue) {
+VantricStatus Accelerator::MonitorEndpoint(PLDMCmds& endpoint, States states) {
     if (monitorCycles.IsDue()) {
         monitorCycles.Restart();
         RefreshFWVersion(endpoint, FirmwareUse::PUBLISH);
@@ -72,13 +70,13 @@ VantricStatus Accelerator::MonitorEndpoint(PLDMCmds& endpoint, bool statesAreDue
     ReadingMap readings;
     const VantricStatus status =
         isAmdUbb ? endpoint.GetAllSensorReading(readings) : ReadDueGroups(endpoint, readings);
-    PublishReadings(readings, onlyController);
+    PublishReadings(readings, ControllerAt(1));
     // A sensor that the endpoint doesn't know is no reason for another inventory here.
     if (status != STATUS_SUCCESS && status != STATUS_INVALID_OR_CHANGED) {
         return status;
     }
-    if (statesAreDue) {
-        RefreshStateSensors(endpoint, onlyController);
+    if (states == States::DUE) {
+        RefreshStateSensors(endpoint, ControllerAt(1));
     }
     monitorCycles.Count();
     return STATUS_SUCCESS;

@@ -32,7 +32,6 @@ void Device::Initialize() {
             .slot = slot,
             .ldid = ldid,
             .inventoryBase = inventoryBasePath,
-            .multipleControllers = cmds.size() != 1,
             .identity = identity,
             .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),
         },

@@ -97,10 +97,10 @@ protected:
     static bool ReadChangedRepository(PLDMCmds& endpoint);
 
     /** Reads the endpoint's state sensors and hands what has changed to their objects. */
-    void RefreshStateSensors(PLDMCmds& endpoint, std::uint8_t controller);
+    void RefreshStateSensors(PLDMCmds& endpoint, const Controller& controller);
 
     /** Hands readings to their objects. */
-    void PublishReadings(const ReadingMap& readings, std::uint8_t controller);
+    void PublishReadings(const ReadingMap& readings, const Controller& controller);
 
     /** Logs that a cycle ends with this status and returns it. */
     VantricStatus FailedCycle(VantricStatus status) const;
@@ -111,16 +111,16 @@ protected:
     /** Reads the endpoint's firmware version and keeps it, also if it is empty. */
     void RefreshFWVersion(PLDMCmds& endpoint, FirmwareUse use);
 
-    /** Posts the object of a controller; index counts from 1. */
-    void UpdateControllerInvData(std::uint8_t index);
+    /** The device's controller of this number, from 1. */
+    Controller ControllerAt(std::uint8_t number) const {
+        return cmds.size() == 1 ? onlyController : OneOfSeveral(number);
+    }
+
+    /** Posts the object of a controller. */
+    void UpdateControllerInvData(const Controller& controller);
 
     /** Inventory path of the device. */
-    std::string ObjectPath() const { return ObjectPath(slotNumber); }
-
-    /** That of another slot's device of the same class. */
-    std::string ObjectPath(std::uint16_t slot) const {
-        return inventoryBasePath + std::to_string(slot);
-    }
+    std::string ObjectPath() const { return inventoryBasePath + std::to_string(slotNumber); }
 
     const BusDoors doors;
     const std::uint16_t slotNumber;

@@ -115,10 +115,10 @@ void Device::FRUInventory(PLDMCmds& endpoint) {
         .LogFailure(LOG_LEVEL_TRACE);
 }
 
-void Device::UpdateControllerInvData(std::uint8_t index) {
+void Device::UpdateControllerInvData(const Controller& controller) {
     doors.publisher
         .UpdateControllerInventory({
-            .objectPath = ObjectPath() + "/networkcontroller_" + std::to_string(index),
+            .objectPath = ObjectPath() + "/networkcontroller_" + std::to_string(controller.number),
             .deviceLdid = ldid,
             .slot = slotNumber,
             .cpuAffinity = static_cast<std::uint8_t>(cpuAffinity),

@@ -12,13 +12,13 @@ bool Device::ReadChangedRepository(PLDMCmds& endpoint) {
     return endpoint.GetPDRRepositoryInfo(unforcedRead) == STATUS_INVALID_OR_CHANGED;
 }
 
-void Device::RefreshStateSensors(PLDMCmds& endpoint, std::uint8_t controller) {
+void Device::RefreshStateSensors(PLDMCmds& endpoint, const Controller& controller) {
     StateChangeMap changes;
     endpoint.GetStateSensorReading(changes); // what changed is good, whatever else failed
     modeling->UpdateStateSensorValue(changes, controller);
 }
 
-void Device::PublishReadings(const ReadingMap& readings, std::uint8_t controller) {
+void Device::PublishReadings(const ReadingMap& readings, const Controller& controller) {
     for (const auto& [sensorId, reading] : readings) {
         const auto& [sensorKind, value] = reading;
         modeling->UpdateSensorTempValue(sensorId, value, sensorKind, controller);

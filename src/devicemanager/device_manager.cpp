@@ -86,7 +86,7 @@ void DeviceManager::createDevicesFromDiscoveredMap(const DiscoveredMap& discover
         if (details.i2cEIDs.empty() && details.vdmEIDs.empty()) {
             continue;
         }
-        if (createDevice(ldid, details) != Creation::NOT_SUPPORTED) {
+        if (createDevice(ldid, details)) {
             discoveredDevices.push_back(ldid);
         } else {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "createDevice() failed for device [%s]\n", ldid.c_str());
@@ -94,20 +94,19 @@ void DeviceManager::createDevicesFromDiscoveredMap(const DiscoveredMap& discover
     }
 }
 
-DeviceManager::Creation DeviceManager::createDevice(const std::string& ldid,
-                                                    const DeviceDetails& details) {
+bool DeviceManager::createDevice(const std::string& ldid, const DeviceDetails& details) {
     if (UpdateExistingDevice(ldid, details)) {
-        return Creation::EXISTED;
+        return true;
     }
     const auto device = MakeDevice(details, doors);
     if (!device) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Device type [%d] is not supported\n", details.deviceType);
-        return Creation::NOT_SUPPORTED;
+        return false;
     }
     device->Initialize();
     const std::scoped_lock lock(devicesMutex);
     devices.emplace(ldid, device);
-    return Creation::STARTED;
+    return true;
 }
 
 bool DeviceManager::UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details) {

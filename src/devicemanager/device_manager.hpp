@@ -39,10 +39,10 @@ public:
     DiscoveredMap filterPLDMSupportedDevices(const std::any& payload) const;
 
 private:
-    enum class Creation { STARTED = 0, NOT_SUPPORTED = 2, EXISTED = 6 };
-
     void createDevicesFromDiscoveredMap(const DiscoveredMap& discovered);
-    Creation createDevice(const std::string& ldid, const DeviceDetails& details);
+    /** Makes a device, or updates it. Returns false if its class isn't served. */
+    bool createDevice(const std::string& ldid, const DeviceDetails& details);
+    /** Returns false if there is no such device. */
     bool UpdateExistingDevice(const std::string& ldid, const DeviceDetails& details);
     void RemoveUndiscoveredDevices();
     void SetFwUpdateInProgress(bool inProgress);

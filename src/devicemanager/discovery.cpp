@@ -82,7 +82,7 @@ DeviceManager::filterPLDMSupportedDevices(const std::any& payload) const {
     if (table == nullptr || *table == nullptr) {
         return discovered;
     }
-    // The entries stand behind the head; the library vouches for their number and nothing else.
+    // The entries stand after the head; the library vouches for their number and nothing else.
     const auto* entries = reinterpret_cast<const std::uint8_t*>(*table) + sizeof(**table);
     const std::span<const std::uint8_t> bytes(entries, (*table)->entryCount * endPointEntrySize);
     for (std::size_t at = 0; at < bytes.size(); at += endPointEntrySize) {

@@ -11,8 +11,6 @@ namespace vantric {
 
 namespace {
 
-constexpr std::uint8_t onlyController = 1;
-
 /** What is posted of a record. The temperature stays behind: an object begins without a reading,
  *  and the mark for "not available", which the record holds before its first poll, would raise the
  *  high alarms. */
@@ -97,7 +95,7 @@ VantricStatus MemoryDevice::MonitorEndpoint(PLDMCmds& endpoint) {
     monitorCycles.Count();
     ReadingMap readings;
     const VantricStatus status = endpoint.GetAllSensorReading(readings);
-    PublishReadings(readings, onlyController);
+    PublishReadings(readings, ControllerAt(1));
     return status;
 }
 

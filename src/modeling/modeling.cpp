@@ -25,13 +25,13 @@ Modeling::~Modeling() {
 }
 
 void Modeling::CreatePDRTree(const std::shared_ptr<__extractedData>& extractedData,
-                             std::uint8_t controller) {
+                             const Controller& controller) {
     if (!extractedData) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Extracted data is null\n");
         return;
     }
-    if (controller == secondController) {
-        ModelSecondController(*extractedData);
+    if (controller.IsSecond()) {
+        ModelSecondController(*extractedData, controller);
         return;
     }
     DeleteDBUSPaths(CLEAR_SENSORS);
@@ -42,11 +42,11 @@ void Modeling::CreatePDRTree(const std::shared_ptr<__extractedData>& extractedDa
     }
     AttachNumericSensors(extractedData->numericSensors);
     AttachStateSensors(extractedData->stateSensors);
-    WalkTree(*tree.Root());
+    WalkTree(*tree.Root(), controller.tag);
 }
 
 void Modeling::ModelWithoutTree(const std::shared_ptr<__extractedData>& extractedData,
-                                std::uint8_t controller) {
+                                const Controller& controller) {
     for (const auto& record : extractedData->numericSensors) {
         __Sensor sensor = ReduceSensor(*record);
         sensor.entityInstance = 0;
@@ -61,10 +61,11 @@ void Modeling::ModelWithoutTree(const std::shared_ptr<__extractedData>& extracte
     }
 }
 
-void Modeling::ModelSecondController(const __extractedData& extractedData) {
+void Modeling::ModelSecondController(const __extractedData& extractedData,
+                                     const Controller& controller) {
     SecondControllerNumbers numbers(portCount);
     for (const auto& record : extractedData.numericSensors) {
-        SensorInsertRequest request = PlaceOnController(ReduceSensor(*record), secondController);
+        SensorInsertRequest request = PlaceOnController(ReduceSensor(*record), controller);
         numbers.Number(request);
         UpdateDbusForNumericSensor(std::move(request));
     }
@@ -72,25 +73,25 @@ void Modeling::ModelSecondController(const __extractedData& extractedData) {
         if (LogUnlessSupported(sensor->entityType)) {
             StateSensorRequest request = DescribeWithSetNames(*sensor);
             const std::string entityPiece = numbers.Number(request);
-            UpdateDbus(std::move(request), secondController, entityPiece);
+            UpdateDbus(std::move(request), controller, entityPiece);
         }
     }
 }
 
-SensorInsertRequest Modeling::PlaceOnController(__Sensor sensor, std::uint8_t controller) const {
-    const ControllerTag tag = Tag(controller);
-    sensor.entityInstance = InstanceOnController(sensor, tag);
+SensorInsertRequest Modeling::PlaceOnController(__Sensor sensor,
+                                                const Controller& controller) const {
+    sensor.entityInstance = InstanceOnController(sensor, controller);
     SensorInsertRequest request = Describe(sensor);
-    request.objectPath = SensorPath(sensor, device.ldid, tag);
+    request.objectPath = SensorPath(sensor, device.ldid, controller.tag);
     request.inventoryPath = InventoryRoot() + ControllerPiece(controller);
     request.entityName = EntityWord(ENTITY_NETWORK_CONTROLLER);
     return request;
 }
 
-void Modeling::UpdateDbus(StateSensorRequest request, std::uint8_t controller,
+void Modeling::UpdateDbus(StateSensorRequest request, const Controller& controller,
                           const std::string& entityPiece) {
     request.statePath = InventoryRoot() + PieceWithoutNode(request.entityType, controller) +
-                        entityPiece + StateSensorTail(Tag(controller), request.sensorId);
+                        entityPiece + StateSensorTail(controller.tag, request.sensorId);
     UpdateDbusForStateSensor(std::move(request));
 }
 
@@ -161,10 +162,6 @@ bool Modeling::LogUnlessSupported(std::uint16_t entityType) {
 
 std::string Modeling::InventoryRoot() const {
     return device.inventoryBase + std::to_string(device.slot);
-}
-
-ControllerTag Modeling::Tag(std::uint8_t controller) const {
-    return device.multipleControllers ? TagOfController(controller) : CONTROLLER_UNTOLD;
 }
 
 __Sensor ReduceSensor(const __Temp_sensors& record) {

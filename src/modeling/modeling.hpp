@@ -19,7 +19,6 @@ struct ModelingParameters {
     std::uint8_t slot = 0;
     std::string ldid;          ///< such as NIC.Slot.3
     std::string inventoryBase; ///< base path of the device's class, ends in a slash
-    bool multipleControllers = false;
     PciIdentity identity;
     std::uint8_t cpuAffinity = 0;
 };
@@ -42,27 +41,26 @@ public:
 
     /** Publishes the sensors of an endpoint that tells of its entities.
      *
-     *  Controller 2 goes without a tree: its ports and sensors are numbered after those of
-     *  controller 1, whose tree and objects stay. Any other number removes the sensor objects of
-     *  the device (DeleteDBUSPaths), and builds and publishes anew.
+     *  A second controller goes without a tree: its ports and sensors are numbered after those of
+     *  the first, whose tree and objects stay. Any other removes the sensor objects of the device
+     *  (DeleteDBUSPaths), and builds and publishes anew.
      *  @param extractedData what the endpoint told; nullptr is logged and changes nothing. Numbers
      *         of its state sensors' entities are brought in line with the paths */
     void CreatePDRTree(const std::shared_ptr<__extractedData>& extractedData,
-                       std::uint8_t controller);
+                       const Controller& controller);
 
-    /** Publishes the sensors of an endpoint that tells nothing of its entities. Removes nothing.
-     *  @param controller number of the endpoint's controller, from 1 */
+    /** Publishes the sensors of an endpoint that tells nothing of its entities. Removes nothing. */
     void ModelWithoutTree(const std::shared_ptr<__extractedData>& extractedData,
-                          std::uint8_t controller);
+                          const Controller& controller);
 
     /** Sends a reading to the object of its sensor.
      *  @param value in whole units of the sensor, or readingUnavailable */
     void UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value, std::uint8_t sensorKind,
-                               std::uint8_t controller);
+                               const Controller& controller);
 
     /** Sends the states of state sensors to their objects, as texts, and the device's health where
      *  one of them tells it. */
-    void UpdateStateSensorValue(const StateChangeMap& readings, std::uint8_t controller);
+    void UpdateStateSensorValue(const StateChangeMap& readings, const Controller& controller);
 
     /** Sends the device's health to its inventory objects.
      *  @param text a state of the "Health State" set; any other text means unknown */
@@ -79,17 +77,18 @@ private:
     // With a tree: sensors are hung on its nodes, and a walk publishes what hangs there.
     void AttachNumericSensors(const NumericSensors& sensors);
     void AttachStateSensors(const StateSensors& stateSensors);
-    void WalkTree(PDRTree& node);
-    void UpdateDbus(PDRTree& node);
-    void NumericSensorHandler(const __Sensor& sensor, PDRTree& node,
+    void WalkTree(PDRTree& node, ControllerTag tag);
+    void UpdateDbus(PDRTree& node, ControllerTag tag);
+    void NumericSensorHandler(const __Sensor& sensor, PDRTree& node, ControllerTag tag,
                               const std::string& inventoryPath);
-    void StateSensorHandler(_StateSensors& sensor, const std::string& inventoryPath);
+    void StateSensorHandler(_StateSensors& sensor, ControllerTag tag,
+                            const std::string& inventoryPath);
 
     // Without one: a sensor belongs to its controller as a whole.
-    void ModelSecondController(const __extractedData& extractedData);
-    SensorInsertRequest PlaceOnController(__Sensor sensor, std::uint8_t controller) const;
+    void ModelSecondController(const __extractedData& extractedData, const Controller& controller);
+    SensorInsertRequest PlaceOnController(__Sensor sensor, const Controller& controller) const;
     StateSensorRequest DescribeWithSetNames(const _StateSensors& sensor) const;
-    void UpdateDbus(StateSensorRequest request, std::uint8_t controller,
+    void UpdateDbus(StateSensorRequest request, const Controller& controller,
                     const std::string& entityPiece);
 
     /** What a request holds of a sensor wherever it belongs. */
@@ -98,12 +97,11 @@ private:
     void UpdateDbusForNumericSensor(SensorInsertRequest request);
     void UpdateDbusForStateSensor(StateSensorRequest request);
 
-    void UpdateThermalSensorForAllLDIDs(std::int32_t value, std::uint8_t controller);
+    void UpdateThermalSensorForAllLDIDs(std::int32_t value, const Controller& controller);
 
     /** Whether an entity type has a word; writes a line if it has none. */
     static bool LogUnlessSupported(std::uint16_t entityType);
     std::string InventoryRoot() const;
-    ControllerTag Tag(std::uint8_t controller) const;
 
     const ModelingParameters device;
     Publisher& publisher;

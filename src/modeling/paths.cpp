@@ -50,7 +50,7 @@ std::string NodePiece(const EntityTree& tree, const PDRTree& node) {
                                                            : EntityPath(tree, node);
 }
 
-std::string PieceWithoutNode(std::uint16_t entityType, std::uint8_t controller) {
+std::string PieceWithoutNode(std::uint16_t entityType, const Controller& controller) {
     // The outermost connector types have always had the longer path.
     const bool underController =
         entityType <= ENTITY_RJ45 || entityType >= ENTITY_UNKNOWN_CONNECTOR;

@@ -27,7 +27,7 @@ std::string NodePiece(const EntityTree& tree, const PDRTree& node);
 
 /** What the path of a state sensor without a node has after the device's: the controller, which
  *  most connectors don't have above them. */
-std::string PieceWithoutNode(std::uint16_t entityType, std::uint8_t controller);
+std::string PieceWithoutNode(std::uint16_t entityType, const Controller& controller);
 
 /** The number after the first "connector_" of a path, modulo 256; 0 if there is none. */
 std::uint8_t ConnectorNumber(std::string_view path);

@@ -6,19 +6,17 @@
 
 namespace vantric {
 
-std::string ControllerPiece(std::uint8_t controller) {
-    return "/" + EntityName(ENTITY_NETWORK_CONTROLLER,
-                            controller == secondController ? secondController : 1);
+std::string ControllerPiece(const Controller& controller) {
+    return "/" + EntityName(ENTITY_NETWORK_CONTROLLER, controller.IsSecond() ? 2 : 1);
 }
 
-std::uint16_t InstanceOnController(const __Sensor& sensor, ControllerTag tag) {
-    const bool second = tag == CONTROLLER_2 && sensor.entityType == ENTITY_NETWORK_CONTROLLER;
+std::uint16_t InstanceOnController(const __Sensor& sensor, const Controller& controller) {
+    const bool second = controller.IsSecond() && sensor.entityType == ENTITY_NETWORK_CONTROLLER;
     return static_cast<std::uint16_t>(sensor.entityInstance + (second ? 1 : 0));
 }
 
-std::string ReadingKey(std::uint8_t controller, ControllerTag tag, std::uint16_t sensorId) {
-    return controller == secondController ? TaggedId(CONTROLLER_2, sensorId)
-                                          : SensorTail(tag, sensorId);
+std::string ReadingKey(ControllerTag tag, std::uint16_t sensorId) {
+    return tag == CONTROLLER_2 ? TaggedId(tag, sensorId) : SensorTail(tag, sensorId);
 }
 
 void SecondControllerNumbers::Number(SensorInsertRequest& request) {

@@ -10,18 +10,15 @@
 
 namespace vantric {
 
-/** Number of the second controller. Every other number stands for the first. */
-inline constexpr std::uint8_t secondController = 2;
-
 /** The piece of an inventory path for a controller. */
-std::string ControllerPiece(std::uint8_t controller);
+std::string ControllerPiece(const Controller& controller);
 
 /** The instance of a sensor's entity where the sensor belongs to its controller as a whole: a
  * second network controller counts itself as the first. */
-std::uint16_t InstanceOnController(const __Sensor& sensor, ControllerTag tag);
+std::uint16_t InstanceOnController(const __Sensor& sensor, const Controller& controller);
 
 /** The tail of a numeric sensor's path by which its readings find the object. */
-std::string ReadingKey(std::uint8_t controller, ControllerTag tag, std::uint16_t sensorId);
+std::string ReadingKey(ControllerTag tag, std::uint16_t sensorId);
 
 /** Numbers the sensors of a second controller, in their order. Each count is a byte and wraps. */
 class SecondControllerNumbers {

@@ -12,9 +12,6 @@ namespace vantric {
 
 namespace {
 
-/** The controller whose sensors hang on the tree. */
-constexpr std::uint8_t treeController = 1;
-
 /** False for the second occurrence of an entity: the container node below its contained node. */
 bool IsFirstOccurrence(const PDRTree& node, const PDRTree& root) {
     return node.entityType == root.entityType ||
@@ -37,19 +34,19 @@ void Modeling::AttachStateSensors(const StateSensors& stateSensors) {
     }
 }
 
-void Modeling::WalkTree(PDRTree& node) {
+void Modeling::WalkTree(PDRTree& node, ControllerTag tag) {
     if (IsFirstOccurrence(node, *tree.Root())) {
         if (IsPort(node.entityType)) {
             ++portCount;
         }
-        UpdateDbus(node);
+        UpdateDbus(node, tag);
     }
     for (const auto& child : node.children) {
-        WalkTree(*child);
+        WalkTree(*child, tag);
     }
 }
 
-void Modeling::UpdateDbus(PDRTree& node) {
+void Modeling::UpdateDbus(PDRTree& node, ControllerTag tag) {
     if (EntityWord(node.entityType).empty()) {
         return;
     }
@@ -62,16 +59,16 @@ void Modeling::UpdateDbus(PDRTree& node) {
     }
     const std::string path = InventoryRoot() + NodePiece(tree, node);
     for (const auto& sensor : node.sensors) {
-        NumericSensorHandler(*sensor, node, path);
+        NumericSensorHandler(*sensor, node, tag, path);
     }
     // A connector may have got its number just now.
     const std::string numberedPath = InventoryRoot() + NodePiece(tree, node);
     for (const auto& sensor : node.stateSensors) {
-        StateSensorHandler(*sensor, numberedPath);
+        StateSensorHandler(*sensor, tag, numberedPath);
     }
 }
 
-void Modeling::NumericSensorHandler(const __Sensor& sensor, PDRTree& node,
+void Modeling::NumericSensorHandler(const __Sensor& sensor, PDRTree& node, ControllerTag tag,
                                     const std::string& inventoryPath) {
     if (!LogUnlessSupported(sensor.entityType)) {
         return;
@@ -83,7 +80,7 @@ void Modeling::NumericSensorHandler(const __Sensor& sensor, PDRTree& node,
         }
         return;
     }
-    request.objectPath = SensorPath(sensor, device.ldid, Tag(treeController));
+    request.objectPath = SensorPath(sensor, device.ldid, tag);
     request.inventoryPath = inventoryPath;
     request.entityName = EntityName(node.entityType, node.entityInstance);
     const std::uint8_t connector = ConnectorNumber(inventoryPath);
@@ -95,7 +92,8 @@ void Modeling::NumericSensorHandler(const __Sensor& sensor, PDRTree& node,
     UpdateDbusForNumericSensor(std::move(request));
 }
 
-void Modeling::StateSensorHandler(_StateSensors& sensor, const std::string& inventoryPath) {
+void Modeling::StateSensorHandler(_StateSensors& sensor, ControllerTag tag,
+                                  const std::string& inventoryPath) {
     if (!LogUnlessSupported(sensor.entityType)) {
         return;
     }
@@ -107,7 +105,7 @@ void Modeling::StateSensorHandler(_StateSensors& sensor, const std::string& inve
         sensor.entityInstanceNumber = 0;
     }
     StateSensorRequest request = Describe(sensor);
-    request.statePath = inventoryPath + StateSensorTail(Tag(treeController), sensor.sensorId);
+    request.statePath = inventoryPath + StateSensorTail(tag, sensor.sensorId);
     request.secondLdid = device.ldid;
     if (accelerator_board::IsBoard(device.identity)) {
         accelerator_board::VirtualStateSensorPath(request);

@@ -32,7 +32,7 @@ std::string StateText(const std::string& setName, std::uint8_t state) {
 } // namespace
 
 void Modeling::UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value,
-                                     std::uint8_t sensorKind, std::uint8_t controller) {
+                                     std::uint8_t sensorKind, const Controller& controller) {
     if (accelerator_board::IsBoard(device.identity) && sensorKind == SENSOR_KIND_THERMAL) {
         UpdateThermalSensorForAllLDIDs(value, controller);
         return;
@@ -40,15 +40,15 @@ void Modeling::UpdateSensorTempValue(std::uint16_t sensorId, std::int32_t value,
     SensorValueRequest request;
     request.value = value;
     request.deviceLdid = device.ldid;
-    request.pathText = ReadingKey(controller, Tag(controller), sensorId);
+    request.pathText = ReadingKey(controller.tag, sensorId);
     request.slot = device.slot;
     request.sensorKind = sensorKind;
-    request.controller = controller;
+    request.controller = controller.number;
     publisher.SetSensorValue(std::move(request))
         .LogFailure(LOG_LEVEL_ERROR, "OneWayChannel_Execute dbusSetSensorValue");
 }
 
-void Modeling::UpdateThermalSensorForAllLDIDs(std::int32_t value, std::uint8_t controller) {
+void Modeling::UpdateThermalSensorForAllLDIDs(std::int32_t value, const Controller& controller) {
     // All thermal readings of the board are readings of the one shared sensor.
     for (const std::uint8_t slot : accelerator_board::slots) {
         SensorValueRequest request;
@@ -57,7 +57,7 @@ void Modeling::UpdateThermalSensorForAllLDIDs(std::int32_t value, std::uint8_t c
         request.pathText = accelerator_board::SharedSensorKey(slot);
         request.slot = device.slot;
         request.sensorKind = SENSOR_KIND_THERMAL;
-        request.controller = controller;
+        request.controller = controller.number;
         const int result = publisher.SetSensorValue(std::move(request)).ExecRet();
         if (result != 0) {
             VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for virtual slot = %d, execRet = %d\n", slot,
@@ -66,11 +66,12 @@ void Modeling::UpdateThermalSensorForAllLDIDs(std::int32_t value, std::uint8_t c
     }
 }
 
-void Modeling::UpdateStateSensorValue(const StateChangeMap& readings, std::uint8_t controller) {
+void Modeling::UpdateStateSensorValue(const StateChangeMap& readings,
+                                      const Controller& controller) {
     for (const auto& [sensorId, change] : readings) {
         StateSensorRequest request;
         request.slot = device.slot;
-        request.controller = controller;
+        request.controller = controller.number;
         request.memberNames = change.memberNames;
         const std::size_t count = std::min(change.presentStates.size(), change.stateSetIds.size());
         for (std::size_t member = 0; member < count; ++member) {
@@ -83,7 +84,7 @@ void Modeling::UpdateStateSensorValue(const StateChangeMap& readings, std::uint8
             request.valueTexts.push_back(std::move(text));
         }
         request.deviceLdid = device.ldid;
-        request.searchKey = StateSensorTail(Tag(controller), sensorId);
+        request.searchKey = StateSensorTail(controller.tag, sensorId);
         publisher.SetStateSensorValue(std::move(request)).LogFailure(LOG_LEVEL_TRACE);
     }
 }

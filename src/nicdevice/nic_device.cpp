@@ -23,8 +23,9 @@ void NicDevice::InventoryTheDevice() {
 }
 
 void NicDevice::ModelControllers() {
-    std::uint8_t controller = 1;
+    std::uint8_t number = 1;
     for (auto& endpoint : cmds) {
+        const Controller controller = ControllerAt(number++);
         for (const auto& sensor : endpoint->ExtractedData().numericSensors) {
             sensor->sensorNeededFor = KindOnNetworkCard(sensor->baseUnit);
         }
@@ -35,16 +36,15 @@ void NicDevice::ModelControllers() {
             modeling->ModelWithoutTree(extractedData, controller);
         }
         UpdateControllerInvData(controller);
-        ++controller;
     }
 }
 
 VantricStatus NicDevice::MonitorTheDevice() {
     {
         const auto lock = endpoints.BeginWork();
-        std::uint8_t controller = 1;
+        std::uint8_t number = 1;
         for (auto& endpoint : cmds) {
-            const VantricStatus status = MonitorController(*endpoint, controller);
+            const VantricStatus status = MonitorController(*endpoint, ControllerAt(number++));
             if (status != STATUS_SUCCESS) {
                 FailedCycle(status);
                 if (!ToleratesMonitorFailure()) {
@@ -53,13 +53,12 @@ VantricStatus NicDevice::MonitorTheDevice() {
                 ++i2cMonitorFailures;
                 return STATUS_SUCCESS;
             }
-            ++controller;
         }
     }
     return PauseAfterCycle();
 }
 
-VantricStatus NicDevice::MonitorController(PLDMCmds& endpoint, std::uint8_t controller) {
+VantricStatus NicDevice::MonitorController(PLDMCmds& endpoint, const Controller& controller) {
     if (monitorCycles.IsDue()) {
         monitorCycles.Restart();
         RefreshFWVersion(endpoint, FirmwareUse::PUBLISH);

@@ -15,7 +15,7 @@ protected:
     VantricStatus MonitorTheDevice() override;
 
 private:
-    VantricStatus MonitorController(PLDMCmds& endpoint, std::uint8_t controller);
+    VantricStatus MonitorController(PLDMCmds& endpoint, const Controller& controller);
     void ModelControllers();
     bool ToleratesMonitorFailure() const;
 

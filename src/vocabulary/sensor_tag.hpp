@@ -1,4 +1,5 @@
-/** How paths and keys end that name a sensor: its id, after a tag that tells its controller. */
+/** Which controller a sensor belongs to, and how paths and keys end that name it: its id, after a
+ * tag that tells the controller. */
 #pragma once
 
 #include <cstdint>
@@ -14,9 +15,20 @@ enum ControllerTag : std::uint8_t {
     CONTROLLER_2 = 2,      ///< "sensorid_ctrl2_"
 };
 
-/** The tag of a controller, by its number from 1, on a device that has several. */
-constexpr ControllerTag TagOfController(std::uint8_t controller) {
-    return controller == 2 ? CONTROLLER_2 : CONTROLLER_1;
+/** A controller of a device. */
+struct Controller {
+    std::uint8_t number = 1; ///< from 1
+    ControllerTag tag = CONTROLLER_UNTOLD;
+
+    constexpr bool IsSecond() const { return tag == CONTROLLER_2; }
+};
+
+/** That of a device which has no other. */
+inline constexpr Controller onlyController{};
+
+/** One of several, by its number from 1. Paths tell a third as the first. */
+constexpr Controller OneOfSeveral(std::uint8_t number) {
+    return {number, number == 2 ? CONTROLLER_2 : CONTROLLER_1};
 }
 
 /** The tag and the id: "sensorid_5", "sensorid_ctrl1_5", "sensorid_ctrl2_5". */

@@ -7,7 +7,7 @@ namespace {
 
 class AcceleratorBoardTest : public ModelingTest {
 protected:
-    AcceleratorBoardTest() { Begin(true, {0x1002, 0x1002, 0, 0x75A0}); }
+    AcceleratorBoardTest() { Begin({0x1002, 0x1002, 0, 0x75A0}); }
 
     /** A board whose root is the card and which holds two logical accelerators. */
     static ToldCard Board() {
@@ -41,7 +41,7 @@ TEST_F(AcceleratorBoardTest, ShowsItsSharedSensorAndItsReadingsAtEachAccelerator
     }
     EXPECT_EQ(Shown(Publish(Board().Numeric(1, {32917, 8, 1}, BASE_UNIT_WATTS))), expected);
 
-    modeling->UpdateSensorTempValue(77, readingUnavailable, SENSOR_KIND_THERMAL, 6);
+    modeling->UpdateSensorTempValue(77, readingUnavailable, SENSOR_KIND_THERMAL, third);
     const auto values = TakePosted().values;
     ASSERT_EQ(values.size(), 8U);
     for (std::size_t index = 0; index < 8; ++index) {
@@ -50,14 +50,14 @@ TEST_F(AcceleratorBoardTest, ShowsItsSharedSensorAndItsReadingsAtEachAccelerator
         EXPECT_EQ(values[index].deviceLdid, "NIC.Slot.3");
         EXPECT_EQ(values[index].slot, 3);
         EXPECT_EQ(values[index].sensorKind, SENSOR_KIND_THERMAL);
-        EXPECT_EQ(values[index].controller, 6);
+        EXPECT_EQ(values[index].controller, 3);
     }
     for (const std::uint8_t kind : {SENSOR_KIND_THERMAL_PROBE, SENSOR_KIND_PROBE}) {
-        modeling->UpdateSensorTempValue(77, 5, kind, 1);
+        modeling->UpdateSensorTempValue(77, 5, kind, first);
         EXPECT_EQ(TakePosted().values.at(0).pathText, "_sensorid_ctrl1_77");
     }
     SetPostResult(-5);
-    modeling->UpdateSensorTempValue(77, 5, SENSOR_KIND_THERMAL, 1);
+    modeling->UpdateSensorTempValue(77, 5, SENSOR_KIND_THERMAL, first);
     ASSERT_EQ(log.Messages(1).size(), 8U);
     EXPECT_EQ(log.Messages(1)[7], "Failed for virtual slot = 28, execRet = -5\n");
 }
@@ -124,8 +124,8 @@ TEST_F(AcceleratorBoardTest, ShowsAStateSensorAtItselfOrAtAnAccelerator) {
         slots + "21/sensor/state/sensorid_3 0 ProcAccelerator.Slot.21-1",
         "C/ethernet_1/sensor/state/sensorid_ctrl1_6 1 NIC.Slot.3",
     };
-    EXPECT_EQ(Shown(Publish(card)), expected);
-    EXPECT_EQ(Shown(Publish(card)), expected) << "building anew finds another place";
+    EXPECT_EQ(Shown(Publish(card, first)), expected);
+    EXPECT_EQ(Shown(Publish(card, first)), expected) << "building anew finds another place";
 }
 
 } // namespace

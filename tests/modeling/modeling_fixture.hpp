@@ -17,6 +17,10 @@ namespace vantric::test {
 
 using Texts = std::vector<std::string>;
 
+inline constexpr Controller first = OneOfSeveral(1);
+inline constexpr Controller second = OneOfSeveral(2);
+inline constexpr Controller third = OneOfSeveral(3);
+
 /** An entity as PDRs name it. */
 struct Entity {
     std::uint16_t type = 0;
@@ -134,7 +138,7 @@ class ModelingTest : public testing::Test {
 protected:
     ModelingTest() {
         SetClockScale(0);
-        Begin(false);
+        Begin();
     }
 
     ~ModelingTest() override {
@@ -144,13 +148,12 @@ protected:
     }
 
     /** Makes the device anew: the card in slot 3. */
-    void Begin(bool multipleControllers, const PciIdentity& identity = {}) {
+    void Begin(const PciIdentity& identity = {}) {
         modeling = std::make_unique<Modeling>(
             ModelingParameters{.slot = 3,
                                .ldid = "NIC.Slot.3",
                                .inventoryBase =
                                    "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/",
-                               .multipleControllers = multipleControllers,
                                .identity = identity,
                                .cpuAffinity = 1},
             RecordingDoors().publisher);
@@ -158,13 +161,13 @@ protected:
     }
 
     /** What the device posts for an endpoint that tells of its entities. */
-    PostedRequests Publish(const ToldCard& card, std::uint8_t controller = 1) {
+    PostedRequests Publish(const ToldCard& card, const Controller& controller = onlyController) {
         modeling->CreatePDRTree(card.data, controller);
         return TakePosted();
     }
 
     /** The same for one that tells of none. */
-    PostedRequests PublishFlat(const ToldCard& card, std::uint8_t controller) {
+    PostedRequests PublishFlat(const ToldCard& card, const Controller& controller) {
         modeling->ModelWithoutTree(card.data, controller);
         return TakePosted();
     }

@@ -8,7 +8,7 @@ class PublishedSensorsTest : public ModelingTest {
 protected:
     /** Makes a device of two controllers, the first of which has this many ports. */
     void BeginWithPorts(std::uint16_t ports) {
-        Begin(true);
+        Begin();
         std::vector<Entity> contained;
         for (std::uint16_t port = 1; port <= ports; ++port) {
             contained.push_back({300, port, 2});
@@ -17,9 +17,9 @@ protected:
             ToldCard().Physical(1, {68, 1, 0}, {{144, 1, 1}}).Physical(2, {144, 1, 1}, contained));
     }
 
-    Texts EntityNames(const ToldCard& card, std::uint8_t controller) {
+    Texts EntityNames(const ToldCard& card) {
         Texts names;
-        for (const auto& sensor : Publish(card, controller).sensors) {
+        for (const auto& sensor : Publish(card, second).sensors) {
             names.push_back(sensor.entityName);
         }
         return names;
@@ -29,8 +29,8 @@ protected:
 };
 
 TEST_F(PublishedSensorsTest, StandWhereTheTreeHoldsTheirEntities) {
-    for (const bool controllers : {false, true}) {
-        Begin(controllers);
+    for (const auto& controller : {onlyController, first}) {
+        Begin();
         const auto card = NetworkCard()
                               .Physical(5, {144, 1, 1}, {{300, 258, 5}})
                               .Numeric(1, {68, 1, 1})
@@ -45,10 +45,10 @@ TEST_F(PublishedSensorsTest, StandWhereTheTreeHoldsTheirEntities) {
                               .State(14, {68, 1, 1})
                               .State(15, {149, 6, 9})
                               .State(16, {80, 4, 9});
-        const std::string tag = controllers ? "ctrl1_" : "";
+        const std::string tag = controller.tag == CONTROLLER_1 ? "ctrl1_" : "";
         const std::string port1 = "C/networkcontroller_1/ethernet_1";
         const std::string state = "/sensor/state/sensorid_" + tag;
-        EXPECT_EQ(Shown(Publish(card)),
+        EXPECT_EQ(Shown(Publish(card, controller)),
                   (Texts{"T:" + tag + "1 C add_in_card_1 1", "T:" + tag + "6 C add_in_card_1 1",
                          "T:" + tag + "2 " + port1 + " ethernet_1 1",
                          "T:" + tag + "4 " + port1 + "/sfp_8079_1 sfp_8079_1 1",
@@ -175,7 +175,7 @@ TEST_F(PublishedSensorsTest, OfASecondControllerAreNumberedAfterThePortsOfTheFir
     };
     for (const auto& [entity, unit, numeric, state, instance] : rows) {
         BeginWithPorts(2);
-        const auto posted = Publish(ToldCard().Numeric(5, entity, unit).State(9, entity), 2);
+        const auto posted = Publish(ToldCard().Numeric(5, entity, unit).State(9, entity), second);
         EXPECT_EQ(
             Shown(posted),
             (Texts{numeric.substr(0, 1) + ":ctrl2_5 C/networkcontroller_2" + numeric.substr(1),
@@ -198,59 +198,56 @@ TEST_F(PublishedSensorsTest, OfASecondControllerAreCountedByKindAndTheCountWraps
          {std::tuple(2, "3", "4"), {254, "255", "0"}, {257, "2", "3"}}) {
         BeginWithPorts(static_cast<std::uint16_t>(ports));
         for (int round = 0; round < 2; ++round) { // counting begins anew each time
-            const std::string first = std::string("ethernet") + next;
-            const std::string second = std::string("ethernet") + after;
-            EXPECT_EQ(EntityNames(card, 2),
-                      (Texts{first, first, "networkcontroller2", second, second}));
+            const std::string one = std::string("ethernet") + next;
+            const std::string two = std::string("ethernet") + after;
+            EXPECT_EQ(EntityNames(card), (Texts{one, one, "networkcontroller2", two, two}));
         }
-        EXPECT_EQ(Short(Publish(card, 2).stateSensors.at(2).statePath),
+        EXPECT_EQ(Short(Publish(card, second).stateSensors.at(2).statePath),
                   std::string("C/connector_") + after + "/qsfp_1/sensor/state/sensorid_ctrl2_8");
     }
 }
 
 TEST_F(PublishedSensorsTest, OfASecondControllerLeaveTheFirstOneAlone) {
     // Ports are ethernet, InfiniBand and Fibre Channel; one of them stands again as a container.
-    const auto first =
+    const auto card =
         ToldCard()
             .Physical(1, {68, 1, 0}, {{144, 1, 1}})
             .Physical(2, {144, 1, 1}, {{300, 1, 2}, {301, 1, 2}, {302, 1, 2}, {303, 1, 2}})
             .Physical(3, {300, 1, 2}, {{202, 1, 3}})
             .State(9, {300, 1, 2});
-    Begin(true);
-    Publish(first);
-    for (const std::uint8_t controller : {1, 2, 3}) {
-        EXPECT_EQ(EntityNames(NetworkCard().Numeric(5, {300, 1, 2}), 2), Texts{"ethernet4"});
-        PublishFlat(first, controller);
+    Publish(card, first);
+    for (const auto& controller : {first, second, third}) {
+        EXPECT_EQ(EntityNames(NetworkCard().Numeric(5, {300, 1, 2})), Texts{"ethernet4"});
+        PublishFlat(card, controller);
     }
-    EXPECT_EQ(first.data->stateSensors[0].use_count(), 2) << "the tree holds it too";
+    EXPECT_EQ(card.data->stateSensors[0].use_count(), 2) << "the tree holds it too";
     modeling.reset();
     const auto posted = TakePosted();
     EXPECT_EQ(posted.order, Texts{"Clear"});
     EXPECT_EQ(posted.clears.at(0).mode, CLEAR_ALL);
-    EXPECT_EQ(first.data->stateSensors[0].use_count(), 1);
+    EXPECT_EQ(card.data->stateSensors[0].use_count(), 1);
 }
 
 TEST_F(PublishedSensorsTest, WithoutEntitiesBelongToTheirController) {
     const struct {
-        bool controllers;
-        std::uint8_t controller;
+        Controller controller;
         std::uint16_t type;
         std::string tag;
         std::string numeric; ///< piece of the path and instance
         std::string state;
     } rows[] = {
-        {false, 1, 300, "", "1 networkcontroller 0", "/networkcontroller_1"},
-        {false, 1, 144, "", "1 networkcontroller 0", "/networkcontroller_1"},
-        {false, 1, 202, "", "1 networkcontroller 0", ""},
-        {false, 1, 200, "", "1 networkcontroller 0", "/networkcontroller_1"},
-        {false, 1, 299, "", "1 networkcontroller 0", "/networkcontroller_1"},
-        {true, 1, 300, "ctrl1_", "1 networkcontroller 0", "/networkcontroller_1"},
-        {true, 2, 202, "ctrl2_", "2 networkcontroller 0", ""},
-        {true, 2, 144, "ctrl2_", "2 networkcontroller 1", "/networkcontroller_2"},
-        {true, 3, 144, "ctrl1_", "1 networkcontroller 0", "/networkcontroller_1"},
+        {onlyController, 300, "", "1 networkcontroller 0", "/networkcontroller_1"},
+        {onlyController, 144, "", "1 networkcontroller 0", "/networkcontroller_1"},
+        {onlyController, 202, "", "1 networkcontroller 0", ""},
+        {onlyController, 200, "", "1 networkcontroller 0", "/networkcontroller_1"},
+        {onlyController, 299, "", "1 networkcontroller 0", "/networkcontroller_1"},
+        {first, 300, "ctrl1_", "1 networkcontroller 0", "/networkcontroller_1"},
+        {second, 202, "ctrl2_", "2 networkcontroller 0", ""},
+        {second, 144, "ctrl2_", "2 networkcontroller 1", "/networkcontroller_2"},
+        {third, 144, "ctrl1_", "1 networkcontroller 0", "/networkcontroller_1"},
     };
-    for (const auto& [controllers, controller, type, tag, numeric, state] : rows) {
-        Begin(controllers);
+    for (const auto& [controller, type, tag, numeric, state] : rows) {
+        Begin();
         const auto posted =
             PublishFlat(ToldCard().Numeric(5, {type, 7, 2}).State(9, {type, 7, 2}), controller);
         EXPECT_EQ(Shown(posted), (Texts{"T:" + tag + "5 C/networkcontroller_" + numeric,
@@ -270,16 +267,16 @@ TEST_F(PublishedSensorsTest, OfAnEntityWithoutAWordAreLeftOut) {
     // On a controller as a whole a numeric sensor needs no word.
     const Texts kept{"T:5 C/networkcontroller_1 networkcontroller 0",
                      "C/networkcontroller_1/sensor/state/sensorid_10 0 "};
-    EXPECT_EQ(Shown(PublishFlat(sensors({}), 1)), kept);
+    EXPECT_EQ(Shown(PublishFlat(sensors({}), onlyController)), kept);
     BeginWithPorts(2);
     const Texts keptOfSecond{"T:ctrl2_5 C/networkcontroller_2 networkcontroller 3",
                              "C/networkcontroller_2/ethernet_3/sensor/state/sensorid_ctrl2_10 3 "};
-    EXPECT_EQ(Shown(Publish(sensors({}), 2)), keptOfSecond);
+    EXPECT_EQ(Shown(Publish(sensors({}), second)), keptOfSecond);
     EXPECT_EQ(log.Count(1, unsupported), 4);
 }
 
 TEST_F(PublishedSensorsTest, CarryWhatTheCardTellsOfThem) {
-    Begin(true, {.vendorId = 1, .subVendorId = 2, .subDeviceId = 3, .deviceId = 4});
+    Begin({.vendorId = 1, .subVendorId = 2, .subDeviceId = 3, .deviceId = 4});
     const auto card = NetworkCard().Numeric(5, {300, 1, 2}, 2, "Module").State(9, {300, 1, 2});
     auto& told = *card.data->numericSensors[0];
     told.sensorNeededFor = SENSOR_KIND_PROBE;
@@ -293,7 +290,7 @@ TEST_F(PublishedSensorsTest, CarryWhatTheCardTellsOfThem) {
     told.lowerThresholdFatal = -25;
     told.lowerThresholdCritical = -20;
     told.lowerThresholdWarning = -15;
-    for (const std::uint8_t controller : {1, 2}) {
+    for (const auto& controller : {first, second}) {
         const auto posted = Publish(card, controller);
         const auto& [sensor, path, ldid, inventory, name, resolved, slot, identity, affinity] =
             posted.sensors.at(0);
@@ -317,14 +314,15 @@ TEST_F(PublishedSensorsTest, CarryWhatTheCardTellsOfThem) {
         EXPECT_EQ(request.sensorId, 9);
         EXPECT_EQ(request.memberCount, 2);
         EXPECT_EQ(request.memberNames, (Texts{"Link", "Fault"}));
-        EXPECT_EQ(request.stateSetNames, controller == 1 ? Texts{} : (Texts{"Link State", ""}));
+        EXPECT_EQ(request.stateSetNames,
+                  !controller.IsSecond() ? Texts{} : (Texts{"Link State", ""}));
         EXPECT_EQ(request.valueTexts, Texts{});
     }
 }
 
 TEST_F(PublishedSensorsTest, AreRemovedBeforeATreeIsBuiltAnew) {
     const auto card = NetworkCard().Numeric(5, {300, 1, 2}).State(9, {300, 1, 2});
-    for (const std::uint8_t controller : {1, 3, 1, 0}) {
+    for (const auto& controller : {first, third, first, onlyController}) {
         const auto posted = Publish(card, controller);
         EXPECT_EQ(posted.order, (Texts{"Clear", "InsertSensor", "InsertStateSensor"}));
         EXPECT_EQ(posted.clears.at(0).mode, CLEAR_SENSORS);

@@ -10,19 +10,16 @@ using UpdatesTest = ModelingTest;
 
 TEST_F(UpdatesTest, AReadingCarriesTheKeyOfItsSensor) {
     const struct {
-        bool controllers;
-        std::uint8_t controller;
+        Controller controller;
         const char* key;
         const char* stateKey;
     } rows[] = {
-        {false, 1, "_sensorid_5", "/sensor/state/sensorid_5"},
-        {false, 2, "sensorid_ctrl2_5", "/sensor/state/sensorid_5"},
-        {true, 1, "_sensorid_ctrl1_5", "/sensor/state/sensorid_ctrl1_5"},
-        {true, 2, "sensorid_ctrl2_5", "/sensor/state/sensorid_ctrl2_5"},
-        {true, 3, "_sensorid_ctrl1_5", "/sensor/state/sensorid_ctrl1_5"},
+        {onlyController, "_sensorid_5", "/sensor/state/sensorid_5"},
+        {first, "_sensorid_ctrl1_5", "/sensor/state/sensorid_ctrl1_5"},
+        {second, "sensorid_ctrl2_5", "/sensor/state/sensorid_ctrl2_5"},
+        {third, "_sensorid_ctrl1_5", "/sensor/state/sensorid_ctrl1_5"},
     };
-    for (const auto& [controllers, controller, key, stateKey] : rows) {
-        Begin(controllers);
+    for (const auto& [controller, key, stateKey] : rows) {
         modeling->UpdateSensorTempValue(5, -40, SENSOR_KIND_THERMAL, controller);
         modeling->UpdateStateSensorValue({{5, {}}}, controller);
         const auto posted = TakePosted();
@@ -32,11 +29,11 @@ TEST_F(UpdatesTest, AReadingCarriesTheKeyOfItsSensor) {
         EXPECT_EQ(value.deviceLdid, "NIC.Slot.3");
         EXPECT_EQ(value.slot, 3);
         EXPECT_EQ(value.sensorKind, SENSOR_KIND_THERMAL);
-        EXPECT_EQ(value.controller, controller);
+        EXPECT_EQ(value.controller, controller.number);
         EXPECT_EQ(posted.states.at(0).searchKey, stateKey);
         EXPECT_EQ(posted.states.at(0).deviceLdid, "NIC.Slot.3");
         EXPECT_EQ(posted.states.at(0).slot, 3);
-        EXPECT_EQ(posted.states.at(0).controller, controller);
+        EXPECT_EQ(posted.states.at(0).controller, controller.number);
     }
 }
 
@@ -52,9 +49,8 @@ TEST_F(UpdatesTest, AReadingsKeyFindsTheObjectOfItsSensorAndNoOther) {
     for (const auto id : ids) {
         card.Numeric(id, {300, 1, 2}).State(id, {300, 1, 2});
     }
-    for (const auto& [controllers, controller] :
-         {std::pair<bool, std::uint8_t>(false, 1), {true, 1}, {true, 2}}) {
-        Begin(controllers);
+    for (const auto& controller : {onlyController, first, second}) {
+        Begin();
         const auto made = Publish(card, controller);
         for (std::size_t index = 0; index < ids.size(); ++index) {
             modeling->UpdateSensorTempValue(ids[index], 0, SENSOR_KIND_PROBE, controller);
@@ -93,7 +89,7 @@ TEST_F(UpdatesTest, StatesTravelAsTexts) {
          {"Disconnected", "Present"}},
     };
     for (const auto& [what, change, setNames, texts] : rows) {
-        modeling->UpdateStateSensorValue({{9, change}}, 1);
+        modeling->UpdateStateSensorValue({{9, change}}, onlyController);
         const auto posted = TakePosted();
         EXPECT_EQ(posted.order, Texts{"SetStateSensorValue"}) << what;
         EXPECT_EQ(posted.states.at(0).memberNames, change.memberNames) << what;
@@ -101,13 +97,13 @@ TEST_F(UpdatesTest, StatesTravelAsTexts) {
         EXPECT_EQ(posted.states.at(0).valueTexts, texts) << what;
         EXPECT_EQ(posted.states.at(0).memberCount, 0) << what;
     }
-    modeling->UpdateStateSensorValue({}, 1);
+    modeling->UpdateStateSensorValue({}, onlyController);
     EXPECT_TRUE(TakePosted().order.empty());
 }
 
 TEST_F(UpdatesTest, HealthGoesOutBeforeTheSensorThatTellsIt) {
     modeling->UpdateStateSensorValue({{9, {{4, 2, 1, 11}, {1, 33, 1, 1}, {"A", "B", "C", "D"}}}},
-                                     1);
+                                     onlyController);
     const auto posted = TakePosted();
     constexpr auto health = "UpdateDeviceHealthStatus";
     EXPECT_EQ(posted.order, (Texts{health, health, health, "SetStateSensorValue"}));
@@ -121,8 +117,8 @@ TEST_F(UpdatesTest, HealthGoesOutBeforeTheSensorThatTellsIt) {
 TEST_F(UpdatesTest, WhatTheChannelDoesntTakeIsTold) {
     SetPostResult(-7);
     const CapturedLog log;
-    modeling->UpdateSensorTempValue(5, 1, 1, 1);
-    modeling->UpdateStateSensorValue({{9, {{1}, {1}, {"Health"}}}}, 1);
+    modeling->UpdateSensorTempValue(5, 1, 1, onlyController);
+    modeling->UpdateStateSensorValue({{9, {{1}, {1}, {"Health"}}}}, onlyController);
     EXPECT_EQ(log.Messages(1),
               (Texts{"OneWayChannel_Execute dbusSetSensorValue ERROR, execRet = -7\n",
                      "OneWayChannel_Execute dbusSetHealthState ERROR, execRet = -7\n"}));

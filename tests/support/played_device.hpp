@@ -32,7 +32,6 @@ public:
             ModelingParameters{.slot = slot,
                                .ldid = details.ldid,
                                .inventoryBase = basePath,
-                               .multipleControllers = cards.size() != 1,
                                .identity = details.identity,
                                .cpuAffinity = static_cast<std::uint8_t>(details.cpuAffinity)},
             RecordingDoors().publisher);
