@@ -2,6 +2,7 @@
 #include "common/byte_writer.hpp"
 #include "device_transport/device_transport.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 
 #include <benchmark/benchmark.h>
 
@@ -60,11 +61,10 @@ std::vector<std::uint8_t> NumericSensorRecord() {
 
 void ParseNumericSensor(benchmark::State& state) {
     const auto record = NumericSensorRecord();
-    PLDMCmds endpoint(3, 9, std::make_unique<InstantTransport>(std::vector<std::uint8_t>{}));
-    auto& extracted = *endpoint.GetExtractedData();
+    __extractedData extracted;
     extracted.supportedTypes[2][0xF1F2F200] = {};
     for (auto _ : state) {
-        endpoint.HandleNumericSensorPDR(record);
+        HandleNumericSensorPDR(record, extracted, 9);
         benchmark::DoNotOptimize(extracted.numericSensors.size());
         extracted.numericSensors.clear();
     }

@@ -1,7 +1,8 @@
 /** The first record of a FRU table: the general record and its fields (DSP0257). */
 #include "common/byte_reader.hpp"
 #include "common/log.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/record_parsers.hpp"
+#include "pldm_cmds/timestamp104.hpp"
 
 #include <algorithm>
 #include <array>
@@ -95,33 +96,12 @@ bool IsPrintable(const std::string& text) {
     return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-} // namespace
-
-void PLDMCmds::CheckFRURecordTypeAndParse(std::span<const std::uint8_t> table) {
-    ByteReader header(table);
-    const auto recordType = header.At<std::uint8_t>(recordTypeOffset);
-    const auto fieldCount = header.At<std::uint8_t>(fieldCountOffset);
-    const auto encoding = header.At<std::uint8_t>(encodingOffset);
-    if (encoding != encodingAscii) {
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "Encoding type is [%d] is not supported\n", encoding);
-        return;
+void HandleGeneralFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount,
+                            __extractedData& data, int eid) {
+    if (!data.fruContents) {
+        data.fruContents = std::make_shared<__FRUContents>();
     }
-    switch (recordType) {
-    case generalRecord:
-        return HandleGeneralFRURecord(table, fieldCount);
-    case oemRecord:
-        return HandleOEMFRURecord(table, fieldCount);
-    default:
-        VANTRIC_LOG(LOG_LEVEL_TRACE, "Record type is [%d] is not supported\n", recordType);
-    }
-}
-
-void PLDMCmds::HandleGeneralFRURecord(std::span<const std::uint8_t> table,
-                                      std::uint8_t fieldCount) {
-    if (!extractedData->fruContents) {
-        extractedData->fruContents = std::make_shared<__FRUContents>();
-    }
-    auto& contents = *extractedData->fruContents;
+    auto& contents = *data.fruContents;
     FruFields fields(table, fieldCount);
     while (const auto field = fields.Next()) {
         if (field->type == fieldManufactureDate) {
@@ -141,17 +121,40 @@ void PLDMCmds::HandleGeneralFRURecord(std::span<const std::uint8_t> table,
         contents.*membersByType[field->type] = text;
     }
     if (fields.Cut()) {
-        VANTRIC_LOG(LOG_LEVEL_WARNING, "FRU table of EID = %d ends within a field\n", Eid());
+        VANTRIC_LOG(LOG_LEVEL_WARNING, "FRU table of EID = %d ends within a field\n", eid);
     }
 }
 
-void PLDMCmds::HandleOEMFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount) {
-    if (!extractedData->fruContents) {
-        extractedData->fruContents = std::make_shared<__FRUContents>();
+void HandleOEMFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount,
+                        __extractedData& data) {
+    if (!data.fruContents) {
+        data.fruContents = std::make_shared<__FRUContents>();
     }
     FruFields fields(table, fieldCount);
     while (const auto field = fields.Next()) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "OEM FRU field of type %d is not used\n", field->type);
+    }
+}
+
+} // namespace
+
+void CheckFRURecordTypeAndParse(std::span<const std::uint8_t> table, __extractedData& data,
+                                int eid) {
+    ByteReader header(table);
+    const auto recordType = header.At<std::uint8_t>(recordTypeOffset);
+    const auto fieldCount = header.At<std::uint8_t>(fieldCountOffset);
+    const auto encoding = header.At<std::uint8_t>(encodingOffset);
+    if (encoding != encodingAscii) {
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "Encoding type is [%d] is not supported\n", encoding);
+        return;
+    }
+    switch (recordType) {
+    case generalRecord:
+        return HandleGeneralFRURecord(table, fieldCount, data, eid);
+    case oemRecord:
+        return HandleOEMFRURecord(table, fieldCount, data);
+    default:
+        VANTRIC_LOG(LOG_LEVEL_TRACE, "Record type is [%d] is not supported\n", recordType);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "pldm_cmds/multipart_assembly.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 #include "records/limits.hpp"
 
 namespace vantric {
@@ -53,7 +54,7 @@ VantricStatus PLDMCmds::GetFRUContents() {
     std::size_t tables = 0;
     const auto takeTable = [&] {
         extractedData->fruTable = assembly.Finish();
-        CheckFRURecordTypeAndParse(extractedData->fruTable);
+        CheckFRURecordTypeAndParse(extractedData->fruTable, *extractedData, Eid());
         tables += 1;
     };
     bool more = true;

@@ -79,6 +79,29 @@ double TakeReading(const PldmResponse& response, __Temp_sensors& sensor) {
 
 } // namespace
 
+VantricStatus PLDMCmds::GetPLDMCommandsStatus(std::uint32_t completionCode,
+                                              std::uint16_t sensorID) const {
+    switch (completionCode) {
+    case PLDM_SUCCESS:
+        return STATUS_SUCCESS;
+    case PLDM_ERROR:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "CMD failed for EID = %d\n", Eid());
+        throw STATUS_COMMAND_FAILED;
+    case PLDM_NOT_READY:
+    case PLDM_SENSOR_NOT_READY:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Device is not ready for EID = %d\n", Eid());
+        throw STATUS_DEVICE_NOT_READY;
+    case PLDM_UNSUPPORTED_COMMAND:
+        return STATUS_NOT_SUPPORTED;
+    case PLDM_INVALID_SENSOR_ID:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Invalid Sensor ID = %d\n", sensorID);
+        return STATUS_INVALID_OR_CHANGED;
+    default:
+        VANTRIC_LOG(LOG_LEVEL_ERROR, "Failed for EID = %d and error = %d\n", Eid(), completionCode);
+        return STATUS_FAILURE;
+    }
+}
+
 VantricStatus PLDMCmds::SetNumericeSensorEnable() {
     for (const auto& sensor : extractedData->numericSensors) {
         if (sensor->sensorInit != initEnable) {

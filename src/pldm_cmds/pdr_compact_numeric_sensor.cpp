@@ -1,8 +1,8 @@
 /** Compact Numeric Sensor PDR, type 21 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 #include "pldm_cmds/sensor_name.hpp"
 
 #include <algorithm>
@@ -23,7 +23,8 @@ std::string ReadName(ByteReader& body) {
 
 } // namespace
 
-void PLDMCmds::HandleCompactNumericSensorPDR(std::span<const std::uint8_t> record) {
+void HandleCompactNumericSensorPDR(std::span<const std::uint8_t> record, __extractedData& data,
+                                   int eid) {
     ByteReader body = BodyOf(record);
     auto sensor = std::make_shared<__Temp_sensors>();
     body.Skip(2); // PLDMTerminusHandle
@@ -47,8 +48,8 @@ void PLDMCmds::HandleCompactNumericSensorPDR(std::span<const std::uint8_t> recor
     sensor->supportedThresholds = allThresholds;
     sensor->resolution = 1.0F;
 
-    if (IsWhole(body, PDR_COMPACT_NUMERIC_SENSOR) && IsKeptUnit(sensor->baseUnit)) {
-        AppendBounded(extractedData->numericSensors, std::move(sensor));
+    if (IsWhole(eid, body, PDR_COMPACT_NUMERIC_SENSOR) && IsKeptUnit(sensor->baseUnit)) {
+        AppendBounded(data.numericSensors, std::move(sensor));
     }
 }
 

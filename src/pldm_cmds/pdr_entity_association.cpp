@@ -1,13 +1,14 @@
 /** Entity Association PDR, type 15 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 #include "vocabulary/vocabulary.hpp"
 
 namespace vantric {
 
-void PLDMCmds::HandleEntityAssociationPDR(std::span<const std::uint8_t> record) {
+void HandleEntityAssociationPDR(std::span<const std::uint8_t> record, __extractedData& data,
+                                int eid) {
     ByteReader body = BodyOf(record);
     auto association = std::make_shared<EAPDR>();
     association->ContainerID = body.Read<std::uint16_t>();
@@ -27,9 +28,9 @@ void PLDMCmds::HandleEntityAssociationPDR(std::span<const std::uint8_t> record) 
         association->containedEntities.push_back(std::move(entity));
     }
     // An entity without a word can't stand in a path, and so holds nothing that could be shown.
-    if (IsWhole(body, PDR_ENTITY_ASSOCIATION) &&
+    if (IsWhole(eid, body, PDR_ENTITY_ASSOCIATION) &&
         entityWords.contains(association->ContainerEntityType)) {
-        AppendBounded(extractedData->entityAssociations, std::move(association));
+        AppendBounded(data.entityAssociations, std::move(association));
     }
 }
 

@@ -1,8 +1,8 @@
 /** Numeric Effector PDR and its initialization, types 9 and 10 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 
 namespace vantric {
 
@@ -51,7 +51,8 @@ void ReadRanges(ByteReader& body, _Effectors& effector) {
 
 } // namespace
 
-void PLDMCmds::HandleNumericEffectorPDR(std::span<const std::uint8_t> record) {
+void HandleNumericEffectorPDR(std::span<const std::uint8_t> record, __extractedData& data,
+                              int eid) {
     ByteReader body = BodyOf(record);
     auto effector = std::make_shared<_Effectors>();
     effector->PLDMTerminusHandle = body.Read<std::uint16_t>();
@@ -79,21 +80,22 @@ void PLDMCmds::HandleNumericEffectorPDR(std::span<const std::uint8_t> record) {
     effector->minusTolerance = body.Read<std::uint8_t>();
     effector->stateTransitionInterval = ReadReal32(body);
     effector->TransitionInterval = ReadReal32(body);
-    if (IsWhole(body, PDR_NUMERIC_EFFECTOR)) {
+    if (IsWhole(eid, body, PDR_NUMERIC_EFFECTOR)) {
         ReadRanges(body, *effector);
-        AppendBounded(extractedData->effectors, std::move(effector));
+        AppendBounded(data.effectors, std::move(effector));
     }
 }
 
-void PLDMCmds::HandleNumericEffectorInitPDR(std::span<const std::uint8_t> record) {
+void HandleNumericEffectorInitPDR(std::span<const std::uint8_t> record, __extractedData& data,
+                                  int eid) {
     ByteReader body = BodyOf(record);
     auto init = std::make_shared<__Numeric_Effector_Init>();
     init->PLDMTerminusHandle = body.Read<std::uint16_t>();
     init->effectorID = body.Read<std::uint16_t>();
-    if (IsWhole(body, PDR_NUMERIC_EFFECTOR_INIT)) {
+    if (IsWhole(eid, body, PDR_NUMERIC_EFFECTOR_INIT)) {
         init->entityType = body.Read<std::uint16_t>();
         init->entityInstanceNumber = body.Read<std::uint8_t>();
-        AppendBounded(extractedData->numericEffectorInits, std::move(init));
+        AppendBounded(data.numericEffectorInits, std::move(init));
     }
 }
 

@@ -1,9 +1,9 @@
 /** Numeric Sensor PDR, type 2, in its two layouts (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
 #include "pldm_cmds/real32.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 #include "pldm_cmds/sensor_name.hpp"
 
 #include <algorithm>
@@ -141,9 +141,9 @@ std::shared_ptr<__Temp_sensors> ReadSensor(ByteReader& body, Layout layout) {
 
 } // namespace
 
-void PLDMCmds::HandleNumericSensorPDR(std::span<const std::uint8_t> record) {
-    const auto platform = extractedData->supportedTypes.find(PLDM_PLATFORM);
-    if (platform == extractedData->supportedTypes.end()) {
+void HandleNumericSensorPDR(std::span<const std::uint8_t> record, __extractedData& data, int eid) {
+    const auto platform = data.supportedTypes.find(PLDM_PLATFORM);
+    if (platform == data.supportedTypes.end()) {
         return;
     }
     // An endpoint that speaks several versions gets one sensor for each of them.
@@ -154,8 +154,8 @@ void PLDMCmds::HandleNumericSensorPDR(std::span<const std::uint8_t> record) {
         }
         ByteReader body = BodyOf(record);
         auto sensor = ReadSensor(body, *layout);
-        if (IsWhole(body, PDR_NUMERIC_SENSOR) && sensor) {
-            AppendBounded(extractedData->numericSensors, std::move(sensor));
+        if (IsWhole(eid, body, PDR_NUMERIC_SENSOR) && sensor) {
+            AppendBounded(data.numericSensors, std::move(sensor));
         }
     }
 }

@@ -14,7 +14,13 @@ namespace vantric {
 /** Bytes of the common header: record handle, version, type, change number, length (DSP0248). */
 inline constexpr std::size_t pdrHeaderSize = 10;
 
-/** Reads a record's body: offset 0 is the first byte behind the common header. */
+/** The type in the common header. */
+inline std::uint8_t PdrTypeOf(std::span<const std::uint8_t> record) {
+    constexpr std::size_t typeOffset = 5;
+    return ByteReader(record).At<std::uint8_t>(typeOffset);
+}
+
+/** Reads a record's body: offset 0 is the first byte after the common header. */
 inline ByteReader BodyOf(std::span<const std::uint8_t> record) {
     return ByteReader(record.subspan(std::min(pdrHeaderSize, record.size())));
 }

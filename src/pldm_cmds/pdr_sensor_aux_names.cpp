@@ -1,6 +1,6 @@
 /** Sensor Auxiliary Names PDR, type 6 (DSP0248). */
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 #include "pldm_cmds/utf16.hpp"
 
 #include <algorithm>
@@ -69,14 +69,14 @@ Record* FindById(const std::vector<std::shared_ptr<Record>>& records, std::uint1
 
 } // namespace
 
-void PLDMCmds::HandleSensorAuxNamesPDR(std::span<const std::uint8_t> record) {
+void HandleSensorAuxNamesPDR(std::span<const std::uint8_t> record, __extractedData& data) {
     ByteReader body = BodyOf(record);
     const auto id = body.At<std::uint16_t>(sensorIdOffset);
     const auto sensorCount = body.At<std::uint8_t>(sensorCountOffset);
     const auto stringCount = body.At<std::uint8_t>(nameStringCountOffset);
 
-    auto* numeric = FindById(extractedData->numericSensors, &__Temp_sensors::sensorID, id);
-    auto* state = FindById(extractedData->stateSensors, &_StateSensors::sensorId, id);
+    auto* numeric = FindById(data.numericSensors, &__Temp_sensors::sensorID, id);
+    auto* state = FindById(data.stateSensors, &_StateSensors::sensorId, id);
     if ((numeric != nullptr) == (state != nullptr)) {
         // Nobody's names, or names that could be anybody's.
         return;

@@ -1,14 +1,14 @@
 /** State Effector PDR and its initialization, types 11 and 12 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 
 #include <algorithm>
 
 namespace vantric {
 
-void PLDMCmds::HandleStateEffectorPDR(std::span<const std::uint8_t> record) {
+void HandleStateEffectorPDR(std::span<const std::uint8_t> record, __extractedData& data, int eid) {
     constexpr std::size_t compositesOffset = 16;
     ByteReader body = BodyOf(record);
     auto effector = std::make_shared<_state_Effector>();
@@ -22,7 +22,7 @@ void PLDMCmds::HandleStateEffectorPDR(std::span<const std::uint8_t> record) {
     effector->effectorDescriptionPDR = body.Read<std::uint8_t>();
     effector->compositeEffectorCount = body.Read<std::uint8_t>();
 
-    if (!IsWhole(body, PDR_STATE_EFFECTOR)) {
+    if (!IsWhole(eid, body, PDR_STATE_EFFECTOR)) {
         return;
     }
 
@@ -33,18 +33,19 @@ void PLDMCmds::HandleStateEffectorPDR(std::span<const std::uint8_t> record) {
         std::ranges::copy(body.Take(_state_Effector::bytesOfComposite),
                           effector->compositeEffectors[i].begin());
     }
-    AppendBounded(extractedData->stateEffectors, std::move(effector));
+    AppendBounded(data.stateEffectors, std::move(effector));
 }
 
-void PLDMCmds::HandleStateEffectorInitPDR(std::span<const std::uint8_t> record) {
+void HandleStateEffectorInitPDR(std::span<const std::uint8_t> record, __extractedData& data,
+                                int eid) {
     constexpr std::size_t identitySize = 4; // terminus handle and effector ID
     ByteReader body = BodyOf(record);
     body.Skip(identitySize);
-    if (IsWhole(body, PDR_STATE_EFFECTOR_INIT)) {
+    if (IsWhole(eid, body, PDR_STATE_EFFECTOR_INIT)) {
         auto init = std::make_shared<__State_Effectors_Init_PDR>();
         body.Seek(0);
         std::ranges::copy(body.Take(init->body.size()), init->body.begin());
-        AppendBounded(extractedData->stateEffectorInits, std::move(init));
+        AppendBounded(data.stateEffectorInits, std::move(init));
     }
 }
 

@@ -2,8 +2,8 @@
 #include "common/log.hpp"
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 #include "records/limits.hpp"
 #include "vocabulary/vocabulary.hpp"
 
@@ -58,7 +58,7 @@ std::size_t MembersOf(const std::vector<std::shared_ptr<_StateSensors>>& sensors
 
 } // namespace
 
-void PLDMCmds::HandleStateSensorPDR(std::span<const std::uint8_t> record) {
+void HandleStateSensorPDR(std::span<const std::uint8_t> record, __extractedData& data, int eid) {
     ByteReader body = BodyOf(record);
     auto sensor = std::make_shared<_StateSensors>();
     sensor->PLDMTerminusHandle = body.Read<std::uint16_t>();
@@ -78,13 +78,13 @@ void PLDMCmds::HandleStateSensorPDR(std::span<const std::uint8_t> record) {
         sensor->compositeSensors.push_back(
             ReadMember(body, named ? prefix + std::to_string(position) : std::string()));
     }
-    if (!IsWhole(body, PDR_STATE_SENSOR)) {
+    if (!IsWhole(eid, body, PDR_STATE_SENSOR)) {
         return;
     }
-    auto& sensors = extractedData->stateSensors;
+    auto& sensors = data.stateSensors;
     if (MembersOf(sensors) + sensor->compositeSensorCount > limits::stateMembers) {
         VANTRIC_LOG(LOG_LEVEL_WARNING, "State sensor %d of EID = %d has too many members\n",
-                    sensor->sensorId, Eid());
+                    sensor->sensorId, eid);
         return;
     }
     AppendBounded(sensors, std::move(sensor));

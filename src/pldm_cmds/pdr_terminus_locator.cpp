@@ -1,8 +1,8 @@
 /** Terminus Locator PDR, type 1 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 #include "pldm_cmds/pldm_codes.hpp"
+#include "pldm_cmds/record_parsers.hpp"
 
 namespace vantric {
 
@@ -19,7 +19,8 @@ enum LocatorType : std::uint8_t {
 
 } // namespace
 
-void PLDMCmds::HandleTerminusLocatorPDR(std::span<const std::uint8_t> record) {
+void HandleTerminusLocatorPDR(std::span<const std::uint8_t> record, __extractedData& data,
+                              int eid) {
     ByteReader body = BodyOf(record);
     auto locator = std::make_shared<TerminusLocator>();
     body.Skip(2); // PLDMTerminusHandle
@@ -27,7 +28,7 @@ void PLDMCmds::HandleTerminusLocatorPDR(std::span<const std::uint8_t> record) {
     locator->tid = body.Read<std::uint8_t>();
     locator->containerID = body.Read<std::uint16_t>();
     const auto type = body.Read<std::uint8_t>();
-    if (!IsWhole(body, PDR_TERMINUS_LOCATOR) || validity == invalid) {
+    if (!IsWhole(eid, body, PDR_TERMINUS_LOCATOR) || validity == invalid) {
         return;
     }
     // The value is as long as its type makes it, and what it doesn't hold reads as 0.
@@ -51,7 +52,7 @@ void PLDMCmds::HandleTerminusLocatorPDR(std::span<const std::uint8_t> record) {
     default:
         break;
     }
-    AppendBounded(extractedData->terminusLocators, std::move(locator));
+    AppendBounded(data.terminusLocators, std::move(locator));
 }
 
 } // namespace vantric

@@ -16,7 +16,6 @@
 
 namespace vantric {
 
-class ByteReader;
 struct PldmCommand;
 class PldmResponse;
 
@@ -144,33 +143,6 @@ public:
      *  encoding; empty where there is none or the exchange failed. */
     std::string GetFWParameters();
 
-    /** Text of a timestamp104, such as "2021-03-12 - 07:05:09"; empty where the value is short or
-     *  says that it isn't to be relied on. */
-    static std::string convertToTimestamp104(std::span<const std::uint8_t> value);
-
-    // --- Parsers ---
-    // One for each kind of PDR, with a complete record, common header included. GetPDR calls them.
-    // A sensor or an association whose fields run past the record's end is dropped whole: half a
-    // sensor is a wrong one. Names are cut there. An effector or a terminus locator is kept as long
-    // as its fixed fields are whole, and the values behind them read as 0 where they are missing.
-    // No list grows beyond the limits of src/records/limits.hpp.
-
-    /** Hands a record to the parser of its type. */
-    void HandlePDR(std::span<const std::uint8_t> record);
-    void HandleTerminusLocatorPDR(std::span<const std::uint8_t> record);
-    void HandleNumericSensorPDR(std::span<const std::uint8_t> record);
-    void HandleCompactNumericSensorPDR(std::span<const std::uint8_t> record);
-    void HandleStateSensorPDR(std::span<const std::uint8_t> record);
-    void HandleSensorAuxNamesPDR(std::span<const std::uint8_t> record);
-    void HandleNumericEffectorPDR(std::span<const std::uint8_t> record);
-    void HandleNumericEffectorInitPDR(std::span<const std::uint8_t> record);
-    void HandleStateEffectorPDR(std::span<const std::uint8_t> record);
-    void HandleStateEffectorInitPDR(std::span<const std::uint8_t> record);
-    void HandleEntityAssociationPDR(std::span<const std::uint8_t> record);
-
-    /** Takes the fields of the first record of a FRU table. */
-    void CheckFRURecordTypeAndParse(std::span<const std::uint8_t> table);
-
 private:
     int Eid() const { return eid; }
 
@@ -185,12 +157,6 @@ private:
 
     /** Bytes that a GetPDR response can hold. */
     std::size_t PdrCapacity() const;
-
-    /** False, with a log line, where a parser has read past the end of its record. */
-    bool IsWhole(const ByteReader& body, std::uint8_t pdrType) const;
-
-    void HandleGeneralFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount);
-    void HandleOEMFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount);
 
     std::uint8_t slot;
     std::atomic<std::uint8_t> eid;     ///< a table's thread moves it while the log may tell it

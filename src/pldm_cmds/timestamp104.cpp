@@ -1,7 +1,6 @@
 #include "pldm_cmds/timestamp104.hpp"
 
 #include "common/log.hpp"
-#include "pldm_cmds/pldm_cmds.hpp"
 
 #include <array>
 #include <cstdio>
@@ -31,7 +30,7 @@ Timestamp104 ReadTimestamp104(ByteReader& reader) {
     return time;
 }
 
-std::string PLDMCmds::convertToTimestamp104(std::span<const std::uint8_t> value) {
+std::string convertToTimestamp104(std::span<const std::uint8_t> value) {
     if (value.size() < timestamp104Size) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "Invalid timestamp size %d\n", static_cast<int>(value.size()));
         return {};

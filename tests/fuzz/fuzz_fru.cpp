@@ -4,7 +4,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::span<const std::uint8_t> input(data, size);
     ScriptedEndpoint endpoint;
-    endpoint.cmds.CheckFRURecordTypeAndParse(input);
-    vantric::PLDMCmds::convertToTimestamp104(input);
+    vantric::CheckFRURecordTypeAndParse(input, endpoint.Data(), 9);
+    vantric::convertToTimestamp104(input);
     return 0;
 }

@@ -45,13 +45,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     ScriptedEndpoint endpoint;
-    endpoint.cmds.HandlePDR(CompactSensorPdr{.id = 5}.Build());
-    endpoint.cmds.HandlePDR(Pdr(6, Bytes()
-                                       .Add(std::uint16_t{0})
-                                       .Add(std::uint16_t{5})
-                                       .Add(data[0])
-                                       .Add(data[1])
-                                       .Add(Bytes(data + 2, data + size))));
+    endpoint.HandlePDR(CompactSensorPdr{.id = 5}.Build());
+    endpoint.HandlePDR(Pdr(6, Bytes()
+                                  .Add(std::uint16_t{0})
+                                  .Add(std::uint16_t{5})
+                                  .Add(data[0])
+                                  .Add(data[1])
+                                  .Add(Bytes(data + 2, data + size))));
     const auto& name = endpoint.Data().numericSensors[0]->auxSensorName;
     constexpr std::size_t longestName = 768 / 2 * 3;
     if (name.size() > longestName || !IsUtf8(name)) {

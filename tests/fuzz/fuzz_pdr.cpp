@@ -7,7 +7,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ScriptedEndpoint endpoint;
     endpoint.Supports(2, {0xF1F1F000, 0xF1F2F000});
     while (!records.Empty()) {
-        endpoint.cmds.HandlePDR(records.Next());
+        endpoint.HandlePDR(records.Next());
     }
     endpoint.cmds.GetExtractedData();
     return 0;

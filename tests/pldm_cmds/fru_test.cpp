@@ -226,16 +226,16 @@ TEST(GetFRUContents, EndsWithAnEndpointThatNeverDoesAndKeepsItsFirstRecord) {
 TEST(Timestamp, NeedsThirteenBytesAndAReliableTime) {
     const CapturedLog log;
     const Bytes value{1, 2, 3, 4, 5, 59, 58, 23, 31, 12, 0x0F, 0x27, 0xF0};
-    EXPECT_EQ(PLDMCmds::convertToTimestamp104(value), "9999-12-31 - 23:58:59");
-    EXPECT_EQ(PLDMCmds::convertToTimestamp104(Bytes(13, 0)), "0-00-00 - 00:00:00");
+    EXPECT_EQ(convertToTimestamp104(value), "9999-12-31 - 23:58:59");
+    EXPECT_EQ(convertToTimestamp104(Bytes(13, 0)), "0-00-00 - 00:00:00");
     Bytes unreliable = value;
     unreliable[12] = 0x0F;
-    EXPECT_EQ(PLDMCmds::convertToTimestamp104(unreliable), "");
-    EXPECT_EQ(PLDMCmds::convertToTimestamp104(Bytes()), "");
+    EXPECT_EQ(convertToTimestamp104(unreliable), "");
+    EXPECT_EQ(convertToTimestamp104(Bytes()), "");
     EXPECT_EQ(log.Messages(1),
               (std::vector<std::string>{"Ignore the timestamp because time resolution is 15\n",
                                         "Invalid timestamp size 0\n"}));
-    EXPECT_EQ(PLDMCmds::convertToTimestamp104(Bytes(20, 0xFE)), "65278-254-254 - 254:254:254");
+    EXPECT_EQ(convertToTimestamp104(Bytes(20, 0xFE)), "65278-254-254 - 254:254:254");
 }
 
 /** An answer to GetFirmwareParameters, with the length that the endpoint claims. */

@@ -19,7 +19,7 @@ constexpr std::uint32_t current = 0xF1F2F000;
 std::shared_ptr<__Temp_sensors> Parse(const Bytes& record, std::uint32_t version = current) {
     ScriptedEndpoint endpoint;
     endpoint.Supports(2, {version});
-    endpoint.cmds.HandlePDR(record);
+    endpoint.HandlePDR(record);
     const auto& sensors = endpoint.Data().numericSensors;
     EXPECT_LE(sensors.size(), 1U);
     return sensors.empty() ? nullptr : sensors.front();
@@ -47,13 +47,13 @@ TEST(NumericSensorPdr, VersionChoosesTheLayout) {
 TEST(NumericSensorPdr, MakesOneSensorForEachVersion) {
     ScriptedEndpoint endpoint;
     endpoint.Supports(0, {current});
-    endpoint.cmds.HandlePDR(NumericSensorPdr{}.Build());
+    endpoint.HandlePDR(NumericSensorPdr{}.Build());
     EXPECT_TRUE(endpoint.Data().numericSensors.empty());
     endpoint.Supports(2);
-    endpoint.cmds.HandlePDR(NumericSensorPdr{}.Build());
+    endpoint.HandlePDR(NumericSensorPdr{}.Build());
     EXPECT_TRUE(endpoint.Data().numericSensors.empty());
     endpoint.Supports(2, {current, 0xF1F2F200});
-    endpoint.cmds.HandlePDR(NumericSensorPdr{}.Build());
+    endpoint.HandlePDR(NumericSensorPdr{}.Build());
     EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (std::vector<std::uint16_t>{5, 5}));
 }
 

@@ -43,7 +43,7 @@ TEST_P(Record, FillsEachFieldAndTheLogHasIt) {
     ScriptedEndpoint endpoint;
     endpoint.Supports(2, {0xF1F2F000});
     const Bytes whole = Bytes::FromHex(row.record);
-    endpoint.cmds.HandlePDR(whole);
+    endpoint.HandlePDR(whole);
     const CapturedLog log;
     endpoint.cmds.GetExtractedData();
     EXPECT_EQ(Section(log.Messages(4), row.section), row.fields);
@@ -142,8 +142,11 @@ TEST(EntityAssociationPdr, IsDroppedWholeButNoticed) {
                                        {Cut(AssociationPdr(144)), 0U},
                                        {AssociationPdr(144), 1U}}) {
         ScriptedEndpoint endpoint;
+        endpoint.Data().iLargestRecordSize = 200;
         EXPECT_FALSE(endpoint.cmds.HasEntityAssociation());
-        endpoint.cmds.HandlePDR(record);
+        endpoint.Answers({Good(Bytes(11, 0).Add(record))});
+        endpoint.transport.answers.front().bytes[12] = 5;
+        EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
         EXPECT_EQ(endpoint.Data().entityAssociations.size(), kept);
         EXPECT_TRUE(endpoint.cmds.HasEntityAssociation());
         endpoint.cmds.ResetExtractedData();
@@ -177,12 +180,12 @@ TEST(Lists, TakeWholeRecordsUntilTheyAreFull) {
     for (const auto& row : rows) {
         ScriptedEndpoint endpoint;
         endpoint.Supports(2, {0xF1F2F000}); // or it has no numeric sensor
-        endpoint.cmds.HandlePDR(Slice(row.record, 0, 10 + row.shortest - 1));
+        endpoint.HandlePDR(Slice(row.record, 0, 10 + row.shortest - 1));
         EXPECT_EQ(Records(endpoint), 0U) << "type " << int{row.record[5]};
-        endpoint.cmds.HandlePDR(Slice(row.record, 0, 10 + row.shortest));
+        endpoint.HandlePDR(Slice(row.record, 0, 10 + row.shortest));
         EXPECT_EQ(Records(endpoint), 1U) << "type " << int{row.record[5]};
         for (int i = 0; i < 8200; ++i) {
-            endpoint.cmds.HandlePDR(row.record);
+            endpoint.HandlePDR(row.record);
         }
         EXPECT_EQ(Records(endpoint), row.kept) << "type " << int{row.record[5]};
     }
@@ -202,7 +205,7 @@ TEST(EffectorPdr, WidthAndSignFollowTheDataSize) {
             body.push_back(static_cast<std::uint8_t>(i));
         }
         ScriptedEndpoint endpoint;
-        endpoint.cmds.HandlePDR(Pdr(9, body));
+        endpoint.HandlePDR(Pdr(9, body));
         EXPECT_EQ(endpoint.Data().effectors[0]->maxSettable, maxSettable) << size;
         EXPECT_EQ(endpoint.Data().effectors[0]->ratedMin, ratedMin) << size;
     }

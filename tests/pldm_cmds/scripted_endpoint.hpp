@@ -6,6 +6,8 @@
 #include "common/status.hpp"
 #include "device_transport/device_transport.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"
+#include "pldm_cmds/record_parsers.hpp"
+#include "pldm_cmds/timestamp104.hpp"
 
 #include <algorithm>
 #include <deque>
@@ -97,6 +99,8 @@ public:
         }
         return *this;
     }
+
+    void HandlePDR(const Bytes& record) { vantric::HandlePDR(record, Data(), eid); }
 
     vantric::__extractedData& Data() { return cmds.ExtractedData(); }
     std::size_t Asked() const { return transport.requests.size(); }

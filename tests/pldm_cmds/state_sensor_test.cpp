@@ -52,10 +52,10 @@ TEST(StateSensorPdr, IsDroppedWhereItEndsInItsFields) {
     ScriptedEndpoint endpoint;
     const Bytes whole = StateSensorPdr(9, {{1, {0x06}}, {2, {0x06}}});
     for (std::size_t less = 1; less < whole.size(); ++less) {
-        endpoint.cmds.HandleStateSensorPDR(Cut(whole, less));
+        endpoint.HandlePDR(Cut(whole, less));
     }
     EXPECT_TRUE(endpoint.Data().stateSensors.empty());
-    endpoint.cmds.HandlePDR(StateSensorPdr(9, {}));
+    endpoint.HandlePDR(StateSensorPdr(9, {}));
     ASSERT_EQ(endpoint.Data().stateSensors.size(), 1U);
     EXPECT_TRUE(endpoint.Data().stateSensors[0]->compositeSensors.empty());
 }
@@ -64,10 +64,10 @@ TEST(StateSensorPdr, IsDroppedWhereItEndsInItsFields) {
 class AuxNames : public testing::Test {
 protected:
     AuxNames() {
-        endpoint.cmds.HandlePDR(CompactSensorPdr{.id = 5}.Build());
-        endpoint.cmds.HandlePDR(CompactSensorPdr{.id = 6}.Build());
-        endpoint.cmds.HandlePDR(StateSensorPdr(9, {{1, {2}}, {1, {2}}}, 1));
-        endpoint.cmds.HandlePDR(StateSensorPdr(6, {{1, {2}}}, 1));
+        endpoint.HandlePDR(CompactSensorPdr{.id = 5}.Build());
+        endpoint.HandlePDR(CompactSensorPdr{.id = 6}.Build());
+        endpoint.HandlePDR(StateSensorPdr(9, {{1, {2}}, {1, {2}}}, 1));
+        endpoint.HandlePDR(StateSensorPdr(6, {{1, {2}}}, 1));
     }
 
     std::string NumericName(std::size_t index = 0) {
@@ -82,11 +82,11 @@ protected:
 };
 
 TEST_F(AuxNames, LastStringOfANumericSensorStands) {
-    endpoint.cmds.HandlePDR(AuxNamesPdr(5, 1, 2, Name("en", u"Temp").Add(Name("de", u"Wärme€😀"))));
+    endpoint.HandlePDR(AuxNamesPdr(5, 1, 2, Name("en", u"Temp").Add(Name("de", u"Wärme€😀"))));
     EXPECT_EQ(NumericName(), "Wärme€😀");
     EXPECT_EQ(endpoint.Data().numericSensors[0]->auxLanguageTag, "de");
-    endpoint.cmds.HandlePDR(CompactSensorPdr{.id = 5}.Build());
-    endpoint.cmds.HandlePDR(AuxNamesPdr(5, 2, 1, Name("en", u"First").Add(Name("en", u"Second"))));
+    endpoint.HandlePDR(CompactSensorPdr{.id = 5}.Build());
+    endpoint.HandlePDR(AuxNamesPdr(5, 2, 1, Name("en", u"First").Add(Name("en", u"Second"))));
     EXPECT_EQ(NumericName(), "Second") << "whichever of its sensors";
     EXPECT_EQ(NumericName(2), "power5") << "of two records the first has the name";
 }
@@ -98,17 +98,17 @@ TEST_F(AuxNames, GoToTheMembersOfAStateSensor) {
          {std::pair{u"Verbindung", u"Link"}, {u"Zustand", u"Health"}, {u"niemand", u"nobody"}}) {
         names.Add(Name("de", german)).Add(Name("en", english));
     }
-    endpoint.cmds.HandlePDR(AuxNamesPdr(9, 3, 2, names));
+    endpoint.HandlePDR(AuxNamesPdr(9, 3, 2, names));
     EXPECT_EQ(StateName(0), "Link");
     EXPECT_EQ(StateName(1), "Health");
     EXPECT_EQ(endpoint.Data().stateSensors[0]->compositeSensors[1].langTag, "en");
 }
 
 TEST_F(AuxNames, ChangeNothingWhereTheSensorIsUnknownOrUnclear) {
-    endpoint.cmds.HandlePDR(AuxNamesPdr(6, 1, 1, Name("en", u"Both")));
-    endpoint.cmds.HandlePDR(AuxNamesPdr(77, 1, 1, Name("en", u"Nobody")));
-    endpoint.cmds.HandlePDR(AuxNamesPdr(5, 0, 1, Name("en", u"None")));
-    endpoint.cmds.HandlePDR(AuxNamesPdr(5, 1, 0, Name("en", u"None")));
+    endpoint.HandlePDR(AuxNamesPdr(6, 1, 1, Name("en", u"Both")));
+    endpoint.HandlePDR(AuxNamesPdr(77, 1, 1, Name("en", u"Nobody")));
+    endpoint.HandlePDR(AuxNamesPdr(5, 0, 1, Name("en", u"None")));
+    endpoint.HandlePDR(AuxNamesPdr(5, 1, 0, Name("en", u"None")));
     EXPECT_EQ(NumericName(0), "power5");
     EXPECT_EQ(NumericName(1), "power6");
     EXPECT_EQ(endpoint.Data().stateSensors[1]->compositeSensors[0].sensorName, "");
@@ -129,7 +129,7 @@ TEST_F(AuxNames, StopAtTheEndOfTheRecord) {
     };
     for (const auto& row : rows) {
         endpoint.Data().numericSensors[0]->auxSensorName = "power5";
-        endpoint.cmds.HandlePDR(AuxNamesPdr(5, 1, 2, row.area));
+        endpoint.HandlePDR(AuxNamesPdr(5, 1, 2, row.area));
         EXPECT_EQ(NumericName(), row.expected);
     }
 }
@@ -137,11 +137,11 @@ TEST_F(AuxNames, StopAtTheEndOfTheRecord) {
 TEST_F(AuxNames, AreaIsBoundedAt768Bytes) {
     // Three bytes of tag leave 765, two leave 766.
     for (const auto& [tag, units] : {std::pair{"en", 382}, {"e", 383}}) {
-        endpoint.cmds.HandlePDR(
+        endpoint.HandlePDR(
             AuxNamesPdr(5, 1, 2, Name(tag, std::u16string(500, u'x')).Add(Name("de", u"late"))));
         EXPECT_EQ(NumericName(), std::string(units, 'x')) << tag;
     }
-    endpoint.cmds.HandlePDR(
+    endpoint.HandlePDR(
         AuxNamesPdr(5, 1, 2, Name("en", u"ok").Add(Name(std::string(800, 't'), u"late"))));
     EXPECT_EQ(NumericName(), "ok");
 }
@@ -157,7 +157,7 @@ TEST_F(AuxNames, UnpairedSurrogatesAreReplaced) {
         {{0xDBFF, 0xDFFF}, "\U0010FFFF"}, {{0x07FF, 0x0800, 0xFFFF}, "\u07FF\u0800\uFFFF"},
     };
     for (const auto& row : rows) {
-        endpoint.cmds.HandlePDR(AuxNamesPdr(5, 1, 1, Name("en", row.name)));
+        endpoint.HandlePDR(AuxNamesPdr(5, 1, 1, Name("en", row.name)));
         EXPECT_EQ(NumericName(), row.expected);
     }
 }
