@@ -13,7 +13,7 @@ enum EventKind : std::uint32_t {
     FW_UPDATE_END = 6,           ///< payload: std::string, of no meaning
 };
 
-/** Somebody who acts on events. */
+/** What acts on events. */
 class EventHandler {
 public:
     EventHandler() = default;

@@ -11,7 +11,7 @@ namespace vantric {
 
 namespace {
 
-/** What is posted of a record. The temperature stays behind: an object begins without a reading,
+/** What is posted of a record. The temperature is left out: an object begins without a reading,
  *  and the mark for "not available", which the record holds before its first poll, would raise the
  *  high alarms. */
 __Sensor MakeSensor(const __Temp_sensors& record) {

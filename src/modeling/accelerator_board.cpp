@@ -3,9 +3,9 @@
 #include "modeling/paths.hpp"
 #include "vocabulary/device_classes.hpp"
 #include "vocabulary/entity_types.hpp"
-#include "vocabulary/vocabulary.hpp"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace vantric::accelerator_board {
@@ -13,6 +13,29 @@ namespace vantric::accelerator_board {
 namespace {
 
 constexpr std::uint16_t sharedSensorId = 1;
+
+/** Part of a sensor's name to what the sensor stands for. In the order in which a name is searched
+ *  for them; a name should hold one of them only. */
+const std::vector<std::pair<std::string_view, Ldid>> ldidsByName{
+    {"UBB", Ldid::OfBoard()},
+    {"GPU_TOTAL_POWER", Ldid::OfBoard()},
+    {"IBC", Ldid::OfBoard()},
+    {"RETIMER_0_TEMP", Ldid::OfBoard()},
+    {"RETIMER_1_TEMP", Ldid::OfBoard()},
+    {"RETIMER_2_TEMP", Ldid::OfBoard()},
+    {"GPU0", Ldid::OfAccelerator(24)},
+    {"GPU1", Ldid::OfAccelerator(28)},
+    {"GPU2", Ldid::OfAccelerator(27)},
+    {"GPU3", Ldid::OfAccelerator(23)},
+    {"GPU4", Ldid::OfAccelerator(22)},
+    {"GPU5", Ldid::OfAccelerator(26)},
+    {"GPU6", Ldid::OfAccelerator(25)},
+    {"GPU7", Ldid::OfAccelerator(21)},
+};
+
+/** Slots of the logical accelerators, from instance 1 on. GPU numbers count from 0 over the same.
+ */
+constexpr std::array<std::uint8_t, 8> slotsByInstance{24, 28, 27, 23, 22, 26, 25, 21};
 
 std::string AcceleratorPath(std::uint8_t slot) {
     return std::string(InventoryBasePath(PCIE_CLASS_ACCELERATOR)) + std::to_string(slot);
@@ -28,10 +51,10 @@ void ShowSharedSensor(SensorInsertRequest& request, std::uint8_t slot) {
 
 /** False, and nothing changed, if the sensor's name tells nothing. */
 bool ResolveVirtualSensor(SensorInsertRequest& request) {
-    const auto row = std::ranges::find_if(virtualSensorLdids, [&request](const auto& candidate) {
+    const auto row = std::ranges::find_if(ldidsByName, [&request](const auto& candidate) {
         return request.sensor.name.find(candidate.first) != std::string::npos;
     });
-    if (row == virtualSensorLdids.end()) {
+    if (row == ldidsByName.end()) {
         return false;
     }
     const Ldid& ldid = row->second;
@@ -87,11 +110,11 @@ void VirtualStateSensorPath(StateSensorRequest& request) {
         request.statePath = std::string(boardInventoryPath) + tail;
         request.secondLdid = Ldid::OfBoard().Text();
     } else if (request.entityType == ENTITY_LOGICAL_ACCELERATOR) {
-        const auto row =
-            virtualInstanceSlots.find(static_cast<std::uint8_t>(request.entityInstance));
-        if (row != virtualInstanceSlots.end()) {
-            request.statePath = AcceleratorPath(row->second) + tail;
-            request.secondLdid = Ldid::OfAccelerator(row->second).Text();
+        const auto instance = static_cast<std::uint8_t>(request.entityInstance);
+        if (instance != 0 && instance <= slotsByInstance.size()) {
+            const std::uint8_t slot = slotsByInstance[instance - 1];
+            request.statePath = AcceleratorPath(slot) + tail;
+            request.secondLdid = Ldid::OfAccelerator(slot).Text();
             request.entityInstance = 0;
         }
     }

@@ -27,7 +27,7 @@ struct EntityKey {
 using TreePlace = std::vector<std::uint16_t>;
 
 /** One occurrence of an entity. Only EntityTree makes nodes and changes their key and place;
- * sensors are anybody's to hang on. */
+ * any code may hang sensors on them. */
 struct PDRTree {
     std::uint16_t containerID = 0; ///< of the association that made the node
     std::uint16_t entityType = 0;

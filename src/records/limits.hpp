@@ -10,7 +10,7 @@
 namespace vantric::limits {
 
 /** Bytes of one PDR, and the part of the claimed largest record size that is believed: the common
- *  header, the longest body that its 16-bit length can tell of, and a checksum behind the parts. */
+ *  header, the longest body that its 16-bit length can tell of, and a checksum after the parts. */
 inline constexpr std::size_t recordSize = 10 + 65535 + 1;
 
 /** Bytes of one FRU table. */

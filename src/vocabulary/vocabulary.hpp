@@ -5,13 +5,9 @@
  * letter for letter. */
 #pragma once
 
-#include "vocabulary/ldid.hpp"
-
 #include <cstdint>
 #include <map>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace vantric {
 
@@ -26,13 +22,5 @@ extern const std::map<std::string, std::map<std::uint8_t, std::string>> stateVal
 
 /** State of the "Health State" set to the severity of a device's DeviceStatus, 2 (good) to 5. */
 extern const std::map<std::string, std::uint8_t> healthSeverity;
-
-/** For a board of accelerators: part of a sensor's name to the LDID that the sensor stands for. In
- *  the order in which a name is searched for them; a name should hold one of them only. */
-extern const std::vector<std::pair<std::string, Ldid>> virtualSensorLdids;
-
-/** For a board of accelerators: instance of a logical accelerator to the number of its slot. The
- *  GPU numbers of virtualSensorLdids count from 0 over the same slots. */
-extern const std::map<std::uint8_t, std::uint8_t> virtualInstanceSlots;
 
 } // namespace vantric

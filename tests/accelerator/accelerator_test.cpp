@@ -156,7 +156,7 @@ TEST_F(AcceleratorTest, AGroupThatGivesWayStaysDueAndHandsNothingOn) {
     }
 }
 
-TEST_F(AcceleratorTest, AFailureEndsTheCycleBehindTheGroupsButADisownedSensorDoesNot) {
+TEST_F(AcceleratorTest, AFailureEndsTheCycleAfterTheGroupsButADisownedSensorDoesNot) {
     AddSensors({1, 30, 31, 405});
     card.AddState(20, 149);
     card.sensorStatus = {{30, 4}, {31, 3}};

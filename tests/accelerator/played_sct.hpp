@@ -44,7 +44,7 @@ struct PlayedSct {
         for (const auto& row : rows) {
             table.Add(row.Build());
         }
-        // Just as large as the count says, so that a look behind it shows up.
+        // Just as large as the count says, so that a look past it shows up.
         *entries = withoutBuffer ? nullptr : std::malloc(std::max<std::size_t>(table.size(), 1));
         if (*entries != nullptr) {
             std::ranges::copy(table, static_cast<std::uint8_t*>(*entries));

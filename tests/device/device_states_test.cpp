@@ -235,7 +235,7 @@ private:
 
     const std::string next;
     const std::vector<Step> steps;
-    PlayedCard card;       ///< behind every EID
+    PlayedCard card;       ///< at every EID
     std::string askedEids; ///< in the order of their first request
 };
 

@@ -53,7 +53,7 @@ int hubcast_subscribe_notification(void* context, const char* name) {
 namespace vantric {
 namespace {
 
-/** The events since the last look: kinds, and behind a table's the number of its entries. */
+/** The events since the last look: kinds, and after a table's the number of its entries. */
 class Listener : public EventHandler {
 public:
     void Update(EventKind kind, const std::any& payload) override {

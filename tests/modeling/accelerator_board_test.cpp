@@ -62,7 +62,37 @@ TEST_F(AcceleratorBoardTest, ShowsItsSharedSensorAndItsReadingsAtEachAccelerator
     EXPECT_EQ(log.Messages(1)[7], "Failed for virtual slot = 28, execRet = -5\n");
 }
 
-TEST_F(AcceleratorBoardTest, ShowsASensorWhereItsNameTells) {
+TEST_F(AcceleratorBoardTest, KnowsItsPartsByTheirNames) {
+    const struct {
+        std::string name;
+        std::string slot; ///< of an accelerator; none: the board
+    } rows[] = {
+        {"UBB", ""},
+        {"GPU_TOTAL_POWER", ""},
+        {"IBC", ""},
+        {"RETIMER_0_TEMP", ""},
+        {"RETIMER_1_TEMP", ""},
+        {"RETIMER_2_TEMP", ""},
+        {"GPU0", "24"},
+        {"GPU1", "28"},
+        {"GPU2", "27"},
+        {"GPU3", "23"},
+        {"GPU4", "22"},
+        {"GPU5", "26"},
+        {"GPU6", "25"},
+        {"GPU7", "21"},
+    };
+    for (const auto& [name, slot] : rows) {
+        const std::string ldid =
+            slot.empty() ? "UBB.Integrated.1-1" : "ProcAccelerator.Slot." + slot + "-1";
+        EXPECT_EQ(Shown(Publish(Board().Numeric(12, {68, 1, 1}, 2, "TEMP " + name + " HBM"))),
+                  Texts{"T/" + ldid + "_sensorid_12 " + (slot.empty() ? "I:UBB" : slots + slot) +
+                        " add_in_card_1 1 " + (slot.empty() ? "0" : slot) + " " + ldid})
+            << name;
+    }
+}
+
+TEST_F(AcceleratorBoardTest, NamesASensorByTheLowBytesOfItsEntity) {
     const struct {
         Entity entity;
         std::uint8_t unit;
@@ -70,18 +100,12 @@ TEST_F(AcceleratorBoardTest, ShowsASensorWhereItsNameTells) {
         Texts shown;
     } rows[] = {
         {{68, 1, 1},
-         2,
-         "TEMP GPU3 HBM",
-         {"T/ProcAccelerator.Slot.23-1_sensorid_12 " + slots +
-          "23 add_in_card_1 1 23 ProcAccelerator.Slot.23-1"}},
-        {{68, 1, 1},
          7,
          "GPU_TOTAL_POWER",
          {"P/UBB.Integrated.1-1_sensorid_12 I:UBB add_in_card_1 1 0 UBB.Integrated.1-1"}},
         {{68, 1, 1}, 2, "", {}},
         {{68, 1, 1}, 2, "gpu3", {}},
         {{68, 1, 1}, 2, "GPU8", {}},
-        // An entity is named by the low bytes of its type and instance.
         {{32836, 2, 1},
          2,
          "UBB",
@@ -109,21 +133,24 @@ TEST_F(AcceleratorBoardTest, ShowsASensorWhereItsNameTells) {
 }
 
 TEST_F(AcceleratorBoardTest, ShowsAStateSensorAtItselfOrAtAnAccelerator) {
-    const auto card = Board()
-                          .State(1, {68, 1, 1})
-                          .State(2, {32917, 1, 1})
-                          .State(3, {32917, 8, 1})
-                          .State(4, {32917, 9, 1})   // no such accelerator
-                          .State(5, {32917, 260, 1}) // the low byte counts
-                          .State(6, {300, 1, 1});
-    const Texts expected{
-        "I:UBB/sensor/state/sensorid_1 0 UBB.Integrated.1-1",
-        "C/sensor/state/sensorid_ctrl1_4 9 NIC.Slot.3",
-        slots + "23/sensor/state/sensorid_5 0 ProcAccelerator.Slot.23-1",
-        slots + "24/sensor/state/sensorid_2 0 ProcAccelerator.Slot.24-1",
-        slots + "21/sensor/state/sensorid_3 0 ProcAccelerator.Slot.21-1",
-        "C/ethernet_1/sensor/state/sensorid_ctrl1_6 1 NIC.Slot.3",
-    };
+    ToldCard card = Board()
+                        .State(21, {68, 1, 1})
+                        .State(22, {32917, 9, 9}) // no such accelerators
+                        .State(23, {32917, 256, 9})
+                        .State(24, {32917, 260, 9}) // the low byte counts
+                        .State(25, {300, 1, 1});
+    Texts expected{"I:UBB/sensor/state/sensorid_21 0 UBB.Integrated.1-1",
+                   "C/sensor/state/sensorid_ctrl1_22 9 NIC.Slot.3",
+                   "C/sensor/state/sensorid_ctrl1_23 256 NIC.Slot.3",
+                   slots + "23/sensor/state/sensorid_24 0 ProcAccelerator.Slot.23-1"};
+    std::uint16_t instance = 0;
+    for (const std::string slot : {"24", "28", "27", "23", "22", "26", "25", "21"}) {
+        ++instance;
+        card.State(instance, {32917, instance, 9});
+        expected.push_back(slots + slot + "/sensor/state/sensorid_" + std::to_string(instance) +
+                           " 0 ProcAccelerator.Slot." + slot + "-1");
+    }
+    expected.push_back("C/ethernet_1/sensor/state/sensorid_ctrl1_25 1 NIC.Slot.3");
     EXPECT_EQ(Shown(Publish(card, first)), expected);
     EXPECT_EQ(Shown(Publish(card, first)), expected) << "building anew finds another place";
 }

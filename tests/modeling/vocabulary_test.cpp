@@ -25,10 +25,6 @@ std::string Text(unsigned number) {
     return std::to_string(number);
 }
 
-std::string Text(const Ldid& ldid) {
-    return ldid.Text();
-}
-
 /** The rows of a table as "key=word" lines. */
 template <typename Table>
 std::string Lines(const Table& table) {
@@ -57,8 +53,6 @@ TEST(Vocabulary, HasItsWordsLetterForLetter) {
         {"stateSetNames", Lines(stateSetNames), 0xCB1E8E59C15CC1C0},
         {"stateValueNames", Lines(stateTexts), 0x317CAAF1A3F0971E},
         {"healthSeverity", Lines(healthSeverity), 0x30263353E973E21F},
-        {"virtualSensorLdids", Lines(virtualSensorLdids), 0x4ED8AA7F184C15BC},
-        {"virtualInstanceSlots", Lines(virtualInstanceSlots), 0xC1028D543CDC0E41},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Sum(row.lines), row.sum) << row.table << " is now\n" << row.lines;
