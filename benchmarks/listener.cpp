@@ -54,7 +54,7 @@ double ReadNumber(sd_bus_message* message, char type) {
     return static_cast<double>(number);
 }
 
-/** Reads the variant at hand, or passes over it where it holds no number. */
+/** Reads the variant at hand, or skips it where it holds no number. */
 std::optional<double> ReadValue(sd_bus_message* message) {
     const char* contents = nullptr;
     Checked(sd_bus_message_peek_type(message, nullptr, &contents), "a variant");

@@ -77,7 +77,7 @@ std::int32_t Poller::Read(std::uint16_t sensor) {
     record.responseLength = response.size();
     record.completion = OnCompletion;
     record.context = this;
-    done = false; // nobody else has the record yet
+    done = false; // no other thread has the record yet
     if (MctpLinkSendRequest(&record, 0) != 0) {
         Fail("a request was not taken", eid, sensor);
     }

@@ -209,7 +209,7 @@ int OneWayChannel::Execute(Handler handler, void* requestData, unsigned long req
     }
     const std::lock_guard lock(oneWayChannelOperationMutex);
     if (impl->source == nullptr && impl->pending.size() >= mostWithoutLoop) {
-        return -ENOBUFS; // nobody runs them, and perhaps nobody ever will
+        return -ENOBUFS; // no loop runs them, and perhaps none ever will
     }
     try {
         impl->pending.push_back({std::move(handler), requestData, requestSize});

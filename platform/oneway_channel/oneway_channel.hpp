@@ -16,7 +16,7 @@
 class OneWayChannel {
 public:
     /** Runs on the thread of the event loop with the request's data and size. context is the one
-     *  given to RegisterEventLoop; the result reaches nobody. */
+     *  given to RegisterEventLoop; the result is dropped. */
     using Handler = std::function<int(void* context, void* requestData, unsigned long requestSize)>;
 
     /** Returns the channel, made on the first call. Any thread.

@@ -61,7 +61,7 @@ struct Store {
         }
     }
 
-    /// Forgets an object that nobody keeps.
+    /// Forgets an object without a keeper.
     void Release(Objects::iterator object) {
         if (!object->second.created && object->second.reporters == 0) {
             objects.erase(object);

@@ -20,5 +20,5 @@ struct SensorStoreObject {
     std::string service;
 };
 
-/** The object behind a key, or nothing. */
+/** The object that a key stands for, or nothing. */
 std::optional<SensorStoreObject> sensorstore_find_object(const std::string& key);

@@ -34,7 +34,7 @@ std::string SocketPath();
 /** A connected stream to the simulator. One thread may receive while others send one at a time. */
 class Connection {
 public:
-    /** Connects to the simulator at a path. Empty if nobody listens there. */
+    /** Connects to the simulator at a path. Empty if there is no listener. */
     static std::optional<Connection> Open(const std::string& path);
 
     /** Sends a frame; false if the connection is gone. */
@@ -54,7 +54,7 @@ private:
     FrameAssembler assembler;
 };
 
-/** Opens a connection, sends one frame and returns the payload of its reply behind the result.
+/** Opens a connection, sends one frame and returns the payload of its reply after the result.
  *  Empty if there is no simulator, or if the result isn't 0. */
 std::optional<std::vector<std::uint8_t>> AskOnce(const Frame& question);
 

@@ -30,7 +30,7 @@ public:
     /** Connects for the first time and starts the thread; false if there is no simulator. */
     bool Start();
 
-    /** Sends a question with a tag of its own and waits for its reply. Returns the payload behind
+    /** Sends a question with a tag of its own and waits for its reply. Returns the payload after
      *  the result; empty if the result isn't 0, or if there is no simulator or no answer. */
     std::optional<std::vector<std::uint8_t>> Ask(Frame question);
 

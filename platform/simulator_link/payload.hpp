@@ -53,7 +53,7 @@ private:
     std::vector<std::uint8_t> bytes;
 };
 
-/** Reads little-endian fields in order. Behind the end it reads 0 and sets Truncated(). */
+/** Reads little-endian fields in order. Past the end it reads 0 and sets Truncated(). */
 class PayloadReader {
 public:
     explicit PayloadReader(std::span<const std::uint8_t> bytes) : bytes(bytes) {}

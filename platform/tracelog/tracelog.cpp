@@ -72,7 +72,7 @@ public:
         return true;
     }
 
-    /// Hands the line to the kernel at once. A log that nobody takes must not stop its writer, so a
+    /// Hands the line to the kernel at once. A log without a reader must not stop its writer, so a
     /// failure ends the attempt.
     void Write() const {
         std::size_t done = 0;

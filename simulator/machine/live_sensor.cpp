@@ -20,7 +20,7 @@ constexpr std::uint8_t initEnable = 2;
 LiveNumericSensor::LiveNumericSensor(const NumericSensor& description, std::uint32_t seed)
     : description(description), value(description.value, seed),
       operationalState(description.operationalState), presentState(description.presentState) {
-    // Such a sensor is off until somebody enables it.
+    // Such a sensor is off until the requester enables it.
     if (description.init == initEnable && operationalState == enabled) {
         operationalState = disabled;
     }

@@ -43,7 +43,7 @@ double MovingValue::At(Seconds now) {
 }
 
 double MovingValue::Walk(const RandomWalk& walk, Seconds now) {
-    // Nobody sees the steps between two readings: after a long pause the last ones are enough.
+    // Steps between two readings are never seen: after a long pause the last ones are enough.
     constexpr std::uint64_t stepsAtOnce = 1000;
     const auto due = static_cast<std::uint64_t>(now.count() / walk.every);
     if (due > steps + stepsAtOnce) {

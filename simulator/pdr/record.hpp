@@ -46,7 +46,7 @@ std::vector<Pdr> EncodeDescribed(const TerminusDescription& terminus);
 /** Appends type, instance and container. */
 void WriteEntity(simulator_link::PayloadWriter& writer, const EntityId& entity);
 
-/** Appends a bit field of states, as many bytes as the highest state needs, behind its length. */
+/** Appends a bit field of states, as many bytes as the highest state needs, after its length. */
 void WriteStates(simulator_link::PayloadWriter& writer, const std::vector<std::uint8_t>& states);
 
 /** The handle of the terminus that owns the records. */

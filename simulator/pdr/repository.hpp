@@ -25,7 +25,7 @@ public:
     /** A record with its common header; handle 0 stands for the first one. Null if there is no
      *  such record. */
     const Bytes* Find(std::uint32_t handle) const;
-    /** The handle behind a record's, 0 behind the last one. */
+    /** The handle after a record's, 0 after the last one. */
     std::uint32_t Next(std::uint32_t handle) const;
 
     /** The time of the last change as timestamp104 (DSP0240). */

@@ -8,7 +8,7 @@ namespace simulator {
 /** One part of a long answer. */
 struct Part {
     std::span<const std::uint8_t> data;
-    std::uint32_t nextHandle = 0; /**< 0 behind the last part */
+    std::uint32_t nextHandle = 0; /**< 0 after the last part */
     std::uint8_t flag = 0;
     bool last = false;
 };

@@ -111,7 +111,7 @@ public:
     }
     void Read(std::string_view key, std::optional<double>& field);
 
-    /** Refuses a key that nobody asked for. */
+    /** Refuses a key that isn't known. */
     void Finish() const;
 
     [[noreturn]] void Fail(const std::string& text) const { whole.Fail(text); }

@@ -11,7 +11,7 @@ namespace simulator {
 /** A Unix socket that listens; its path goes with it. */
 class ListeningSocket {
 public:
-    /** Takes the place of a socket that nobody listens on any more. Throws std::runtime_error. */
+    /** Replaces a socket without a listener. Throws std::runtime_error. */
     explicit ListeningSocket(const std::string& path);
     ListeningSocket(const ListeningSocket&) = delete;
     ListeningSocket& operator=(const ListeningSocket&) = delete;

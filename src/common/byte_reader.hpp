@@ -12,7 +12,7 @@ namespace vantric {
 
 /** Reads little-endian fields from a span, in order or at an offset, and knows where it ends.
  *
- * A byte behind the end reads as 0, as if the buffer were zero-filled, and sets Truncated(): a
+ * A byte past the end reads as 0, as if the buffer were zero-filled, and sets Truncated(): a
  * parser that tolerates a short message goes on, one that doesn't asks once at its end. */
 class ByteReader {
 public:
@@ -53,10 +53,10 @@ public:
         return field;
     }
 
-    /** Passes over count bytes. */
+    /** Skips count bytes. */
     void Skip(std::size_t count) { Take(count); }
 
-    /** Sets the position from the beginning; a position behind the end has nothing to read. */
+    /** Sets the position from the beginning; a position past the end has nothing to read. */
     void Seek(std::size_t offset) { position = offset; }
 
     std::size_t Position() const { return position; }

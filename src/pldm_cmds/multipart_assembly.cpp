@@ -27,7 +27,7 @@ MultipartAssembly::Step MultipartAssembly::Take(std::uint8_t transferFlag,
         step = Step::NO_MEANING;
     }
     if (step == Step::COMPLETE) {
-        idle = 0; // an empty object is one, and others may come behind it
+        idle = 0; // an empty object is one, and others may come after it
     }
     const bool taken = step == Step::NO_MEANING || Append(part);
     const bool inBounds =

@@ -78,7 +78,7 @@ void HandleSensorAuxNamesPDR(std::span<const std::uint8_t> record, __extractedDa
     auto* numeric = FindById(data.numericSensors, &__Temp_sensors::sensorID, id);
     auto* state = FindById(data.stateSensors, &_StateSensors::sensorId, id);
     if ((numeric != nullptr) == (state != nullptr)) {
-        // Nobody's names, or names that could be anybody's.
+        // The names of no sensor, or of two.
         return;
     }
 

@@ -41,7 +41,7 @@ public:
 
     /** Logs the sensors, names, associations and effectors that were read, at level 4, and returns
      *  all that was read. The reference stays valid as
-     *  long as this object; the device may replace records and lists behind it. */
+     *  long as this object; the records and lists that it leads to may be replaced. */
     std::shared_ptr<__extractedData>& GetExtractedData();
 
     /** The same without the log. */

@@ -6,7 +6,7 @@ namespace sdbusplus::server {
 
 namespace {
 
-/** The one copy of a path that the interfaces of an object share: they come one behind the other.
+/** The one copy of a path that the interfaces of an object share: they come one after the other.
  */
 std::shared_ptr<const std::string> Shared(const char* path) {
     thread_local std::weak_ptr<const std::string> latest;

@@ -55,8 +55,8 @@ public:
      *          error. */
     message_t call(message_t& message);
 
-    /** Announces interfaces of the object at path through the object manager above it. Nobody is
-     *  told where there is no such manager or no connection; that isn't an error of the object. */
+    /** Announces interfaces of the object at path through the object manager above it. No signal
+     *  goes out where there is no such manager or no connection; that isn't an error of the object. */
     void emit_interfaces_added(const char* path, const std::vector<std::string>& interfaces);
 
     /** Withdraws interfaces of the object at path, in the same way. */

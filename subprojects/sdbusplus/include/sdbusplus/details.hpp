@@ -1,4 +1,4 @@
-/** The door between the wrappers: each reaches the handle of another, and nobody else does. */
+/** The door between the wrappers: only they reach the handles of each other. */
 #pragma once
 
 #include "sdbusplus/exception.hpp"

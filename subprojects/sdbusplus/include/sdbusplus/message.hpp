@@ -35,7 +35,7 @@ public:
     }
 
     /** Reads the next values. Containers are replaced. A variant whose type is none of the
-     *  alternatives is passed over and leaves its place as it was.
+     *  alternatives is skipped and leaves its place as it was.
      *  @throws exception::SdBusError if the message goes on with other types or ends. What was read
      *          before stays read. */
     template <typename... T>

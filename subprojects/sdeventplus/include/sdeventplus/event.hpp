@@ -32,7 +32,7 @@ public:
      *  @throws std::system_error if it can't be made. */
     static Event get_default();
 
-    /** Returns a loop that nobody else knows.
+    /** Returns a new loop.
      *  @throws std::system_error if it can't be made. */
     static Event get_new();
 

@@ -25,7 +25,7 @@ public:
         : match_t(bus, rule.c_str(), std::move(callback)) {}
 
 private:
-    // Behind a pointer, so that sd-bus finds it where it was after a move. Goes last.
+    // On the heap, so that sd-bus finds it where it was after a move. Goes last.
     std::unique_ptr<callback_t> function;
     details::SlotHandle slot;
 };

@@ -17,7 +17,7 @@ void ReadBasic(sd_bus_message* message, char type, void* value);
  *  @throws exception::SdBusError "sd_bus_message_read_basic string" in the same cases. */
 const char* ReadText(sd_bus_message* message, char type);
 
-/** A container that is being read; close() goes on behind it. */
+/** A container that is being read; close() goes on after it. */
 class ReadContainer {
 public:
     ReadContainer(sd_bus_message* message, char type, const char* contents);
@@ -31,7 +31,7 @@ private:
 /** Tells whether the next value is a variant of the type. */
 bool IsVariantOf(sd_bus_message* message, const char* signature);
 
-/** Passes over the next value, which has the type. */
+/** Skips the next value, which has the type. */
 void Skip(sd_bus_message* message, const char* signature);
 
 template <types::Number T>
@@ -130,7 +130,7 @@ bool ReadIfVariantOf(sd_bus_message* message, Variant& value) {
     return true;
 }
 
-/** A variant whose type is none of the alternatives is passed over; value stays as it was. */
+/** A variant whose type is none of the alternatives is skipped; value stays as it was. */
 template <typename... T>
 void Read(sd_bus_message* message, std::variant<T...>& value) {
     if (!(ReadIfVariantOf<T>(message, value) || ...)) {

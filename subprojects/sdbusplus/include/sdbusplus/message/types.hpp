@@ -18,7 +18,7 @@
 
 namespace sdbusplus::message::types {
 
-/** A signature of Length characters, with the null byte that C wants behind it. */
+/** A signature of Length characters, with the null byte that ends it in C. */
 template <std::size_t Length>
 struct Signature {
     std::array<char, Length + 1> text{};
@@ -50,7 +50,7 @@ constexpr Signature<1> One(char type) {
 template <typename T>
 struct SignatureOf;
 
-/** The signatures of several types, one behind the other. */
+/** The signatures of several types, one after the other. */
 template <typename... T>
 inline constexpr auto joined_v = (Signature<0>{} + ... + SignatureOf<T>::value);
 

@@ -37,7 +37,7 @@ public:
     void emit_removed();
 
     /** Emits PropertiesChanged with the property's value. A property that never changes by its
-     *  flags is passed over, and so is a lost connection: there is nobody to tell. */
+     *  flags is ignored, and so is a lost connection. */
     void property_changed(const char* property);
 
 private:
