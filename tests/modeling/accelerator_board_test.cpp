@@ -33,25 +33,18 @@ TEST_F(AcceleratorBoardTest, IsKnownByItsIdentity) {
     }
 }
 
-TEST_F(AcceleratorBoardTest, ShowsItsSharedSensorAndItsReadingsAtEachAccelerator) {
-    Texts expected;
-    for (const std::string slot : {"21", "22", "23", "24", "25", "26", "27", "28"}) {
-        expected.push_back("T/ProcAccelerator.Slot." + slot + "_1_sensorid_1 " + slots + slot +
-                           " accelerator_8 8 " + slot + " ProcAccelerator.Slot." + slot + "-1");
-    }
-    EXPECT_EQ(Shown(Publish(Board().Numeric(1, {32917, 8, 1}, BASE_UNIT_WATTS))), expected);
-
+TEST_F(AcceleratorBoardTest, HasEachThermalReadingMoveTheSharedSensorOfEachAccelerator) {
     modeling->UpdateSensorTempValue(77, readingUnavailable, SENSOR_KIND_THERMAL, third);
-    const auto values = TakePosted().values;
-    ASSERT_EQ(values.size(), 8U);
-    for (std::size_t index = 0; index < 8; ++index) {
-        EXPECT_EQ(values[index].pathText, std::to_string(21 + index) + "_1_sensorid_1");
-        EXPECT_EQ(values[index].value, 2147483647.0);
-        EXPECT_EQ(values[index].deviceLdid, "NIC.Slot.3");
-        EXPECT_EQ(values[index].slot, 3);
-        EXPECT_EQ(values[index].sensorKind, SENSOR_KIND_THERMAL);
-        EXPECT_EQ(values[index].controller, 3);
+    Texts moved;
+    for (const auto& request : TakePosted().values) {
+        moved.push_back(request.pathText);
+        EXPECT_EQ(request.value, 2147483647.0);
+        EXPECT_EQ(request.sensorKind, SENSOR_KIND_THERMAL);
+        EXPECT_EQ(request.deviceLdid, "NIC.Slot.3");
     }
+    EXPECT_EQ(moved,
+              (Texts{"21_1_sensorid_1", "22_1_sensorid_1", "23_1_sensorid_1", "24_1_sensorid_1",
+                     "25_1_sensorid_1", "26_1_sensorid_1", "27_1_sensorid_1", "28_1_sensorid_1"}));
     for (const std::uint8_t kind : {SENSOR_KIND_THERMAL_PROBE, SENSOR_KIND_PROBE}) {
         modeling->UpdateSensorTempValue(77, 5, kind, first);
         EXPECT_EQ(TakePosted().values.at(0).pathText, "_sensorid_ctrl1_77");
@@ -60,36 +53,6 @@ TEST_F(AcceleratorBoardTest, ShowsItsSharedSensorAndItsReadingsAtEachAccelerator
     modeling->UpdateSensorTempValue(77, 5, SENSOR_KIND_THERMAL, first);
     ASSERT_EQ(log.Messages(1).size(), 8U);
     EXPECT_EQ(log.Messages(1)[7], "Failed for virtual slot = 28, execRet = -5\n");
-}
-
-TEST_F(AcceleratorBoardTest, KnowsItsPartsByTheirNames) {
-    const struct {
-        std::string name;
-        std::string slot; ///< of an accelerator; none: the board
-    } rows[] = {
-        {"UBB", ""},
-        {"GPU_TOTAL_POWER", ""},
-        {"IBC", ""},
-        {"RETIMER_0_TEMP", ""},
-        {"RETIMER_1_TEMP", ""},
-        {"RETIMER_2_TEMP", ""},
-        {"GPU0", "24"},
-        {"GPU1", "28"},
-        {"GPU2", "27"},
-        {"GPU3", "23"},
-        {"GPU4", "22"},
-        {"GPU5", "26"},
-        {"GPU6", "25"},
-        {"GPU7", "21"},
-    };
-    for (const auto& [name, slot] : rows) {
-        const std::string ldid =
-            slot.empty() ? "UBB.Integrated.1-1" : "ProcAccelerator.Slot." + slot + "-1";
-        EXPECT_EQ(Shown(Publish(Board().Numeric(12, {68, 1, 1}, 2, "TEMP " + name + " HBM"))),
-                  Texts{"T/" + ldid + "_sensorid_12 " + (slot.empty() ? "I:UBB" : slots + slot) +
-                        " add_in_card_1 1 " + (slot.empty() ? "0" : slot) + " " + ldid})
-            << name;
-    }
 }
 
 TEST_F(AcceleratorBoardTest, NamesASensorByTheLowBytesOfItsEntity) {
@@ -133,24 +96,19 @@ TEST_F(AcceleratorBoardTest, NamesASensorByTheLowBytesOfItsEntity) {
 }
 
 TEST_F(AcceleratorBoardTest, ShowsAStateSensorAtItselfOrAtAnAccelerator) {
-    ToldCard card = Board()
-                        .State(21, {68, 1, 1})
-                        .State(22, {32917, 9, 9}) // no such accelerators
-                        .State(23, {32917, 256, 9})
-                        .State(24, {32917, 260, 9}) // the low byte counts
-                        .State(25, {300, 1, 1});
-    Texts expected{"I:UBB/sensor/state/sensorid_21 0 UBB.Integrated.1-1",
-                   "C/sensor/state/sensorid_ctrl1_22 9 NIC.Slot.3",
-                   "C/sensor/state/sensorid_ctrl1_23 256 NIC.Slot.3",
-                   slots + "23/sensor/state/sensorid_24 0 ProcAccelerator.Slot.23-1"};
-    std::uint16_t instance = 0;
-    for (const std::string slot : {"24", "28", "27", "23", "22", "26", "25", "21"}) {
-        ++instance;
-        card.State(instance, {32917, instance, 9});
-        expected.push_back(slots + slot + "/sensor/state/sensorid_" + std::to_string(instance) +
-                           " 0 ProcAccelerator.Slot." + slot + "-1");
-    }
-    expected.push_back("C/ethernet_1/sensor/state/sensorid_ctrl1_25 1 NIC.Slot.3");
+    const auto card = Board()
+                          .State(1, {68, 1, 1})
+                          .State(2, {32917, 9, 9}) // no such accelerators
+                          .State(3, {32917, 256, 9})
+                          .State(4, {32917, 260, 9}) // the low byte counts
+                          .State(5, {32917, 8, 1})
+                          .State(6, {300, 1, 1});
+    const Texts expected{"I:UBB/sensor/state/sensorid_1 0 UBB.Integrated.1-1",
+                         "C/sensor/state/sensorid_ctrl1_2 9 NIC.Slot.3",
+                         "C/sensor/state/sensorid_ctrl1_3 256 NIC.Slot.3",
+                         slots + "23/sensor/state/sensorid_4 0 ProcAccelerator.Slot.23-1",
+                         slots + "21/sensor/state/sensorid_5 0 ProcAccelerator.Slot.21-1",
+                         "C/ethernet_1/sensor/state/sensorid_ctrl1_6 1 NIC.Slot.3"};
     EXPECT_EQ(Shown(Publish(card, first)), expected);
     EXPECT_EQ(Shown(Publish(card, first)), expected) << "building anew finds another place";
 }

@@ -2,20 +2,12 @@
  *  inventories and cycles end. */
 #include "nicdevice/nic_device.hpp"
 
-#include "common/process_flags.hpp"
-#include "support/captured_log.hpp"
 #include "support/eventually.hpp"
 #include "support/played_device.hpp"
-#include "support/publisher_recorder.hpp"
-#include "support/test_clock.hpp"
 #include "support/threads.hpp"
 
-#include <gtest/gtest.h>
-
-#include <array>
 #include <atomic>
 #include <future>
-#include <optional>
 
 #include <unistd.h>
 
@@ -23,75 +15,15 @@ namespace vantric::test {
 namespace {
 
 using namespace std::chrono_literals;
-using Ids = std::vector<std::uint16_t>;
-using Pauses = std::vector<std::chrono::seconds>;
-using Texts = std::vector<std::string>;
-
-const std::string base = "/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/";
 constexpr std::size_t controllers = 3;
 
-class NicDeviceTest : public testing::Test {
+class NicDeviceTest : public DeviceClassTest<NicDevice> {
 protected:
-    NicDeviceTest() { SetClockScale(0); }
-
-    ~NicDeviceTest() override {
-        useNewEndPoints = false;
-        SetPostResult(0);
-        device.reset();
-        TakePosted();
-        TakePauses();
+    NicDeviceTest()
+        : DeviceClassTest("/xyz/openbmc_project/inventory/system/networkdevice/Nic/Slot/", 3,
+                          "NIC.Slot.3") {
+        details.vdmEIDs.resize(1);
     }
-
-    /** A new device in slot 3 with this many of the cards. */
-    void Plug(std::size_t count, bool overVdm = true) {
-        DeviceDetails details;
-        details.identity = {.vendorId = 1, .subVendorId = 2, .subDeviceId = 3, .deviceId = 4};
-        details.cpuAffinity = 7;
-        details.slotNumber = 3;
-        details.ldid = "NIC.Slot.3";
-        (overVdm ? details.vdmEIDs : details.i2cEIDs).resize(count);
-        std::vector<PlayedCard*> plugged;
-        for (std::size_t i = 0; i < count; ++i) {
-            plugged.push_back(&cards[i]);
-        }
-        device.emplace(details, base, plugged);
-        TakePosted();
-    }
-
-    /** What an inventory posts. */
-    PostedRequests Inventory() {
-        device->InventoryTheDevice();
-        TakePauses();
-        return TakePosted();
-    }
-
-    /** What this many good cycles post. */
-    PostedRequests Cycles(int cycles) {
-        for (int cycle = 1; cycle <= cycles; ++cycle) {
-            EXPECT_EQ(device->MonitorTheDevice(), 0);
-        }
-        return TakePosted();
-    }
-
-    /** Makes good cycles; which asked which controller: "3:1 " is the first, in cycle 3. */
-    std::string CyclesWith(std::uint16_t command, int cycles) {
-        const auto count = [&](PlayedCard& card) { return card.TakeCount(command) != 0; };
-        std::ranges::for_each(cards, count);
-        std::string with;
-        for (int cycle = 1; cycle <= cycles; ++cycle) {
-            Cycles(1);
-            for (std::size_t i = 0; i < controllers; ++i) {
-                if (count(cards[i])) {
-                    with += std::to_string(cycle) + ':' + std::to_string(i + 1) + ' ';
-                }
-            }
-        }
-        return with;
-    }
-
-    std::array<PlayedCard, controllers> cards;
-    CapturedLog log;
-    std::optional<PlayedDevice<NicDevice>> device;
 };
 
 /** A FRU table with one general record, which tells the model. */
@@ -128,15 +60,15 @@ TEST_F(NicDeviceTest, EachEndpointsInventoryObjectTellsItsFruDataIfThereIs) {
         {"X100 ", general, PLAYED_GET_FIRMWARE},
         {"- ", {}, PLAYED_GET_FIRMWARE},
     };
-    cards[0].Add({});
+    card.Add({});
     cards[1].Add({});
     cards[1].fruTable = FruOf("Y200");
     cards[1].firmware = "2.0";
     Plug(2);
     for (const auto& row : rows) {
         SCOPED_TRACE(row.object);
-        cards[0].fruTable = row.table;
-        cards[0].commandStatus = {{row.failing, 3}};
+        card.fruTable = row.table;
+        card.commandStatus = {{row.failing, 3}};
         const auto posted = Inventory();
         EXPECT_EQ(device->State(), DEVICE_MONITORING);
         Texts objects;
@@ -161,12 +93,12 @@ TEST_F(NicDeviceTest, TellsWhatTheChannelDoesntTake) {
     const auto refused = [this] {
         return log.Count(4, "OneWayChannel_Execute ERROR, execRet = -5\n");
     };
-    cards[0].Add({});
+    card.Add({});
     Plug(1);
     SetPostResult(-5);
     Inventory();
     EXPECT_EQ(refused(), 3) << "device, sensor and controller";
-    cards[0].fruTable = FruOf("X100");
+    card.fruTable = FruOf("X100");
     Inventory();
     EXPECT_EQ(refused(), 6);
     Cycles(11);
@@ -176,14 +108,14 @@ TEST_F(NicDeviceTest, TellsWhatTheChannelDoesntTake) {
 TEST_F(NicDeviceTest, AnInventoryAsksInAFixedOrder) {
     const std::map<std::string, std::size_t> typeAt{{"0.3", 8}, {"0.5", 3}};
     Texts asked;
-    cards[0].onRequest = [&](std::span<const std::uint8_t> request) {
+    card.onRequest = [&](std::span<const std::uint8_t> request) {
         const auto command = std::to_string(request[1]) + '.' + std::to_string(request[2]);
         const auto type = typeAt.find(command);
         asked.push_back(
             command + (type != typeAt.end() ? " of " + std::to_string(request[type->second]) : ""));
     };
-    cards[0].fruTable = FruOf("X100");
-    cards[0].Add({.init = 2});
+    card.fruTable = FruOf("X100");
+    card.Add({.init = 2});
     Plug(1);
     Inventory();
     EXPECT_EQ(asked,
@@ -218,9 +150,9 @@ TEST_F(NicDeviceTest, AnInventoryEndsWithTheNeededStepThatFails) {
 
 TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
     for (const std::uint8_t unit : {2, 3, 4, 7}) {
-        cards[0].Add({.id = unit, .entityType = 144, .baseUnit = unit});
+        card.Add({.id = unit, .entityType = 144, .baseUnit = unit});
     }
-    cards[0].AddState(20, 144);
+    card.AddState(20, 144);
     cards[1].AddEntities(68, {144});
     cards[1].Add({.id = 9, .entityType = 144});
     cards[2].AddEntities(204, {144}); // its type has no word
@@ -255,7 +187,7 @@ TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
 }
 
 TEST_F(NicDeviceTest, AFailedPollEndsTheCycleAfterWhatItHasRead) {
-    cards[0].Add({.id = 7, .baseUnit = 7});
+    card.Add({.id = 7, .baseUnit = 7});
     for (const std::uint16_t id : {6, 5, 4}) {
         cards[1].Add({.id = id});
     }
@@ -264,7 +196,7 @@ TEST_F(NicDeviceTest, AFailedPollEndsTheCycleAfterWhatItHasRead) {
     Inventory();
     EXPECT_EQ(Shown(Cycles(1)).back(), "3_8 kind 1 = 25");
     EXPECT_EQ(TakePauses(), Pauses{5s});
-    cards[0].values = {{7, 31}};
+    card.values = {{7, 31}};
     cards[1].values = {{6, 30}, {4, 30}};
     cards[1].sensorStatus = {{5, 3}};
     cards[2].TakeRead();
@@ -283,15 +215,16 @@ TEST_F(NicDeviceTest, AFailedPollEndsTheCycleAfterWhatItHasRead) {
 }
 
 TEST_F(NicDeviceTest, FiveFailuresOverI2cCountForNothingUntilTheNextInventory) {
-    cards[0].Add({.init = 2});
+    card.Add({.init = 2});
     const auto cycle = [this](bool good) {
-        cards[0].sensorStatus = {{5, good ? 0 : 3}};
+        card.sensorStatus = {{5, good ? 0 : 3}};
         return device->MonitorTheDevice();
     };
     Plug(1);
     Inventory();
     EXPECT_EQ(cycle(false), 3) << "over VDM";
-    Plug(1, false);
+    details.vdmEIDs.swap(details.i2cEIDs);
+    Plug(1);
     for (int inventories = 0; inventories < 2; ++inventories) {
         Inventory();
         for (int failures = 0; failures < 5; ++failures) {
@@ -305,7 +238,7 @@ TEST_F(NicDeviceTest, FiveFailuresOverI2cCountForNothingUntilTheNextInventory) {
         }
     }
     EXPECT_EQ(log.Count(1, "Monitor failed for slot 3 and error status = 3\n"), 1 + 2 * 265);
-    cards[0].commandStatus = {{PLAYED_ENABLE_SENSOR, 3}};
+    card.commandStatus = {{PLAYED_ENABLE_SENSOR, 3}};
     Inventory();
     EXPECT_EQ(cycle(false), 3) << "only a successful inventory starts anew";
 }
@@ -334,16 +267,16 @@ TEST_F(NicDeviceTest, SeveralControllersCountTogetherAndReadTheirStatesInEveryCy
 
 TEST_F(NicDeviceTest, TheTenthCycleBringsAChangedRepositoryAndFirmware) {
     const auto replace = [this](const std::vector<PlayedSensor>& sensors) {
-        cards[0].Replace(sensors);
-        cards[0].AddEntities(68, {144});
+        card.Replace(sensors);
+        card.AddEntities(68, {144});
     };
     replace({{.id = 5}});
     Plug(1);
     Inventory();
     Cycles(10);
     replace({{.id = 5}, {.id = 6, .baseUnit = 7}});
-    cards[0].firmware = "2.0";
-    cards[0].sensorStatus = {{6, 3}};
+    card.firmware = "2.0";
+    card.sensorStatus = {{6, 3}};
     EXPECT_EQ(device->MonitorTheDevice(), 3) << "the new sensor is polled at once";
     const auto posted = TakePosted();
     EXPECT_EQ(posted.order, (Texts{"UpdateFWVersion", "Clear", "InsertSensor", "InsertSensor",
@@ -353,34 +286,34 @@ TEST_F(NicDeviceTest, TheTenthCycleBringsAChangedRepositoryAndFirmware) {
     EXPECT_EQ(posted.firmware.at(0).deviceLdid, "NIC.Slot.3");
     EXPECT_EQ(posted.sensors.at(1).sensor.sensorKind, SENSOR_KIND_PROBE);
 
-    cards[0].firmware = "";
-    cards[0].sensorStatus.clear();
+    card.firmware = "";
+    card.sensorStatus.clear();
     Cycles(9);
     EXPECT_EQ(CyclesWith(PLAYED_GET_FIRMWARE, 2), "2:1 ") << "a failed cycle doesn't count";
     EXPECT_EQ(Cycles(8).order, Texts{}) << "no version to publish, and the same repository";
 
-    cards[0].Replace({{.id = 5}}); // without entities from now on
-    cards[0].commandStatus = {{PLAYED_GET_REPOSITORY_INFO, 3}};
+    card.Replace({{.id = 5}}); // without entities from now on
+    card.commandStatus = {{PLAYED_GET_REPOSITORY_INFO, 3}};
     EXPECT_EQ(Cycles(10).order, Texts{}) << "a failed look is none, and no failure";
-    cards[0].commandStatus.clear();
+    card.commandStatus.clear();
     EXPECT_EQ(Cycles(10).order, (Texts{"Clear", "UpdateControllerInventory", "SetSensorValue"}))
         << "a card that has had entities is modeled by them";
 }
 
 TEST_F(NicDeviceTest, AChangedRepositoryOfOneControllerHasAllModeledAnew) {
-    cards[0].Add({.id = 5});
+    card.Add({.id = 5});
     cards[1].Add({.id = 7});
     Plug(2);
     Inventory();
     Cycles(5);
-    cards[0].Replace({{.id = 6}});
+    card.Replace({{.id = 6}});
     EXPECT_EQ(Cycles(1).order,
               (Texts{"UpdateFWVersion", "InsertSensor", "UpdateControllerInventory", "InsertSensor",
                      "UpdateControllerInventory", "SetSensorValue"}));
 }
 
 TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
-    cards[0].Add({});
+    card.Add({});
     cards[1].Add({});
     Plug(2);
     Inventory();
@@ -391,7 +324,7 @@ TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
         EXPECT_TRUE(Eventually([&] { return (thread != 0 && Sleeps(thread)) || taken(); }));
         EXPECT_FALSE(taken());
     };
-    cards[0].onRequest = [&](std::span<const std::uint8_t> request) {
+    card.onRequest = [&](std::span<const std::uint8_t> request) {
         table = std::async(std::launch::async, [&] {
             thread = gettid();
             device->UpdateEIDTables({}, {});
@@ -406,8 +339,8 @@ TEST_F(NicDeviceTest, ATableWaitsForTheCycleButNotForItsPause) {
 }
 
 TEST_F(NicDeviceTest, StatesComeAfterReadingsAndTheirFailureIsNoFailureOfTheCycle) {
-    cards[0].Add({.id = 5});
-    cards[0].AddState(20, 144);
+    card.Add({.id = 5});
+    card.AddState(20, 144);
     cards[1].AddState(20, 144);
     Plug(2);
     Inventory();
@@ -417,7 +350,7 @@ TEST_F(NicDeviceTest, StatesComeAfterReadingsAndTheirFailureIsNoFailureOfTheCycl
                      "UpdateDeviceHealthStatus", "SetStateSensorValue"}));
     EXPECT_EQ(posted.states.at(0).searchKey, "/sensor/state/sensorid_ctrl1_20");
     EXPECT_EQ(posted.states.at(1).searchKey, "/sensor/state/sensorid_ctrl2_20");
-    cards[0].commandStatus = {{PLAYED_GET_STATE_READINGS, 9}};
+    card.commandStatus = {{PLAYED_GET_STATE_READINGS, 9}};
     posted = Cycles(1);
     EXPECT_EQ(posted.order, Texts{"SetStateSensorValue"});
     EXPECT_EQ(posted.states.at(0).stateSetNames, Texts{""}) << "a state of nothing";
