@@ -32,7 +32,7 @@ protected:
     }
 
     // The transport's end reaches the library too, when what a test's body gave it is gone.
-    void TearDown() override { Link() = {}; }
+    void TearDown() override { SetUp(); }
 
     int Send() {
         packet.command = 0x11;
