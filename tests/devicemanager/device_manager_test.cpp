@@ -199,7 +199,7 @@ TEST_F(DeviceManagerLife, MakesCommandsGiveWayOnlyWhileATableReachesForADevice) 
                                     {"Index ", true}})); // one that exists
 }
 
-TEST_F(DeviceManagerLife, NobodyGetsTheDevicesBeforeCommandsStopGivingWay) {
+TEST_F(DeviceManagerLife, NoThreadGetsTheDevicesBeforeCommandsStopGivingWay) {
     // The table's thread runs when nothing else wants to, and who waits for the devices on the same
     // processor: it goes on as soon as they are free, before the table's thread does.
     const auto beginOnIt = [processor = sched_getcpu()](std::atomic<pid_t>& thread, int policy) {
