@@ -2,12 +2,12 @@
 
 #include "mctplink.h"
 #include "pldm_cmds/bytes.hpp"
+#include "support/eventually.hpp"
 #include "system/simulator_process.hpp"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdlib>
 #include <cstring>
 #include <future>
@@ -28,28 +28,22 @@ constexpr const char* scenario = "cards:\n"
                                  "      - {eid: 10, medium: i2c, bus-address: 0x1d, "
                                  "ldid: \" NIC.\\u0001x\", ldid-length: 600}\n";
 
-/** Nothing here takes longer, unless it never ends. */
-constexpr std::chrono::seconds patience{30};
-
 /** What the callbacks of the process's attachment have brought. */
 struct Heard {
     std::mutex mutex;
-    std::condition_variable changed;
     std::vector<std::vector<std::uint8_t>> tables; // attached flag and the table
     int discoveries = 0;
     std::function<void()> duringTable;
 
-    bool Wait(const std::function<bool()>& condition) {
-        std::unique_lock lock(mutex);
-        return changed.wait_for(lock, patience, condition);
+    bool HasTables(std::size_t count) {
+        return Eventually([&] {
+            const std::lock_guard lock(mutex);
+            return tables.size() == count;
+        });
     }
 };
 
 Heard* heard = nullptr;
-
-std::size_t TableSize(const MctpLinkCallbackInfo& info) {
-    return sizeof(info.table) + info.table.entryCount * sizeof(MctpLinkEndPoint);
-}
 
 void OnCallback(MctpLinkCallbackInfo* info) {
     std::function<void()> duringTable;
@@ -59,12 +53,13 @@ void OnCallback(MctpLinkCallbackInfo* info) {
             ++heard->discoveries;
         } else {
             const auto* const bytes = reinterpret_cast<const std::uint8_t*>(info);
-            heard->tables.emplace_back(bytes + 4, bytes + 8 + TableSize(*info));
+            const auto size =
+                sizeof(info->table) + info->table.entryCount * sizeof(MctpLinkEndPoint);
+            heard->tables.emplace_back(bytes + 4, bytes + 8 + size);
             duringTable = heard->duringTable;
             std::free(info);
         }
     }
-    heard->changed.notify_all();
     if (duringTable) {
         duringTable();
     }
@@ -90,7 +85,7 @@ struct Exchange {
     bool Send() { return MctpLinkSendRequest(&record, 0) == 0; }
 
     bool Completes() {
-        return completed.get_future().wait_for(patience) == std::future_status::ready;
+        return Eventually([this] { return completed.load(); });
     }
 
     /** The response, "error" and its type before it unless that is 0, or why there is none. */
@@ -109,8 +104,8 @@ struct Exchange {
     std::vector<std::uint8_t> request;
     std::vector<std::uint8_t> response;
     MctpLinkRequest record{};
-    std::promise<void> completed;
-    std::function<void()> onCompletion = [this] { completed.set_value(); };
+    std::atomic<bool> completed = false;
+    std::function<void()> onCompletion = [this] { completed = true; };
 };
 
 class MctpLink : public testing::Test {
@@ -119,7 +114,7 @@ protected:
         heard = &events;
         simulator = std::make_unique<SimulatorProcess>(scenario);
         ASSERT_EQ(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0));
-        ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 1; }));
+        ASSERT_TRUE(events.HasTables(1));
     }
 
     void TearDown() override { MctpLinkDetach(); }
@@ -128,14 +123,13 @@ protected:
 
     /** Whether the function returns true, and does so, when a table's callback runs it. */
     bool HoldsInATablesCallback(const std::function<bool()>& function) {
-        std::promise<bool> outcome;
+        std::atomic<int> outcome = -1;
         {
             const std::lock_guard lock(events.mutex);
-            events.duringTable = [&] { outcome.set_value(function()); };
+            events.duringTable = [&] { outcome = function() ? 1 : 0; };
         }
         Control("table");
-        auto result = outcome.get_future();
-        return result.wait_for(patience) == std::future_status::ready && result.get();
+        return Eventually([&] { return outcome != -1; }) && outcome == 1;
     }
 
     Heard events;
@@ -147,7 +141,7 @@ TEST_F(MctpLink, TablesComeByThemselvesAndAsTheyAreBehindTheirDiscovery) {
          {"table bad-state", "table not-attached", "table bad-source", "pull 3"}) {
         Control(command);
     }
-    ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 5; }));
+    ASSERT_TRUE(events.HasTables(5));
     EXPECT_EQ(1, events.discoveries);
     const std::size_t twoEntries = 20 + 2 * sizeof(MctpLinkEndPoint);
     const std::pair<std::size_t, const char*> expected[] = {
@@ -203,16 +197,15 @@ TEST_F(MctpLink, AClearedRequestIsNotTouchedAndNotCompleted) {
 
 TEST_F(MctpLink, ClearWaitsForACompletionThatRuns) {
     Exchange exchange(9, "81 00 02");
-    std::promise<void> entered;
     std::promise<void> leave;
     std::atomic<bool> left = false;
     exchange.onCompletion = [&] {
-        entered.set_value();
+        exchange.completed = true;
         leave.get_future().wait();
         left = true;
     };
     ASSERT_TRUE(exchange.Send());
-    ASSERT_EQ(std::future_status::ready, entered.get_future().wait_for(patience));
+    ASSERT_TRUE(exchange.Completes());
     std::thread clearing([&] {
         MctpLinkClearRequest(9, 0);
         EXPECT_TRUE(left);
@@ -245,10 +238,9 @@ TEST_F(MctpLink, WithoutItsSimulatorItFailsAndComesBackWithIt) {
     simulator->Kill();
     EXPECT_EQ("refused", Exchange(9, "81 00 02").Answer());
     simulator->Start(scenario);
-    ASSERT_TRUE(events.Wait([&] { return events.tables.size() == 2; }));
+    ASSERT_TRUE(events.HasTables(2));
     EXPECT_EQ("02 00 02 00 07", Exchange(9, "82 00 02").Answer());
-    EXPECT_EQ(std::future_status::timeout,
-              pending.completed.get_future().wait_for(std::chrono::seconds(0)));
+    EXPECT_FALSE(pending.completed);
     MctpLinkClearRequest(9, 0);
 }
 
@@ -263,7 +255,7 @@ TEST_F(MctpLink, NothingIsCalledAfterADetachment) {
     EXPECT_NE(0, MctpLinkAttach(4, 0xFFFFFFFF, OnCallback, 0));
     EXPECT_NE(0, MctpLinkAttach(3, 0xFFFFFFFF, nullptr, 0));
     EXPECT_EQ(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0));
-    EXPECT_TRUE(events.Wait([&] { return events.tables.size() == 2; }));
+    EXPECT_TRUE(events.HasTables(2));
     EXPECT_NE(0, MctpLinkAttach(3, 0xFFFFFFFF, OnCallback, 0)) << "one at a time";
 }
 
