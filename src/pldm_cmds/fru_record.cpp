@@ -73,8 +73,12 @@ public:
         return field;
     }
 
-    /** True if the table ended within a field. */
-    bool Cut() const { return reader.Truncated(); }
+    /** Writes a line if the table ended within a field. */
+    void LogCut(int eid) const {
+        if (reader.Truncated()) {
+            VANTRIC_LOG(LOG_LEVEL_WARNING, "FRU table of EID = %d ends within a field\n", eid);
+        }
+    }
 
 private:
     ByteReader reader;
@@ -120,13 +124,11 @@ void HandleGeneralFRURecord(std::span<const std::uint8_t> table, std::uint8_t fi
         }
         contents.*membersByType[field->type] = text;
     }
-    if (fields.Cut()) {
-        VANTRIC_LOG(LOG_LEVEL_WARNING, "FRU table of EID = %d ends within a field\n", eid);
-    }
+    fields.LogCut(eid);
 }
 
 void HandleOEMFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldCount,
-                        __extractedData& data) {
+                        __extractedData& data, int eid) {
     if (!data.fruContents) {
         data.fruContents = std::make_shared<__FRUContents>();
     }
@@ -134,6 +136,7 @@ void HandleOEMFRURecord(std::span<const std::uint8_t> table, std::uint8_t fieldC
     while (const auto field = fields.Next()) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "OEM FRU field of type %d is not used\n", field->type);
     }
+    fields.LogCut(eid);
 }
 
 } // namespace
@@ -152,7 +155,7 @@ void CheckFRURecordTypeAndParse(std::span<const std::uint8_t> table, __extracted
     case generalRecord:
         return HandleGeneralFRURecord(table, fieldCount, data, eid);
     case oemRecord:
-        return HandleOEMFRURecord(table, fieldCount, data);
+        return HandleOEMFRURecord(table, fieldCount, data, eid);
     default:
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Record type is [%d] is not supported\n", recordType);
     }
