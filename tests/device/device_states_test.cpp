@@ -65,7 +65,8 @@ VdmFails                   | v11 i12 |     | 2 I11 M11=3 M12 |
     Warm Reboot or VDM communication failed! Use I2C EP for Slot[3]; Use I2C EIDs for slot 3
 VdmFailsInADiscovery       | v11 i12 |     | 2 I11 M11=8 M12 |
     Warm Reboot or VDM communication failed! Use I2C EP for Slot[3]; Use I2C EIDs for slot 3
-VdmOfSeveralFails          | v11 v24 i23 i12 | | 2 I11,24 M11,24=1 2 I12,23 M12,23
+VdmOfSeveralFails          | v11 v24 i23 i12 | | 2 I11,24 M11,24=1 2 I12,23 M12,23 |
+    Index 0  ->  EID 12; Index 1  ->  EID 23
 OfOneNameTheLaterCounts    | v11 v24 i12 i22 | | 2 I11,24 M11,24=3 M22,24 | Index 0  ->  EID 22
 VdmFailsWithoutI2c         | v11     |     | 2 I11 M11=4 5*25 M11=4 5 (5) |
     mI2C_EIDs vector is empty for slot 3;
