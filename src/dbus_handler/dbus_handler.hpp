@@ -26,13 +26,14 @@ namespace vantric {
  *
  * Objects are created, written and removed on the main thread alone, by the functions of
  * handlers.hpp; the operations below are their work. What any thread may call says so. */
-class DBusHandler : public UdidReader {
+class DBusHandler final : public UdidReader {
 public:
     /** Returns the one instance. The first call, on the main thread before others exist, connects
      *  to the bus, takes the name and makes the channel's requests run on the thread's event loop.
      *  What fails of that is logged, and the instance does without. */
     static DBusHandler& instance();
 
+    ~DBusHandler() override = default;
     DBusHandler(const DBusHandler&) = delete;
     DBusHandler& operator=(const DBusHandler&) = delete;
 
@@ -90,7 +91,6 @@ public:
 
 private:
     DBusHandler();
-    ~DBusHandler() override = default;
 
     template <typename Composition, typename Construct>
     void createDbusObj(ObjectStore<Composition>& store, const std::string& ldid, std::string path,

@@ -30,8 +30,7 @@ int main() {
     ChannelPublisher publisher;
     const auto deviceManager =
         std::make_unique<DeviceManager>(BusDoors{.publisher = publisher, .udids = dbusHandler});
-    const std::thread deviceManagerThread =
-        StartThread("PLDM_DevMgr", [&deviceManager] { deviceManager->DevMgrThread(); });
+    StartThread("PLDM_DevMgr", [&deviceManager] { deviceManager->DevMgrThread(); }).detach();
 
     // The loop ends only when the bus is lost. Device threads may then sit in a command for most of
     // a minute; the supervisor should start a new process at once instead of waiting for them.

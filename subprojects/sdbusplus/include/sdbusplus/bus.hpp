@@ -56,7 +56,8 @@ public:
     message_t call(message_t& message);
 
     /** Announces interfaces of the object at path through the object manager above it. No signal
-     *  goes out where there is no such manager or no connection; that isn't an error of the object. */
+     *  goes out where there is no such manager or no connection; that isn't an error of the object.
+     */
     void emit_interfaces_added(const char* path, const std::vector<std::string>& interfaces);
 
     /** Withdraws interfaces of the object at path, in the same way. */
