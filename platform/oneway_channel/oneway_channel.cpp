@@ -21,13 +21,13 @@ namespace {
 constexpr int channelModule = 300;
 constexpr const char* channelFile = "oneway_channel";
 
-/// How long requests run before the loop's other sources have their turn.
+/** How long requests run before the loop's other sources have their turn. */
 constexpr std::chrono::milliseconds longestTurn{10};
 
-/// Requests that are kept while no loop is registered.
+/** Requests that are kept while no loop is registered. */
 constexpr std::size_t mostWithoutLoop = 10000;
 
-/// Guards what the channel holds. It is taken over a fork, so handlers run without it.
+/** Guards what the channel holds. It is taken over a fork, so handlers run without it. */
 std::mutex oneWayChannelOperationMutex;
 
 struct Request {
@@ -36,7 +36,7 @@ struct Request {
     unsigned long size;
 };
 
-/// Runs what came from outside the channel; its exceptions must not reach the event loop.
+/** Runs what came from outside the channel; its exceptions must not reach the event loop. */
 template <typename Call>
 void RunGuarded(const Call& call) {
     try {
@@ -52,8 +52,8 @@ void RunGuarded(const Call& call) {
 
 } // namespace
 
-/// The inside of the channel. A byte stands in the pipe from the first request of a burst until the
-/// loop has found nothing left, so the pipe can't fill up and a burst costs one wake-up.
+/** The inside of the channel. A byte stands in the pipe from the first request of a burst until the
+ *  loop has found nothing left, so the pipe can't fill up and a burst costs one wake-up. */
 struct OneWayChannel::Impl : std::enable_shared_from_this<OneWayChannel::Impl> {
     Impl() = default;
     Impl(const Impl&) = delete;
@@ -74,8 +74,9 @@ struct OneWayChannel::Impl : std::enable_shared_from_this<OneWayChannel::Impl> {
         return 0;
     }
 
-    /// Runs requests until none is left or the turn is over. Then the loop's other sources have
-    /// theirs: a slow request holds up the bus for its own length, and not for that of the queue.
+    /** Runs requests until none is left or the turn is over. Then the loop's other sources have
+     *  theirs: a slow request holds up the bus for its own length, and not for that of the queue.
+     */
     void RunPending() {
         const auto endOfTurn = std::chrono::steady_clock::now() + longestTurn;
         do {
@@ -93,8 +94,8 @@ struct OneWayChannel::Impl : std::enable_shared_from_this<OneWayChannel::Impl> {
         }
     }
 
-    /// Moves what is pending to the loop's side. Returns false if there is nothing, and then the
-    /// loop sleeps until there is.
+    /** Moves what is pending to the loop's side. Returns false if there is nothing, and then the
+     *  loop sleeps until there is. */
     bool TakePending() {
         running.clear();
         next = 0;
@@ -109,7 +110,7 @@ struct OneWayChannel::Impl : std::enable_shared_from_this<OneWayChannel::Impl> {
         return false;
     }
 
-    /// Lets go of the loop and of all requests.
+    /** Lets go of the loop and of all requests. */
     void Drop() {
         source = sd_event_source_unref(source);
         function = nullptr;

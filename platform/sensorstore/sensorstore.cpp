@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Every probe object has the same few property names, types and services: one copy serves all.
+/** Every probe object has the same few property names, types and services: one copy serves all. */
 class Words {
 public:
     const std::string* Of(const std::string& text) { return &*words.insert(text).first; }
@@ -44,8 +44,8 @@ struct Target {
     std::string path;
 };
 
-/// Everything that the store holds. It lives as long as the process, so that probe objects that go
-/// away during the process's exit still find it.
+/** Everything that the store holds. It lives as long as the process, so that probe objects that go
+ *  away during the process's exit still find it. */
 struct Store {
     std::mutex mutex;
     Words words;
@@ -61,7 +61,7 @@ struct Store {
         }
     }
 
-    /// Forgets an object without a keeper.
+    /** Forgets an object without a keeper. */
     void Release(Objects::iterator object) {
         if (!object->second.created && object->second.reporters == 0) {
             objects.erase(object);

@@ -12,16 +12,16 @@
 
 namespace {
 
-/// Failures and conditions that may pass; the trace is for whoever asks for it.
+/** Failures and conditions that may pass; the trace is for whoever asks for it. */
 constexpr int defaultLevel = 2;
 
-/// No longer than what a pipe takes whole, so that lines of several threads and processes don't
-/// run into each other.
+/** No longer than what a pipe takes whole, so that lines of several threads and processes don't
+ *  run into each other. */
 constexpr std::size_t maxLine = PIPE_BUF;
 
 constexpr std::string_view cutMark = "...";
 
-/// The highest level that is shown: TRACELOG_LEVEL, where it is a number.
+/** The highest level that is shown: TRACELOG_LEVEL, where it is a number. */
 int ShownLevel() {
     const char* text = std::getenv("TRACELOG_LEVEL");
     if (text == nullptr || *text == '\0') {
@@ -34,7 +34,7 @@ int ShownLevel() {
     return usable ? static_cast<int>(value) : defaultLevel;
 }
 
-/// The priority that the journal reads at the head of a line.
+/** The priority that the journal reads at the head of a line. */
 std::string_view JournalPriority(int level) {
     if (level <= 1) {
         return "<3>";
@@ -45,7 +45,7 @@ std::string_view JournalPriority(int level) {
     return level <= 4 ? "<6>" : "<7>";
 }
 
-/// One line of the log under construction, always with room for the cut mark and the line end.
+/** One line of the log under construction, always with room for the cut mark and the line end. */
 class Line {
 public:
     void Append(std::string_view text) {
@@ -54,8 +54,8 @@ public:
         }
     }
 
-    /// Appends one byte of a message: text from a card must neither end the line nor speak to a
-    /// terminal. Returns false when the line is full.
+    /** Appends one byte of a message: text from a card must neither end the line nor speak to a
+     *  terminal. Returns false when the line is full. */
     bool AppendMessageByte(unsigned char byte) {
         constexpr std::size_t escapeLength = 4;
         if (length + escapeLength + cutMark.size() + 1 > bytes.size()) {
@@ -72,8 +72,8 @@ public:
         return true;
     }
 
-    /// Hands the line to the kernel at once. A log without a reader must not stop its writer, so a
-    /// failure ends the attempt.
+    /** Hands the line to the kernel at once. A log without a reader must not stop its writer, so a
+     *  failure ends the attempt. */
     void Write() const {
         std::size_t done = 0;
         while (done < length) {

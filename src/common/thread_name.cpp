@@ -9,11 +9,11 @@ namespace vantric {
 
 namespace {
 
-/// The size that the system reserves for a thread's name, terminator included.
+/** The size that the system reserves for a thread's name, terminator included. */
 constexpr std::size_t threadNameSize = 16;
 
-/// Empty until the thread's name has been asked for. The log wants it in every line, and the way to
-/// the kernel is as long as the rest of the line takes.
+/** Empty until the thread's name has been asked for. The log wants it in every line, and the way to
+ *  the kernel is as long as the rest of the line takes. */
 thread_local std::array<char, threadNameSize> threadName{};
 
 } // namespace

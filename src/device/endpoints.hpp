@@ -67,8 +67,8 @@ private:
     std::uint32_t workGeneration = 0; ///< generation when the latest work began
     Controllers workControllers;      ///< those it began with
     std::mutex deviceMutex;
-    /// Held only while waiting for deviceMutex: who waits there blocks those who come later, so
-    /// that a monitor thread that starts its next cycle at once can't overtake a waiting table.
+    /** Held only while waiting for deviceMutex: who waits there blocks those who come later, so
+     *  that a monitor thread that starts its next cycle at once can't overtake a waiting table. */
     std::mutex turnMutex;
 };
 

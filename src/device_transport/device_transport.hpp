@@ -16,7 +16,8 @@ struct TransportPacket {
     std::uint8_t requestFlagB = 0;           ///< passed to the transport as it stands
     std::vector<std::uint8_t> requestBytes;  ///< the whole PLDM message, header included
     std::vector<std::uint8_t> responseBytes; ///< buffer, sized by the caller
-    /// In: bytes that the caller expects. Out: bytes received, never more than responseBytes holds.
+    /** In: bytes that the caller expects. Out: bytes received, never more than responseBytes holds.
+     */
     std::uint32_t responseLength = 0;
 };
 

@@ -16,8 +16,9 @@ namespace vantric {
 
 namespace {
 
-/// The library is told of as much room as it announced, and has it: how much of it a call uses is
-/// not ours to know. Only an absurd claim is cut, at sixteen times what a group's count can tell.
+/** The library is told of as much room as it announced, and has it: how much of it a call uses is
+ *  not ours to know. Only an absurd claim is cut, at sixteen times what a group's count can tell.
+ */
 constexpr std::uint32_t mostRecords = 4096;
 
 /** One record of the table, as far as discovery looks at it. */

@@ -15,7 +15,7 @@ namespace {
 constexpr auto fwUpdateStart = "PLDMFWUpdateStart$1$FWUpdateStart$";
 constexpr auto fwUpdateStop = "PLDMFWUpdateStop$1$FWUpdateStop$";
 
-/// One word of the library for both subscriptions; the second overwrites the first.
+/** One word of the library for both subscriptions; the second overwrites the first. */
 void* hubcastContext = nullptr;
 
 const std::map<std::string_view, EventKind>& NotificationEvents() {

@@ -81,7 +81,7 @@ struct __Temp_sensors {
     std::uint8_t previousState = 0;
     std::uint8_t eventState = 0;
     std::int64_t presentReading = 0; ///< raw
-    /// Converted: whole degrees Celsius, or whole units of baseUnit; or readingUnavailable.
+    /** Converted: whole degrees Celsius, or whole units of baseUnit; or readingUnavailable. */
     std::int32_t temperature = 0;
     std::string auxLanguageTag;
     std::string auxSensorName;        ///< the sensor's own name; may be empty

@@ -11,7 +11,7 @@
 namespace vantric::test {
 
 struct PlayedLink {
-    /// Decides over one request: what MctpLinkSendRequest returns, and whether it answers.
+    /** Decides over one request: what MctpLinkSendRequest returns, and whether it answers. */
     std::function<int(MctpLinkRequest&)> onSend;
     std::function<void()> onClear = [] {};       ///< what happens inside MctpLinkClearRequest
     std::vector<std::vector<std::uint8_t>> sent; ///< request bytes of every attempt

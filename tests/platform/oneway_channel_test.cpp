@@ -20,7 +20,7 @@ using test::InAChild;
 using testing::ElementsAre;
 using testing::MatchesRegex;
 
-/// A loop with the process's channel on it. Its test runs in a child, where the channel is new.
+/** A loop with the process's channel on it. Its test runs in a child, where the channel is new. */
 class Loop {
 public:
     Loop() : event(sdeventplus::Event::get_new()) {}
@@ -30,8 +30,8 @@ public:
             event, this, [](void* context) { ++static_cast<Loop*>(context)->wakeUps; });
     }
 
-    /// Turns the loop, without waiting, until it has nothing to do. Returns whether anything ran. A
-    /// slow machine needs several turns for what a fast one does in one.
+    /** Turns the loop, without waiting, until it has nothing to do. Returns whether anything ran. A
+     *  slow machine needs several turns for what a fast one does in one. */
     bool RunDry() {
         bool ran = false;
         while (sd_event_run(event.get(), 0) > 0) {
@@ -40,7 +40,7 @@ public:
         return ran;
     }
 
-    /// Turns the loop until done() holds; a time limit makes a hang a failure.
+    /** Turns the loop until done() holds; a time limit makes a hang a failure. */
     template <typename Condition>
     void RunUntil(const Condition& done) {
         const auto deadline = std::chrono::steady_clock::now() + 30s;
@@ -63,7 +63,7 @@ int Post(std::function<void()> body) {
         nullptr, 0, false);
 }
 
-/// Runs body in a child, with a loop that has the channel on it.
+/** Runs body in a child, with a loop that has the channel on it. */
 void OnALoop(const std::function<void(Loop&)>& body) {
     InAChild([&] {
         Loop loop;

@@ -12,7 +12,7 @@ using test::CaptureWrites;
 using testing::ElementsAre;
 using Writes = std::vector<std::string>;
 
-/// Writes one line at each of the given levels, with TRACELOG_LEVEL as given.
+/** Writes one line at each of the given levels, with TRACELOG_LEVEL as given. */
 Writes WriteLevels(const char* shown, const std::vector<int>& levels) {
     return CaptureWrites([&] {
         shown == nullptr ? unsetenv("TRACELOG_LEVEL") : setenv("TRACELOG_LEVEL", shown, 1);

@@ -16,7 +16,7 @@ double FirstScale() {
     return text != nullptr ? std::strtod(text, nullptr) : 1.0;
 }
 
-/// The most that is kept for TakePauses; a process that nobody asks must not grow.
+/** The most that is kept for TakePauses; a process that nobody asks must not grow. */
 constexpr std::size_t pausesKept = 10000;
 
 std::atomic<double>& Scale() {
@@ -24,7 +24,7 @@ std::atomic<double>& Scale() {
     return scale;
 }
 
-/// What Now() tells: a thread's own time, which passes in its pauses alone.
+/** What Now() tells: a thread's own time, which passes in its pauses alone. */
 thread_local std::chrono::steady_clock::time_point now;
 
 std::mutex pausesMutex;
