@@ -49,7 +49,7 @@ void CreateAndRemoveObject(benchmark::State& state) {
     const SensorInsertRequest request = InsertRequest(1);
     for (auto _ : state) {
         handler.InsertSensor(request);
-        handler.Clear(ldid, true);
+        handler.Clear({ldid, 0, CLEAR_SENSORS});
     }
 }
 BENCHMARK(CreateAndRemoveObject);
@@ -71,7 +71,7 @@ void UpdateObject(benchmark::State& state, bool changing) {
         }
         handler.SetSensorValue(request);
     }
-    handler.Clear(ldid, true);
+    handler.Clear({ldid, 0, CLEAR_SENSORS});
 }
 BENCHMARK_CAPTURE(UpdateObject, unchanged, false)->Arg(1)->Arg(100);
 BENCHMARK_CAPTURE(UpdateObject, changed, true)->Arg(1)->Arg(100);

@@ -1,54 +1,53 @@
 #include "dbus_handler/channel_publisher.hpp"
 
 #include "dbus_handler/handlers.hpp"
-#include "dbus_handler/post_request.hpp"
 
 #include <utility>
 
 namespace vantric {
 
 PostResult ChannelPublisher::InsertSensor(SensorInsertRequest request) {
-    return PostRequest(dbusDataInsert, std::move(request));
+    return dbusDataInsert.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::SetSensorValue(SensorValueRequest request) {
-    return PostRequest(dbusSetSensorValue, std::move(request));
+    return dbusSetSensorValue.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::InsertStateSensor(StateSensorRequest request) {
-    return PostRequest(dbusStateSensorDataInsert, std::move(request));
+    return dbusStateSensorDataInsert.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::SetStateSensorValue(StateSensorRequest request) {
-    return PostRequest(dbusSetStateSensorValue, std::move(request));
+    return dbusSetStateSensorValue.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::InsertFruInventory(FruInventoryRequest request) {
-    return PostRequest(dbusFruDataInsert, std::move(request));
+    return dbusFruDataInsert.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::InsertPlainInventory(PlainInventoryRequest request) {
-    return PostRequest(dbusInvDataInsert, std::move(request));
+    return dbusInvDataInsert.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::UpdateControllerInventory(ControllerRequest request) {
-    return PostRequest(dbusControllerData, std::move(request));
+    return dbusControllerData.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::UpdateFWVersion(FirmwareRequest request) {
-    return PostRequest(dbusFWDataUpdate, std::move(request));
+    return dbusFWDataUpdate.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::UpdateDeviceHealthStatus(HealthStatusRequest request) {
-    return PostRequest(dbusUpdateDeviceHealthStatus, std::move(request));
+    return dbusUpdateDeviceHealthStatus.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::Clear(ClearRequest request) {
-    return PostRequest(dbusClear, std::move(request));
+    return dbusClear.Post(std::move(request));
 }
 
 PostResult ChannelPublisher::ResetNumbering() {
-    return PostRequest(dbusResetNumbering, NumberingResetRequest{});
+    return dbusResetNumbering.Post({});
 }
 
 } // namespace vantric

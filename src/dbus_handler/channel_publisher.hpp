@@ -5,8 +5,7 @@
 
 namespace vantric {
 
-/** Copies each request to the heap and posts it to the handler that takes such a record (the
- *  dbus... functions of handlers.hpp), which owns it from then on. */
+/** Posts each request to its handler in handlers.hpp. */
 class ChannelPublisher : public Publisher {
 public:
     PostResult InsertSensor(SensorInsertRequest request) override;

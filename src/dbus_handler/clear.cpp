@@ -1,7 +1,5 @@
 /** Removal of a device's objects. */
 #include "dbus_handler/dbus_handler.hpp"
-#include "dbus_handler/handlers.hpp"
-#include "dbus_handler/request_shape.hpp"
 
 namespace vantric {
 
@@ -21,21 +19,14 @@ void Remove(ObjectStore<Composition>& store, const std::string& ldid) {
 
 } // namespace
 
-int dbusClear(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<ClearRequest>(
-        __func__, requestData, requestSize, [](const ClearRequest& request) {
-            DBusHandler::instance().Clear(request.deviceLdid, request.mode == CLEAR_SENSORS);
-            return 0;
-        });
-}
-
-void DBusHandler::Clear(const std::string& ldid, bool sensorsOnly) {
+void DBusHandler::Clear(const ClearRequest& request) {
+    const std::string& ldid = request.deviceLdid;
     const std::lock_guard lock(objectsMutex);
     Remove(thermalObjects, ldid);
     Remove(thermalProbeObjects, ldid);
     Remove(probeObjects, ldid);
     Remove(stateSensorObjects, ldid);
-    if (sensorsOnly) {
+    if (request.mode == CLEAR_SENSORS) {
         return;
     }
     Remove(inventoryObjects, ldid);

@@ -2,9 +2,7 @@
 
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
-#include "dbus_handler/handlers.hpp"
 #include "dbus_handler/platform_callbacks.hpp"
-#include "dbus_handler/request_shape.hpp"
 
 #include <oneway_channel.hpp>
 #include <sdbusplus/exception.hpp>
@@ -41,14 +39,6 @@ std::string MatchRule(std::initializer_list<std::pair<const char*, const char*>>
 }
 
 } // namespace
-
-int dbusResetNumbering(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<NumberingResetRequest>(__func__, requestData, requestSize,
-                                                [](const NumberingResetRequest&) {
-                                                    DBusHandler::instance().ForgetNumbering();
-                                                    return 0;
-                                                });
-}
 
 DBusHandler& DBusHandler::instance() {
     static DBusHandler handler;
@@ -128,7 +118,7 @@ void DBusHandler::RegisterForDBUSEvents() {
     }
 }
 
-void DBusHandler::ForgetNumbering() {
+void DBusHandler::ForgetNumbering(const NumberingResetRequest& /*request*/) {
     numbering = {};
     sensorCategories.clear();
 }

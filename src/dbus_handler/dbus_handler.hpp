@@ -22,6 +22,14 @@
 
 namespace vantric {
 
+/** Turns the sensors of a card that turned out to be an OCP card into OCP sensors. */
+struct RetypeRequest {
+    std::uint8_t slot = 0;
+};
+
+/** Makes all numbering of sensors begin anew; takes nothing along. */
+struct NumberingResetRequest {};
+
 /** Owns the connection, the service name, the object managers and every published object.
  *
  * Objects are created, written and removed on the main thread alone, by the functions of
@@ -79,15 +87,15 @@ public:
     /** Creates the object of a controller. */
     void UpdateControllerInventory(const ControllerRequest& request);
     /** Writes the firmware version to all inventory objects of the device. */
-    void updateFWVersion(const std::string& ldid, const std::string& version);
+    void updateFWVersion(const FirmwareRequest& request);
     /** Writes the severity to all inventory objects of the device. */
-    void UpdateDeviceHealthStatus(const std::string& ldid, std::uint8_t severity);
-    /** Removes the objects of the device: those of sensors only, or the inventory as well. */
-    void Clear(const std::string& ldid, bool sensorsOnly);
+    void UpdateDeviceHealthStatus(const HealthStatusRequest& request);
+    /** Removes the objects of the device; all for a mode that is none. */
+    void Clear(const ClearRequest& request);
     /** Turns the sensors of the OCP card in the slot into OCP sensors. */
-    void RetypeSensors(std::uint8_t slot);
+    void RetypeSensors(const RetypeRequest& request);
     /** Puts the numbering back to its first values. */
-    void ForgetNumbering();
+    void ForgetNumbering(const NumberingResetRequest& request);
 
 private:
     DBusHandler();

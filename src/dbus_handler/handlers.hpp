@@ -1,48 +1,110 @@
-/** The functions that carry requests out: what ChannelPublisher hands to the channel, each with a
- *  record of its own type.
- *
- * Each runs on the main thread and owns the record. It returns 0, or -1 for a request that it can't
- * begin with; the failures of the work itself are logged and don't change the result. */
+/** The functions that carry requests out on the main thread, each bound to the record it takes. */
 #pragma once
+
+#include "common/log.hpp"
+#include "dbus_handler/dbus_handler.hpp"
+
+#include <oneway_channel.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace vantric {
 
-/** Creates the object of a numeric sensor from a SensorInsertRequest. One that exists stays as it
- *  is; so does the bus if the kind of sensor isn't published. -1: the request has no path. */
-int dbusDataInsert(void* context, void* requestData, unsigned long requestSize);
+/** Result of a post for which there is no channel. */
+inline constexpr int requestNotTaken = -1;
 
-/** Writes the reading of a SensorValueRequest to its object, if there is one. */
-int dbusSetSensorValue(void* context, void* requestData, unsigned long requestSize);
+/** A text as a template argument. */
+template <std::size_t size>
+struct FixedText {
+    consteval FixedText(const char (&source)[size]) { std::ranges::copy(source, text); }
 
-/** Creates the object of a state sensor from a StateSensorRequest. One that exists stays as it is.
- *  -1: the request has no path. */
-int dbusStateSensorDataInsert(void* context, void* requestData, unsigned long requestSize);
+    char text[size]{};
+};
 
-/** Writes the states of a StateSensorRequest to its object, if there is one. */
-int dbusSetStateSensorValue(void* context, void* requestData, unsigned long requestSize);
+/** The record that a piece of work takes. */
+template <typename Record>
+Record RecordOf(void (DBusHandler::*work)(const Record&));
 
-/** Writes the severity of a HealthStatusRequest to all inventory objects of the device. */
-int dbusUpdateDeviceHealthStatus(void* context, void* requestData, unsigned long requestSize);
+/** A kind of request: a function for the channel, and the only way to post to it.
+ *
+ * @tparam name        the function's name in log lines
+ * @tparam work        the operation of DBusHandler that it ends in
+ * @tparam nullText    what is logged where there is no record
+ * @tparam neededPath  the field of the record without which the work can't begin; null: none
+ * @tparam pathText    what is logged where that field is empty */
+template <FixedText name, auto work, FixedText nullText = "requestData or requestSize is null",
+          auto neededPath = nullptr, FixedText pathText = "">
+class Handler {
+public:
+    using Record = decltype(RecordOf(work));
 
-/** Creates the inventory object of a device without FRU data from a PlainInventoryRequest. */
-int dbusInvDataInsert(void* context, void* requestData, unsigned long requestSize);
+    /** Does the work for a Record, which it owns. Main thread.
+     *  @return 0, or -1 for a request that can't be begun with; the failures of the work itself are
+     *          logged and don't change the result. Without a record it releases nothing. */
+    static int Function(void* /*context*/, void* requestData, unsigned long requestSize) {
+        if (requestData == nullptr || requestSize == 0) {
+            return Refuse(nullText.text);
+        }
+        const std::unique_ptr<const Record> record(static_cast<const Record*>(requestData));
+        if constexpr (neededPath != nullptr) {
+            if (std::invoke(neededPath, *record).empty()) {
+                return Refuse(pathText.text);
+            }
+        }
+        std::invoke(work, DBusHandler::instance(), *record);
+        return 0;
+    }
 
-/** Creates the inventory object of a device with FRU data from a FruInventoryRequest. */
-int dbusFruDataInsert(void* context, void* requestData, unsigned long requestSize);
+    /** Copies the record to the heap and posts it to the main thread. Any thread, never waits; the
+     *  function's own result reaches no caller. */
+    static PostResult Post(Record record) {
+        try {
+            auto owned = std::make_unique<Record>(std::move(record));
+            const int result =
+                OneWayChannel::GetInstance().Execute(Function, owned.get(), sizeof(Record), false);
+            if (result == 0) {
+                static_cast<void>(owned.release()); // the function frees it
+            }
+            return PostResult(result);
+        } catch (const std::exception&) {
+            // A channel that can't be made must not end the poster's thread.
+            return PostResult(requestNotTaken);
+        }
+    }
 
-/** Creates the object of a controller from a ControllerRequest. */
-int dbusControllerData(void* context, void* requestData, unsigned long requestSize);
+private:
+    static int Refuse(const char* why) {
+        tracelog_printf(LOG_LEVEL_ERROR, logModule, "%s:%s:%s:%u:%s\n", get_thread_name(),
+                        __FILE_NAME__, name.text, static_cast<unsigned>(__LINE__), why);
+        return -1;
+    }
+};
 
-/** Writes the version of a FirmwareRequest to all inventory objects of the device. */
-int dbusFWDataUpdate(void* context, void* requestData, unsigned long requestSize);
-
-/** Removes the objects of a device as the ClearRequest says. */
-int dbusClear(void* context, void* requestData, unsigned long requestSize);
-
-/** Takes nothing along. */
-struct NumberingResetRequest {};
-
-/** Makes all numbering of sensors begin anew, for a NumberingResetRequest. */
-int dbusResetNumbering(void* context, void* requestData, unsigned long requestSize);
+inline constexpr Handler<"dbusDataInsert", &DBusHandler::InsertSensor, "Required data is null",
+                         &SensorInsertRequest::objectPath, "Path is NULL!">
+    dbusDataInsert;
+inline constexpr Handler<"dbusSetSensorValue", &DBusHandler::SetSensorValue> dbusSetSensorValue;
+inline constexpr Handler<"dbusStateSensorDataInsert", &DBusHandler::InsertStateSensor,
+                         "requestData or requestSize is null", &StateSensorRequest::statePath,
+                         "Dbus path emtpy!">
+    dbusStateSensorDataInsert;
+inline constexpr Handler<"dbusSetStateSensorValue", &DBusHandler::SetStateSensorValue>
+    dbusSetStateSensorValue;
+inline constexpr Handler<"dbusUpdateDeviceHealthStatus", &DBusHandler::UpdateDeviceHealthStatus>
+    dbusUpdateDeviceHealthStatus;
+inline constexpr Handler<"dbusInvDataInsert", &DBusHandler::InsertPlainInventory> dbusInvDataInsert;
+inline constexpr Handler<"dbusFruDataInsert", &DBusHandler::InsertFruInventory> dbusFruDataInsert;
+inline constexpr Handler<"dbusControllerData", &DBusHandler::UpdateControllerInventory>
+    dbusControllerData;
+inline constexpr Handler<"dbusFWDataUpdate", &DBusHandler::updateFWVersion> dbusFWDataUpdate;
+inline constexpr Handler<"dbusClear", &DBusHandler::Clear> dbusClear;
+inline constexpr Handler<"dbusResetNumbering", &DBusHandler::ForgetNumbering> dbusResetNumbering;
+inline constexpr Handler<"dbusRetypeSensors", &DBusHandler::RetypeSensors> dbusRetypeSensors;
 
 } // namespace vantric

@@ -1,8 +1,6 @@
 /** Creation of the objects of devices and controllers. */
 #include "dbus_handler/create_object.hpp"
-#include "dbus_handler/handlers.hpp"
 #include "dbus_handler/inventory_properties.hpp"
-#include "dbus_handler/request_shape.hpp"
 
 namespace vantric {
 
@@ -18,30 +16,6 @@ PropertyBags InventoryBags(const std::string& ldid, const FruFields& fields) {
 }
 
 } // namespace
-
-int dbusFruDataInsert(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<FruInventoryRequest>(
-        __func__, requestData, requestSize, [](const FruInventoryRequest& request) {
-            DBusHandler::instance().InsertFruInventory(request);
-            return 0;
-        });
-}
-
-int dbusInvDataInsert(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<PlainInventoryRequest>(
-        __func__, requestData, requestSize, [](const PlainInventoryRequest& request) {
-            DBusHandler::instance().InsertPlainInventory(request);
-            return 0;
-        });
-}
-
-int dbusControllerData(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<ControllerRequest>(
-        __func__, requestData, requestSize, [](const ControllerRequest& request) {
-            DBusHandler::instance().UpdateControllerInventory(request);
-            return 0;
-        });
-}
 
 void DBusHandler::InsertFruInventory(const FruInventoryRequest& request) {
     createDbusObj(fruInventoryObjects, request.deviceLdid, request.objectPath,

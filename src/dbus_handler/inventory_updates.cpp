@@ -2,8 +2,6 @@
 #include "common/log.hpp"
 #include "common/utf8.hpp"
 #include "dbus_handler/dbus_handler.hpp"
-#include "dbus_handler/handlers.hpp"
-#include "dbus_handler/request_shape.hpp"
 
 namespace vantric {
 
@@ -22,22 +20,6 @@ void WriteStore(const ObjectStore<Object>& store, const std::string& ldid, const
 
 } // namespace
 
-int dbusFWDataUpdate(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<FirmwareRequest>(
-        __func__, requestData, requestSize, [](const FirmwareRequest& request) {
-            DBusHandler::instance().updateFWVersion(request.deviceLdid, request.version);
-            return 0;
-        });
-}
-
-int dbusUpdateDeviceHealthStatus(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<HealthStatusRequest>(
-        __func__, requestData, requestSize, [](const HealthStatusRequest& request) {
-            DBusHandler::instance().UpdateDeviceHealthStatus(request.deviceLdid, request.severity);
-            return 0;
-        });
-}
-
 /** Writes to each inventory object of the device, whichever of the stores it is in. */
 template <typename Write>
 void DBusHandler::WriteInventories(const std::string& ldid, Write write) {
@@ -47,20 +29,22 @@ void DBusHandler::WriteInventories(const std::string& ldid, Write write) {
     WriteStore(fruInventoryObjects, ldid, write);
 }
 
-void DBusHandler::updateFWVersion(const std::string& ldid, const std::string& version) {
+void DBusHandler::updateFWVersion(const FirmwareRequest& request) {
     try {
-        WriteInventories(ldid, [text = ValidUtf8(version)](bindings::Inventory& inventory) {
-            inventory.firmwareVersion(text);
-        });
+        WriteInventories(request.deviceLdid,
+                         [text = ValidUtf8(request.version)](bindings::Inventory& inventory) {
+                             inventory.firmwareVersion(text);
+                         });
     } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Error in sending the signal: %s \n", error.what());
     }
 }
 
-void DBusHandler::UpdateDeviceHealthStatus(const std::string& ldid, std::uint8_t severity) {
+void DBusHandler::UpdateDeviceHealthStatus(const HealthStatusRequest& request) {
     try {
-        WriteInventories(
-            ldid, [severity](bindings::Inventory& inventory) { inventory.deviceStatus(severity); });
+        WriteInventories(request.deviceLdid, [&](bindings::Inventory& inventory) {
+            inventory.deviceStatus(request.severity);
+        });
     } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "Error in sending the signal: %s \n", error.what());
     }

@@ -1,26 +1,10 @@
 /** Creation of the objects of numeric sensors. */
 #include "common/log.hpp"
 #include "dbus_handler/create_object.hpp"
-#include "dbus_handler/handlers.hpp"
 #include "dbus_handler/probe_properties.hpp"
-#include "dbus_handler/request_shape.hpp"
 #include "dbus_handler/sensor_properties.hpp"
 
 namespace vantric {
-
-int dbusDataInsert(void* /*context*/, void* requestData, unsigned long requestSize) {
-    const char* const handler = __func__;
-    return HandleRequest<SensorInsertRequest>(
-        handler, requestData, requestSize,
-        [handler](const SensorInsertRequest& request) {
-            if (request.objectPath.empty()) {
-                return RefuseRequest(handler, "Path is NULL!");
-            }
-            DBusHandler::instance().InsertSensor(request);
-            return 0;
-        },
-        "Required data is null");
-}
 
 void DBusHandler::InsertSensor(const SensorInsertRequest& request) {
     switch (request.sensor.sensorKind) {

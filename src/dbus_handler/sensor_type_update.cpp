@@ -1,24 +1,10 @@
 /** Retyping the sensors of a card that turns out to be an OCP card. */
 #include "common/log.hpp"
-#include "dbus_handler/dbus_handler.hpp"
-#include "dbus_handler/post_request.hpp"
-#include "dbus_handler/request_shape.hpp"
+#include "dbus_handler/handlers.hpp"
 
 namespace vantric {
 
 namespace {
-
-struct SensorTypeRequest {
-    std::uint8_t slot = 0;
-};
-
-int dbusRetypeSensors(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<SensorTypeRequest>(__func__, requestData, requestSize,
-                                            [](const SensorTypeRequest& request) {
-                                                DBusHandler::instance().RetypeSensors(request.slot);
-                                                return 0;
-                                            });
-}
 
 std::string SlotLdid(std::uint8_t slot) {
     return "NIC.Slot." + std::to_string(slot);
@@ -48,7 +34,7 @@ void DBusHandler::UpdateSensorType(std::uint8_t slot) {
         if (!IsOcpCard(slot)) {
             return;
         }
-        PostRequest(dbusRetypeSensors, SensorTypeRequest{slot}).LogFailure(LOG_LEVEL_ERROR);
+        dbusRetypeSensors.Post({slot}).LogFailure(LOG_LEVEL_ERROR);
     } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "%s\n", error.what());
     }
@@ -59,9 +45,9 @@ std::uint32_t DBusHandler::FruEventsOf(std::uint8_t slot) {
     return fruEvents[slot];
 }
 
-void DBusHandler::RetypeSensors(std::uint8_t slot) {
+void DBusHandler::RetypeSensors(const RetypeRequest& request) {
     using enum bindings::ThermalSensor::dev_types;
-    const std::string key = SlotLdid(slot);
+    const std::string key = SlotLdid(request.slot);
     const std::lock_guard lock(objectsMutex);
     const auto card = thermalProbeObjects.find(key);
     if (card == thermalProbeObjects.end()) {

@@ -1,7 +1,5 @@
 /** Readings of numeric sensors on their way to the objects. */
 #include "dbus_handler/dbus_handler.hpp"
-#include "dbus_handler/handlers.hpp"
-#include "dbus_handler/request_shape.hpp"
 
 #include <cmath>
 #include <ctime>
@@ -59,14 +57,6 @@ void WriteThermal(OpenBMCInterfaces& object, bindings::ThermalSensor& thermal, d
 }
 
 } // namespace
-
-int dbusSetSensorValue(void* /*context*/, void* requestData, unsigned long requestSize) {
-    return HandleRequest<SensorValueRequest>(__func__, requestData, requestSize,
-                                             [](const SensorValueRequest& request) {
-                                                 DBusHandler::instance().SetSensorValue(request);
-                                                 return 0;
-                                             });
-}
 
 void DBusHandler::SetSensorValue(const SensorValueRequest& request) {
     const auto& [value, ldid, pathText, slot, kind, controller] = request;

@@ -147,8 +147,8 @@ TEST(Connection, DoesNotCrashWithoutABus) {
             return 0;
         }
         handler.SetSensorValue({});
-        handler.Clear("NIC.Slot.3", false);
-        handler.ForgetNumbering();
+        handler.Clear({"NIC.Slot.3", 0, CLEAR_ALL});
+        handler.ForgetNumbering({});
         return handler.getUDIDPropertyVal(3, 29).empty() ? handler.Run() + 10 : 0;
     });
     EXPECT_EQ(EXIT_FAILURE + 10, child.Ends());

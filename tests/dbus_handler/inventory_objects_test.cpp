@@ -116,7 +116,7 @@ TEST_F(InventoryObjects, ReadTheIanaAsANumber) {
         request.fields.iana = text;
         Do(dbusFruDataInsert, request);
         EXPECT_EQ(number, Object(inventoryRoot, cardPath).at("FRU").at("IANA")) << text;
-        handler.Clear(card, false);
+        handler.Clear({card, 0, CLEAR_ALL});
     }
 }
 
@@ -147,7 +147,7 @@ TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
               object.at("Inventory").at("FriendlyLDID"));
     ExpectNothingNew(Plain(accelerator, gpuPath, 6));
 
-    handler.Clear(accelerator, false);
+    handler.Clear({accelerator, 0, CLEAR_ALL});
     auto fru = Fru();
     fru.deviceLdid = accelerator;
     fru.objectPath = gpuPath;
@@ -155,7 +155,7 @@ TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
     EXPECT_EQ((Texts{"FRU", "Inventory"}), Told(Sent(), "InterfacesAdded", gpuPath));
     EXPECT_EQ("2", Object(inventoryRoot, gpuPath).at("Inventory").at("DeviceType"));
 
-    handler.Clear(accelerator, false);
+    handler.Clear({accelerator, 0, CLEAR_ALL});
     auto board = Plain(accelerator, std::string(inventoryRoot) + "/board/UBB/1-1", 5);
     board.resolvedLdid = "UBB.Integrated.1-1";
     Do(dbusInvDataInsert, board);
@@ -289,19 +289,20 @@ TEST_F(InventoryObjects, GoInOrderAndOnlyAsFarAsAsked) {
 }
 
 TEST_F(InventoryObjects, NeedARequest) {
-    const std::pair<RequestHandler, std::string> handlers[] = {
-        {dbusDataInsert, "dbusDataInsert: Required data is null"},
-        {dbusSetSensorValue, "dbusSetSensorValue: requestData or requestSize is null"},
-        {dbusStateSensorDataInsert,
+    const std::pair<int (*)(void*, void*, unsigned long), std::string> handlers[] = {
+        {dbusDataInsert.Function, "dbusDataInsert: Required data is null"},
+        {dbusSetSensorValue.Function, "dbusSetSensorValue: requestData or requestSize is null"},
+        {dbusStateSensorDataInsert.Function,
          "dbusStateSensorDataInsert: requestData or requestSize is null"},
-        {dbusSetStateSensorValue, "dbusSetStateSensorValue: requestData or requestSize is null"},
-        {dbusUpdateDeviceHealthStatus,
+        {dbusSetStateSensorValue.Function,
+         "dbusSetStateSensorValue: requestData or requestSize is null"},
+        {dbusUpdateDeviceHealthStatus.Function,
          "dbusUpdateDeviceHealthStatus: requestData or requestSize is null"},
-        {dbusInvDataInsert, "dbusInvDataInsert: requestData or requestSize is null"},
-        {dbusFruDataInsert, "dbusFruDataInsert: requestData or requestSize is null"},
-        {dbusControllerData, "dbusControllerData: requestData or requestSize is null"},
-        {dbusFWDataUpdate, "dbusFWDataUpdate: requestData or requestSize is null"},
-        {dbusClear, "dbusClear: requestData or requestSize is null"}};
+        {dbusInvDataInsert.Function, "dbusInvDataInsert: requestData or requestSize is null"},
+        {dbusFruDataInsert.Function, "dbusFruDataInsert: requestData or requestSize is null"},
+        {dbusControllerData.Function, "dbusControllerData: requestData or requestSize is null"},
+        {dbusFWDataUpdate.Function, "dbusFWDataUpdate: requestData or requestSize is null"},
+        {dbusClear.Function, "dbusClear: requestData or requestSize is null"}};
     for (const auto& [handle, line] : handlers) {
         int untouched = 0;
         EXPECT_EQ(-1, handle(nullptr, nullptr, 8)) << line;

@@ -175,7 +175,7 @@ TEST_F(Platform, RetypesTheSensorsOfACardThatTurnsOutToBeOcp) {
     // The counters have gone on, and the memory of the path has not.
     Do(dbusDataInsert, CardSensor(SENSOR_KIND_THERMAL_PROBE, 8));
     EXPECT_EQ("152", Thermal("Instance", 8));
-    handler.Clear(card, true);
+    handler.Clear({card, 0, CLEAR_SENSORS});
     Do(dbusDataInsert, CardSensor());
     EXPECT_EQ("151", Thermal("Instance"));
 }
@@ -186,7 +186,7 @@ TEST_F(Platform, RetypesByWhatTheSensorFirstWasSinceTheReset) {
         auto optics = CardSensor();
         optics.sensor.entityType = 200;
         Do(dbusDataInsert, optics);
-        handler.Clear(card, true);
+        handler.Clear({card, 0, CLEAR_SENSORS});
         if (reset) {
             publisher.ResetNumbering().LogFailure(LOG_LEVEL_ERROR);
             Sent();
@@ -195,8 +195,8 @@ TEST_F(Platform, RetypesByWhatTheSensorFirstWasSinceTheReset) {
         services.Set(assembly + "PCIESLOT3_FRU", "OCP");
         handler.UpdateSensorType(3);
         EXPECT_TRUE(Becomes(reset ? "NDC_ASIC" : "NDC_OPTICS", 5));
-        handler.Clear(card, true);
-        handler.ForgetNumbering();
+        handler.Clear({card, 0, CLEAR_SENSORS});
+        handler.ForgetNumbering({});
     }
 }
 

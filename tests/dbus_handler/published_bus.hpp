@@ -7,7 +7,6 @@
 #include "support/bus_client.hpp"
 
 #include "dbus_handler/channel_publisher.hpp"
-#include "dbus_handler/post_request.hpp"
 
 #include <gtest/gtest.h>
 
@@ -34,16 +33,16 @@ protected:
     ~PublishedBus() override {
         for (const char* ldid : {card, "NIC.Slot.7", "NIC.Embedded.1", "ProcAccelerator.Slot.5-1",
                                  "CXLMemory.Slot.5"}) {
-            handler.Clear(ldid, false);
+            handler.Clear({ldid, 0, CLEAR_ALL});
         }
-        handler.ForgetNumbering();
+        handler.ForgetNumbering({});
         client.Settle(service);
     }
 
     /** Hands a copy of the record to a handler, on this thread. */
-    template <typename Record>
-    int Do(RequestHandler handle, Record record) {
-        return handle(nullptr, new Record(std::move(record)), sizeof(Record));
+    template <typename Handler>
+    int Do(Handler handle, typename Handler::Record record) {
+        return handle.Function(nullptr, new auto(std::move(record)), sizeof record);
     }
 
     /** The signals that were sent since the last call. */
