@@ -1,10 +1,12 @@
 #include "bus_watcher.hpp"
 
 #include "interface_names.hpp"
-#include "message_reader.hpp"
+
+#include <sdbusplus/message.hpp>
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <system_error>
 
 namespace monitor {
@@ -27,6 +29,17 @@ std::string Rule(const std::string& sender, const std::string& interface,
            "'";
 }
 
+/// Reads the next values of a message into new objects of the types.
+template <typename... Types>
+std::tuple<Types...> Read(sd_bus_message* raw) {
+    std::tuple<Types...> values;
+    sdbusplus::message_t message(raw);
+    std::apply([&](auto&... value) { message.read(value...); }, values);
+    return values;
+}
+
+using sdbusplus::message::object_path;
+
 } // namespace
 
 BusWatcher::BusWatcher(sd_bus* bus) : bus(bus) {
@@ -45,13 +58,13 @@ BusWatcher::BusWatcher(sd_bus* bus) : bus(bus) {
 }
 
 /// Turns a callback of libsystemd into a call of the watcher. A message of another shape than
-/// expected costs its own content only.
+/// expected costs its own content only; no exception may leave into libsystemd.
 template <BusWatcher::Reaction reaction>
 int BusWatcher::React(sd_bus_message* message, void* watcher, sd_bus_error* /*error*/) {
     auto& self = *static_cast<BusWatcher*>(watcher);
     try {
         (self.*reaction)(message);
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         ++self.misunderstood;
     }
     return 0;
@@ -77,42 +90,38 @@ void BusWatcher::Fetch() {
 }
 
 void BusWatcher::OnObjects(sd_bus_message* message) {
-    std::erase_if(pending, [answered = sd_bus_get_current_slot(bus)](const SlotHandle& slot) {
+    std::erase_if(pending, [answered = sd_bus_get_current_slot(bus)](const Slot& slot) {
         return slot.get() == answered;
     });
     if (sd_bus_message_is_method_error(message, nullptr) > 0) {
         return; // no such service yet, or an older one; its arrival is told by a signal
     }
     present = true;
-    for (const auto& [path, interfaces] : MessageReader(message).ReadObjects()) {
+    const auto [objects] = Read<std::map<object_path, Interfaces>>(message);
+    for (const auto& [path, interfaces] : objects) {
         model.AddInterfaces(path, interfaces);
     }
 }
 
 void BusWatcher::OnInterfacesAdded(sd_bus_message* message) {
-    MessageReader reader(message);
-    const std::string path = reader.ReadText(SD_BUS_TYPE_OBJECT_PATH);
-    model.AddInterfaces(path, reader.ReadInterfaces());
+    const auto [path, interfaces] = Read<object_path, Interfaces>(message);
+    model.AddInterfaces(path, interfaces);
 }
 
 void BusWatcher::OnInterfacesRemoved(sd_bus_message* message) {
-    MessageReader reader(message);
-    const std::string path = reader.ReadText(SD_BUS_TYPE_OBJECT_PATH);
-    model.RemoveInterfaces(path, reader.ReadTexts());
+    const auto [path, names] = Read<object_path, std::vector<std::string>>(message);
+    model.RemoveInterfaces(path, names);
 }
 
 void BusWatcher::OnPropertiesChanged(sd_bus_message* message) {
     const char* path = sd_bus_message_get_path(message);
-    MessageReader reader(message);
-    const std::string interface = reader.ReadText();
-    model.ChangeProperties(path == nullptr ? "" : path, interface, reader.ReadProperties());
+    const auto [interface, changed] = Read<std::string, Properties>(message);
+    model.ChangeProperties(path == nullptr ? "" : path, interface, changed);
 }
 
 void BusWatcher::OnOwnerChanged(sd_bus_message* message) {
-    MessageReader reader(message);
-    reader.ReadText();
-    reader.ReadText();
-    present = !reader.ReadText().empty();
+    const auto [name, before, owner] = Read<std::string, std::string, std::string>(message);
+    present = !owner.empty();
     model.Clear();
     pending.clear();
     if (present) {

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "object_model.hpp"
-#include "sd_handles.hpp"
 
+#include <systemd/sd-bus.h>
+
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -35,6 +37,10 @@ public:
 
 private:
     using Reaction = void (BusWatcher::*)(sd_bus_message*);
+    struct Unref {
+        void operator()(sd_bus_slot* slot) const noexcept { sd_bus_slot_unref(slot); }
+    };
+    using Slot = std::unique_ptr<sd_bus_slot, Unref>;
 
     template <Reaction reaction>
     static int React(sd_bus_message* message, void* watcher, sd_bus_error* error);
@@ -50,8 +56,8 @@ private:
     void OnDisconnected(sd_bus_message* message);
 
     sd_bus* bus;
-    std::vector<SlotHandle> matches;
-    std::vector<SlotHandle> pending; ///< calls that wait for their answer
+    std::vector<Slot> matches;
+    std::vector<Slot> pending; ///< calls that wait for their answer
     ObjectModel model;
     bool present = false;
     bool lost = false;

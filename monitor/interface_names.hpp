@@ -1,4 +1,4 @@
-/** The interfaces that the monitor reads. */
+/** The names on the bus that the monitor reads. */
 #pragma once
 
 namespace monitor {
@@ -9,12 +9,10 @@ inline constexpr const char* warningInterface = "xyz.openbmc_project.Sensor.Thre
 inline constexpr const char* criticalInterface = "xyz.openbmc_project.Sensor.Threshold.Critical";
 inline constexpr const char* availabilityInterface =
     "xyz.openbmc_project.State.Decorator.Availability";
-inline constexpr const char* operationalInterface =
-    "xyz.openbmc_project.State.Decorator.OperationalStatus";
 inline constexpr const char* associationInterface = "xyz.openbmc_project.Association.Definitions";
+inline constexpr const char* thermalInterface = "com.korv.bmc.Thermal.ThermalSensor";
 inline constexpr const char* probeInterface = "com.korv.zenth.Sensor.ProbeObj";
 inline constexpr const char* inventoryInterface = "com.korv.zenth.PLDM.Inventory";
-inline constexpr const char* controllerInterface = "com.korv.zenth.PLDM.ControllerInventory";
 inline constexpr const char* stateInterface = "com.korv.zenth.PLDM.StateSensor";
 inline constexpr const char* fruInterface = "xyz.openbmc_project.Inventory.Source.PLDM.FRU";
 

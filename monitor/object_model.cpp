@@ -1,5 +1,8 @@
 #include "object_model.hpp"
 
+#include <cmath>
+#include <type_traits>
+
 namespace monitor {
 
 namespace {
@@ -9,14 +12,37 @@ constexpr const char* busInterfaces = "org.freedesktop.DBus.";
 
 } // namespace
 
-const Properties* Object::Find(const std::string& interface) const {
-    const auto found = interfaces.find(interface);
-    return found == interfaces.end() ? nullptr : &found->second;
+const Value* Object::Find(const std::string& interface, const std::string& property) const {
+    const auto properties = interfaces.find(interface);
+    if (properties == interfaces.end()) {
+        return nullptr;
+    }
+    const auto value = properties->second.find(property);
+    return value == properties->second.end() ? nullptr : &value->second;
+}
+
+std::optional<double> Object::Number(const std::string& interface,
+                                     const std::string& property) const {
+    const auto asNumber = []<typename Type>(const Type& value) -> std::optional<double> {
+        if constexpr (std::is_arithmetic_v<Type> && !std::is_same_v<Type, bool>) {
+            const auto number = static_cast<double>(value);
+            return std::isfinite(number) ? std::optional(number) : std::nullopt;
+        } else {
+            return std::nullopt;
+        }
+    };
+    const Value* value = Find(interface, property);
+    return value == nullptr ? std::nullopt : std::visit(asNumber, *value);
 }
 
 std::string Object::Text(const std::string& interface, const std::string& property) const {
     const auto* text = Get<std::string>(interface, property);
     return text == nullptr ? std::string() : *text;
+}
+
+bool Object::IsSet(const std::string& interface, const std::string& property) const {
+    const auto* value = Get<bool>(interface, property);
+    return value != nullptr && *value;
 }
 
 void ObjectModel::AddInterfaces(const std::string& path, const Interfaces& interfaces) {

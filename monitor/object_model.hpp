@@ -1,24 +1,30 @@
 /** The published objects as the bus tells of them. */
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
-#include <utility>
+#include <tuple>
 #include <variant>
 #include <vector>
 
 namespace monitor {
 
-/** Member name of a state sensor to state set and state. */
-using StateDetails = std::map<std::string, std::pair<std::string, std::string>>;
-
 /** Forward name, backward name and far end of each association. */
-using Associations = std::vector<std::array<std::string, 3>>;
+using Associations = std::vector<std::tuple<std::string, std::string, std::string>>;
 
-/** A property's value. All whole numbers of D-Bus become one type here. */
-using Value = std::variant<std::int64_t, double, bool, std::string, StateDetails, Associations>;
+/** Member name of a state sensor to state set and state. */
+using StateDetails = std::map<std::string, std::tuple<std::string, std::string>>;
+
+/** Upper fatal, critical and warning, lower warning, critical and fatal; 0 is a limit not given. */
+using ProbeThresholds =
+    std::tuple<std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t>;
+
+/** A property's value. One of another type is read as the first: no associations. */
+using Value = std::variant<Associations, bool, std::uint8_t, std::int16_t, std::uint16_t,
+                           std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, double,
+                           std::string, StateDetails, ProbeThresholds>;
 
 using Properties = std::map<std::string, Value>;
 using Interfaces = std::map<std::string, Properties>;
@@ -26,38 +32,42 @@ using Interfaces = std::map<std::string, Properties>;
 /** One object: its interfaces with their properties. */
 class Object {
 public:
-    /** The properties of an interface, or null if the object doesn't have it. */
-    const Properties* Find(const std::string& interface) const;
+    bool Has(const std::string& interface) const { return interfaces.contains(interface); }
 
     /** A property as the type asked for, or null if it isn't there or is of another type. */
     template <typename Type>
     const Type* Get(const std::string& interface, const std::string& property) const {
-        const Properties* properties = Find(interface);
-        if (properties == nullptr) {
-            return nullptr;
-        }
-        const auto found = properties->find(property);
-        return found == properties->end() ? nullptr : std::get_if<Type>(&found->second);
+        const Value* value = Find(interface, property);
+        return value == nullptr ? nullptr : std::get_if<Type>(value);
     }
 
-    /** A text property, empty if it isn't there. */
+    /** A finite number of any type, or nothing. */
+    std::optional<double> Number(const std::string& interface, const std::string& property) const;
+
+    /** A text, empty if it isn't there. */
     std::string Text(const std::string& interface, const std::string& property) const;
 
+    /** Whether a property is there and true. */
+    bool IsSet(const std::string& interface, const std::string& property) const;
+
     Interfaces interfaces;
+
+private:
+    const Value* Find(const std::string& interface, const std::string& property) const;
 };
 
 /** All objects by path. It belongs to the thread of the event loop. */
 class ObjectModel {
 public:
     /** Takes in interfaces of an object; those that it has already get the new values. The bus's
-     * own interfaces don't count, and a node that has nothing else is no object. */
+     *  own interfaces don't count, and a node that has nothing else is no object. */
     void AddInterfaces(const std::string& path, const Interfaces& interfaces);
 
     /** Removes interfaces of an object, and the object with its last one. */
     void RemoveInterfaces(const std::string& path, const std::vector<std::string>& names);
 
-    /** Takes in changed values of an interface that the object is known to have; others are passed
-     *  over, since their InterfacesAdded brings all values. */
+    /** Takes in changed values of an interface that the object is known to have. Others are
+     *  ignored, since their InterfacesAdded brings all values. */
     void ChangeProperties(const std::string& path, const std::string& interface,
                           const Properties& changed);
 

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <charconv>
-#include <cstdio>
 #include <string_view>
 
 namespace monitor {
@@ -12,50 +11,67 @@ namespace monitor {
 namespace {
 
 constexpr int longest = 7 * 24 * 3600;
+constexpr const char* hint = "; vantric-monitor --help tells the options";
 
-std::optional<std::chrono::seconds> ParseSeconds(std::string_view text) {
+std::chrono::seconds ParseSeconds(std::string_view text) {
     int seconds = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
     if (error != std::errc() || end != text.data() + text.size() || seconds < 1 ||
         seconds > longest) {
-        std::fprintf(stderr, "vantric-monitor: --for takes seconds from 1 to %d\n%s", longest,
-                     usage);
-        return std::nullopt;
+        throw UsageError("--for takes seconds from 1 to " + std::to_string(longest));
     }
     return std::chrono::seconds(seconds);
 }
 
+/// The option that getopt_long doesn't know, which may stand among other short ones.
+std::string Refused(char* const* argv) {
+    const std::string last = argv[optind - 1];
+    return last.starts_with("-") ? last : std::string{'-', static_cast<char>(optopt)};
+}
+
 } // namespace
 
-std::optional<Options> ParseOptions(int argc, char* const* argv) {
-    constexpr std::array<option, 4> known{{{"for", required_argument, nullptr, 'f'},
+Options ParseOptions(int argc, char* const* argv) {
+    constexpr std::array<option, 7> known{{{"card", required_argument, nullptr, 'c'},
+                                           {"for", required_argument, nullptr, 'f'},
                                            {"once", no_argument, nullptr, 'o'},
+                                           {"json", no_argument, nullptr, 'j'},
                                            {"help", no_argument, nullptr, 'h'},
+                                           {"version", no_argument, nullptr, 'v'},
                                            {nullptr, 0, nullptr, 0}}};
     Options options;
-    optind = 0; // from the start, also when called again
-    for (int given = 0; (given = getopt_long(argc, argv, "", known.data(), nullptr)) != -1;) {
+    opterr = 0;
+    for (int given = 0; (given = getopt_long(argc, argv, ":h", known.data(), nullptr)) != -1;) {
         switch (given) {
+        case 'c':
+            options.card = optarg;
+            break;
         case 'f':
             options.duration = ParseSeconds(optarg);
-            if (!options.duration) {
-                return std::nullopt;
-            }
             break;
         case 'o':
-            options.once = true;
+            options.output = Output::TABLE;
+            break;
+        case 'j':
+            options.output = Output::JSON;
             break;
         case 'h':
-            options.help = true;
-            break;
-        default: // getopt_long has said it
-            std::fputs(usage, stderr);
-            return std::nullopt;
+            options.output = Output::HELP;
+            return options;
+        case 'v':
+            options.output = Output::VERSION;
+            return options;
+        case ':':
+            throw UsageError(std::string(argv[optind - 1]) + " needs a value" + hint);
+        default:
+            throw UsageError("unknown option " + Refused(argv) + hint);
         }
     }
     if (optind < argc) {
-        std::fprintf(stderr, "vantric-monitor: what is \"%s\"?\n%s", argv[optind], usage);
-        return std::nullopt;
+        throw UsageError(std::string("unknown argument ") + argv[optind] + hint);
+    }
+    if (options.duration && options.output != Output::LIVE) {
+        throw UsageError("--for doesn't go with --once or --json; leave one of them out");
     }
     return options;
 }

@@ -1,6 +1,8 @@
 #include "text.hpp"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace monitor {
 
@@ -32,6 +34,28 @@ std::string Printable(std::string_view text) {
         }
     }
     return printable;
+}
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& character : lower) {
+        if (character >= 'A' && character <= 'Z') {
+            character = static_cast<char>(character - 'A' + 'a');
+        }
+    }
+    return lower;
+}
+
+std::string Decimal(double number) {
+    std::array<char, 400> text{}; // holds any double in full
+    const auto result =
+        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, 3);
+    std::string trimmed(text.data(), result.ptr);
+    trimmed.erase(trimmed.find_last_not_of('0') + 1);
+    if (trimmed.ends_with('.')) {
+        trimmed.pop_back();
+    }
+    return trimmed;
 }
 
 std::strong_ordering NaturalOrder(std::string_view left, std::string_view right) {

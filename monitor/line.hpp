@@ -1,0 +1,35 @@
+/** A line of text in several styles. */
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace monitor {
+
+enum class Style { PLAIN, BOLD, DIM, GREEN, YELLOW, RED };
+
+enum class Colour { OFF, ON };
+
+/** Text that is put together from left to right. What is added becomes printable ASCII. */
+class Line {
+public:
+    Line& Add(std::string_view text, Style style = Style::PLAIN);
+
+    /** Adds spaces up to a column, two at least. */
+    Line& TabTo(std::size_t column);
+
+    /** Adds a text that ends before a column, or starts two spaces on where that is too narrow. */
+    Line& AddUpTo(std::size_t column, std::string_view text, Style style = Style::PLAIN);
+
+    /** The line, cut to a width with a "~" at its end; 0 means no limit. */
+    std::string Text(std::size_t width, Colour colour) const;
+
+private:
+    std::vector<std::pair<std::string, Style>> spans;
+    std::size_t size = 0;
+};
+
+} // namespace monitor
