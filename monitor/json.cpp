@@ -40,6 +40,8 @@ Json ToJson(const State& state) {
             {"severity", Word(state.severity)}};
 }
 
+Json ToJson(const Card& card);
+
 template <typename Row>
 Json ToJsonArray(const std::vector<Row>& rows) {
     Json array = Json::array();
@@ -67,7 +69,7 @@ Json ToJson(const Card& card) {
 
 std::string ToJson(const std::vector<Card>& cards) {
     const Json document{{"cards", ToJsonArray(cards)}};
-    return document.dump(2) + '\n';
+    return document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 } // namespace monitor

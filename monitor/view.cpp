@@ -4,6 +4,7 @@
 #include "text.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 
 namespace monitor {
