@@ -32,17 +32,22 @@ const char* Code(Style style) {
 } // namespace
 
 Line& Line::Add(std::string_view text, Style style) {
-    spans.emplace_back(Printable(text), style);
-    size += spans.back().first.size();
+    if (!text.empty()) {
+        spans.emplace_back(std::string(column - size, ' '), Style::PLAIN);
+        spans.emplace_back(Printable(text), style);
+        size = column + spans.back().first.size();
+        column = size;
+    }
     return *this;
 }
 
-Line& Line::TabTo(std::size_t column) {
-    return Add(std::string(std::max(size + gap, column) - size, ' '));
+Line& Line::TabTo(std::size_t next) {
+    column = std::max(column + gap, next);
+    return *this;
 }
 
-Line& Line::AddUpTo(std::size_t column, std::string_view text, Style style) {
-    return TabTo(column - std::min(column, text.size())).Add(text, style);
+Line& Line::AddUpTo(std::size_t end, std::string_view text, Style style) {
+    return TabTo(end - std::min(end, text.size())).Add(text, style);
 }
 
 std::string Line::Text(std::size_t width, Colour colour) const {

@@ -18,18 +18,19 @@ class Line {
 public:
     Line& Add(std::string_view text, Style style = Style::PLAIN);
 
-    /** Adds spaces up to a column, two at least. */
-    Line& TabTo(std::size_t column);
+    /** What is added next stands at a column, two spaces on at least. */
+    Line& TabTo(std::size_t next);
 
     /** Adds a text that ends before a column, or starts two spaces on where that is too narrow. */
-    Line& AddUpTo(std::size_t column, std::string_view text, Style style = Style::PLAIN);
+    Line& AddUpTo(std::size_t end, std::string_view text, Style style = Style::PLAIN);
 
     /** The line, cut to a width with a "~" at its end; 0 means no limit. */
     std::string Text(std::size_t width, Colour colour) const;
 
 private:
     std::vector<std::pair<std::string, Style>> spans;
-    std::size_t size = 0;
+    std::size_t size = 0;   ///< of the spans
+    std::size_t column = 0; ///< where the next text stands
 };
 
 } // namespace monitor

@@ -41,6 +41,7 @@ Options ParseOptions(int argc, char* const* argv) {
                                            {nullptr, 0, nullptr, 0}}};
     Options options;
     opterr = 0;
+    optind = 0; // starts anew, whatever has been read before
     for (int given = 0; (given = getopt_long(argc, argv, ":h", known.data(), nullptr)) != -1;) {
         switch (given) {
         case 'c':

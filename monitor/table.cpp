@@ -161,7 +161,7 @@ std::vector<Row> Table::Rows(const Card& card) const {
 Row Table::CardRow(const Card& card) const {
     const Severity worst = card.Worst();
     Line line = Start(worst, cardColumn);
-    line.Add(card.name, Style::BOLD).TabTo(sensorColumn + nameWidth + gap);
+    line.Add(card.name, Style::BOLD).TabTo(0);
     line.Add(Joined({card.model, Labelled("serial", card.serialNumber),
                      Labelled("firmware", card.firmware), Labelled("health", Word(card.health))}));
     return {line, Joined({card.name, card.ldid, card.model, card.serialNumber, Alert(worst)})};

@@ -84,8 +84,7 @@ Line Title(const std::vector<Card>& cards, const Heading& heading) {
     title.Add(std::to_string(cards.size()) + (cards.size() == 1 ? " card" : " cards"));
     AddCounts(title, cards);
     if (heading.misunderstood > 0) {
-        title.Add(", " + std::to_string(heading.misunderstood) + " messages not understood",
-                  Style::RED);
+        title.Add(", " + std::to_string(heading.misunderstood) + " not understood", Style::RED);
     }
     return title;
 }
