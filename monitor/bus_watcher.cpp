@@ -29,7 +29,7 @@ std::string Rule(const std::string& sender, const std::string& interface,
            "'";
 }
 
-/// Reads the next values of a message into new objects of the types.
+/** Reads the next values of a message into new objects of the types. */
 template <typename... Types>
 std::tuple<Types...> Read(sd_bus_message* raw) {
     std::tuple<Types...> values;
@@ -57,8 +57,8 @@ BusWatcher::BusWatcher(sd_bus* bus) : bus(bus) {
     Fetch();
 }
 
-/// Turns a callback of libsystemd into a call of the watcher. A message of another shape than
-/// expected costs its own content only; no exception may leave into libsystemd.
+/** Turns a callback of libsystemd into a call of the watcher. A message of another shape than
+ *  expected costs its own content only; no exception may leave into libsystemd. */
 template <BusWatcher::Reaction reaction>
 int BusWatcher::React(sd_bus_message* message, void* watcher, sd_bus_error* /*error*/) {
     auto& self = *static_cast<BusWatcher*>(watcher);

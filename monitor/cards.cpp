@@ -19,13 +19,13 @@ std::string Leaf(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-/// The path one level up, empty at the top.
+/** The path one level up, empty at the top. */
 std::string Above(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? std::string() : path.substr(0, slash);
 }
 
-/// The path of what a sensor is about, or the name that its own path bears.
+/** The path of what a sensor is about, or the name that its own path bears. */
 std::string PlaceOf(const std::string& path, const Object& object) {
     if (object.Has(stateInterface)) {
         return path.substr(0, path.find(stateFolder));
@@ -45,7 +45,7 @@ Severity Health(std::optional<double> status) {
     return found == words.end() ? Severity::UNKNOWN : found->second;
 }
 
-/// The path up to the number of a slot; the path itself if there is none.
+/** The path up to the number of a slot; the path itself if there is none. */
 std::string SlotPath(const std::string& path) {
     for (const std::string_view level : {"/Slot/", "/Embedded/"}) {
         const std::size_t found = path.find(level);
@@ -72,7 +72,7 @@ Card ReadCard(const std::string& path, const Object& object) {
     return card;
 }
 
-/// Cards by path, while they are being filled.
+/** Cards by path, while they are being filled. */
 class Shelf {
 public:
     explicit Shelf(const ObjectModel& model) {
@@ -119,7 +119,8 @@ private:
     std::map<std::string, Card> cards;
 };
 
-/// Sorts by id, which is what paths of one kind end in, and leaves members of one object together.
+/** Sorts by id, which is what paths of one kind end in, and leaves members of one object together.
+ */
 template <typename Row>
 void SortById(std::vector<Row>& rows) {
     std::ranges::stable_sort(rows, [](const Row& left, const Row& right) {

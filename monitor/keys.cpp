@@ -11,7 +11,7 @@ namespace {
 
 constexpr char escape = '\x1b';
 
-/// What follows the escape character.
+/** What follows the escape character. */
 const std::map<std::string_view, Key> sequences{
     {"[A", Key::UP},       {"OA", Key::UP},         {"[B", Key::DOWN}, {"OB", Key::DOWN},
     {"[5~", Key::PAGE_UP}, {"[6~", Key::PAGE_DOWN}, {"[H", Key::HOME}, {"OH", Key::HOME},
@@ -23,8 +23,8 @@ bool IsBetween(char character, char least, char most) {
     return character >= least && character <= most;
 }
 
-/// Length of the sequence that the text, which begins with an escape, starts with: 1 for the key
-/// itself, nothing if the end is still to come.
+/** Length of the sequence that the text, which begins with an escape, starts with: 1 for the key
+ *  itself, nothing if the end is still to come. */
 std::optional<std::size_t> SequenceLength(std::string_view text) {
     if (text.size() < 2) {
         return std::nullopt;
@@ -58,7 +58,7 @@ std::optional<KeyPress> CharacterKey(char character) {
                                           : std::nullopt;
 }
 
-/// The keys for which it makes no difference whether the filter is being typed.
+/** The keys for which it makes no difference whether the filter is being typed. */
 void Scroll(Key key, std::size_t page, std::size_t& scroll) {
     const auto back = [&](std::size_t lines) { scroll -= std::min(scroll, lines); };
     switch (key) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t gap = 2;
 
-/// Select Graphic Rendition of ECMA-48.
+/** Select Graphic Rendition of ECMA-48. */
 const char* Code(Style style) {
     switch (style) {
     case Style::PLAIN:

@@ -7,7 +7,7 @@ namespace monitor {
 
 namespace {
 
-/// What every object on the bus has. It is told with the objects but never withdrawn.
+/** What every object on the bus has. It is told with the objects but never withdrawn. */
 constexpr const char* busInterfaces = "org.freedesktop.DBus.";
 
 } // namespace

@@ -23,7 +23,7 @@ std::chrono::seconds ParseSeconds(std::string_view text) {
     return std::chrono::seconds(seconds);
 }
 
-/// The option that getopt_long doesn't know, which may stand among other short ones.
+/** The option that getopt_long doesn't know, which may stand among other short ones. */
 std::string Refused(char* const* argv) {
     const std::string last = argv[optind - 1];
     return last.starts_with("-") ? last : std::string{'-', static_cast<char>(optopt)};

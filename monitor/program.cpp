@@ -25,12 +25,12 @@ using namespace std::chrono_literals;
 
 constexpr int output = STDOUT_FILENO;
 
-/// How long the cards asked for once may take to come.
+/** How long the cards asked for once may take to come. */
 constexpr std::chrono::seconds patience = 10s;
 constexpr std::chrono::milliseconds terminalPeriod = 500ms;
 constexpr std::chrono::milliseconds paperPeriod = 1000ms;
 
-/// How long the rest of a key's bytes may take.
+/** How long the rest of a key's bytes may take. */
 constexpr std::chrono::milliseconds keyPatience = 50ms;
 
 void Check(int result, const char* call) {

@@ -10,15 +10,15 @@ namespace monitor {
 
 namespace {
 
-/// Stands for a reading that isn't there.
+/** Stands for a reading that isn't there. */
 constexpr double noReading = 2147483647.0;
 
-/// What a state sensor shows for both words of a member until it has been read.
+/** What a state sensor shows for both words of a member until it has been read. */
 constexpr std::string_view notReadYet = "Unavailable";
 
 constexpr std::string_view healthSet = "Health State";
 
-/// Sets that tell of a fault with each state but this one.
+/** Sets that tell of a fault with each state but this one. */
 constexpr std::string_view goodState = "Normal";
 constexpr std::array<std::string_view, 9> faultSets{
     "Predictive Condition",
@@ -37,7 +37,7 @@ bool Contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
-/// The path from the sensor's id on: what a sensor without a name is called.
+/** The path from the sensor's id on: what a sensor without a name is called. */
 std::string IdText(const std::string& path) {
     const std::size_t id = path.rfind("sensorid_");
     return path.substr(id == std::string::npos ? path.rfind('/') + 1 : id);
@@ -66,7 +66,7 @@ void ReadLimits(const Object& object, Sensor& sensor) {
     }
 }
 
-/// Reads the value interface, whose object has the time of a failure too.
+/** Reads the value interface, whose object has the time of a failure too. */
 void ReadValue(const Object& object, Sensor& sensor) {
     sensor.value = object.Number(valueInterface, "Value");
     if (!sensor.value) {
@@ -85,7 +85,7 @@ void ReadValue(const Object& object, Sensor& sensor) {
     }
 }
 
-/// Reads the probe interface of an object that has no other.
+/** Reads the probe interface of an object that has no other. */
 void ReadProbe(const Object& object, Sensor& sensor) {
     constexpr double good = 2;
     sensor.value = object.Number(probeInterface, "ProbeReading");
@@ -99,13 +99,17 @@ void ReadProbe(const Object& object, Sensor& sensor) {
     }
 }
 
+std::string UnitText(std::string_view path) {
+    return Contains(path, "/temperature/") ? "C" : Contains(path, "/power/") ? "W" : "";
+}
+
 bool Crossed(const std::optional<double>& value, const Limits& limits) {
     return limits.alarmLow || limits.alarmHigh ||
            (value && limits.high && *value >= *limits.high) ||
            (value && limits.low && *value <= *limits.low);
 }
 
-/// Before the first reading, the alarms that stand are those of a value that nobody read.
+/** Before the first reading, the alarms that stand are those of a value that nobody read. */
 Severity SensorSeverity(const Sensor& sensor) {
     if (sensor.reading == Reading::NOT_READ || sensor.reading == Reading::NONE) {
         return Severity::OK;
@@ -145,7 +149,7 @@ Sensor ReadSensor(const std::string& path, const Object& object) {
     if (associations != nullptr && !associations->empty()) {
         sensor.part = std::get<1>(associations->front());
     }
-    sensor.unit = Contains(path, "/temperature/") ? "C" : Contains(path, "/power/") ? "W" : "";
+    sensor.unit = UnitText(path);
     object.Has(valueInterface) ? ReadValue(object, sensor) : ReadProbe(object, sensor);
     ReadLimits(object, sensor);
     sensor.severity = SensorSeverity(sensor);
@@ -165,8 +169,12 @@ std::vector<State> ReadStates(const std::string& path, const Object& object) {
         row.name = member;
         std::tie(row.set, row.state) = words;
         row.read = row.state != notReadYet;
-        row.set = row.set == notReadYet ? "" : row.set;
-        row.state = row.read ? row.state : "";
+        if (row.set == notReadYet) {
+            row.set.clear();
+        }
+        if (!row.read) {
+            row.state.clear();
+        }
         row.severity = StateSeverity(row.set, row.state);
         states.push_back(row);
     }

@@ -33,7 +33,7 @@ std::string Labelled(const std::string& label, const std::string& text) {
     return text.empty() ? "" : label + " " + text;
 }
 
-/// The text without its middle if it is too long: names of a kind differ at their ends.
+/** The text without its middle if it is too long: names of a kind differ at their ends. */
 std::string Shortened(std::string_view text, std::size_t width) {
     const std::string printable = Printable(text);
     if (printable.size() <= width) {
@@ -57,7 +57,7 @@ std::string StateText(const State& state) {
     return state.read ? state.state.empty() ? "unknown" : state.state : Word(Reading::NOT_READ);
 }
 
-/// Why a sensor isn't well, or what is known of it without a reading.
+/** Why a sensor isn't well, or what is known of it without a reading. */
 std::string Note(const Sensor& sensor) {
     switch (sensor.reading) {
     case Reading::NOT_READ:
@@ -82,7 +82,7 @@ std::string Note(const Sensor& sensor) {
     return sensor.reading == Reading::UNAVAILABLE ? Word(sensor.reading) : "";
 }
 
-/// Starts a line with the word of its severity; a sensor that is well has none.
+/** Starts a line with the word of its severity; a sensor that is well has none. */
 Line Start(Severity severity, std::size_t column) {
     Line line;
     if (column == cardColumn || severity != Severity::OK) {
@@ -92,7 +92,7 @@ Line Start(Severity severity, std::size_t column) {
     return line;
 }
 
-/// What a line is found by besides its names: the word of something that isn't well.
+/** What a line is found by besides its names: the word of something that isn't well. */
 std::string Alert(Severity severity) {
     return severity == Severity::OK ? "" : Word(severity);
 }

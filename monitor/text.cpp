@@ -12,7 +12,7 @@ bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-/// Cuts the run of digits from the front of text and returns it without leading zeros.
+/** Cuts the run of digits from the front of text and returns it without leading zeros. */
 std::string_view TakeNumber(std::string_view& text) {
     const auto end = std::ranges::find_if_not(text, IsDigit);
     std::string_view number = text.substr(0, static_cast<std::size_t>(end - text.begin()));

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t linesAround = 3; // title, head and keys
 
-/// The lines that the filter leaves, and for each the line of its card.
+/** The lines that the filter leaves, and for each the line of its card. */
 struct Body {
     std::vector<Line> lines;
     std::vector<std::size_t> cards;
@@ -57,7 +57,7 @@ void AddCounts(Line& title, const std::vector<Card>& cards) {
     }
 }
 
-/// Tells how many lines aren't seen, and where they are.
+/** Tells how many lines aren't seen, and where they are. */
 void AddHidden(Line& title, std::size_t above, std::size_t below, std::size_t filtered) {
     const std::size_t all = above + below + filtered;
     if (all == 0) {

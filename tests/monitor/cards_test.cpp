@@ -16,7 +16,7 @@ using namespace monitor;
 using namespace monitor::test;
 using testing::ElementsAre;
 
-/// The lines below the table's head, with "|" where a column ends.
+/** The lines below the table's head, with "|" where a column ends. */
 std::vector<std::string> Lines(const ObjectModel& model) {
     std::vector<std::string> lines;
     for (const std::string& line : Render(BuildCards(model), {}, {}).lines) {
@@ -26,7 +26,7 @@ std::vector<std::string> Lines(const ObjectModel& model) {
     return lines;
 }
 
-/// The first line below the card's for an object.
+/** The first line below the card's for an object. */
 std::string Line(const std::string& path, const Interfaces& object) {
     ObjectModel model;
     model.AddInterfaces(cardPath, Inventory("NIC.Slot.3", "NIC in Slot 3"));

@@ -24,7 +24,7 @@ using ProbeObj = sdbusplus::server::com::korv::zenth::sensor::ProbeObj;
 constexpr const char* root = "/xyz/openbmc_project/sensors";
 constexpr const char* sensor = "/xyz/openbmc_project/sensors/power/NIC_Slot_3_sensorid_6";
 
-/// The service, with one power sensor of 12 W.
+/** The service, with one power sensor of 12 W. */
 class Service {
 public:
     Service() {
@@ -45,7 +45,7 @@ public:
         probe.reset();
     }
 
-    /// Answers calls until done() holds. Returns false if it never does.
+    /** Answers calls until done() holds. Returns false if it never does. */
     bool ServeUntil(const std::function<bool()>& done) const {
         return vantric::test::Eventually([&] {
             while (sd_bus_process(connection, nullptr) > 0) {
@@ -54,7 +54,7 @@ public:
         });
     }
 
-    /// Serves until the program has shown the text since it was asked last.
+    /** Serves until the program has shown the text since it was asked last. */
     bool ServeUntilShown(Process& program, const std::string& text) {
         return ServeUntil([&] {
             const std::size_t found = program.Log().find(text, seen);
@@ -78,7 +78,7 @@ public:
 
 class ProgramTest : public testing::Test {
 protected:
-    /// Starts the monitor, with an output of its own.
+    /** Starts the monitor, with an output of its own. */
     Process Start(std::vector<std::string> command) {
         command.insert(command.begin(), std::getenv("MONITOR"));
         return {command, {}, privateBus.Folder() + "/monitor." + std::to_string(++started)};

@@ -26,7 +26,7 @@ View Sized(std::size_t width, std::size_t height) {
     return view;
 }
 
-/// Two cards of five lines each; the second one's third sensor has an alarm.
+/** Two cards of five lines each; the second one's third sensor has an alarm. */
 std::vector<Card> Cards() {
     std::vector<Card> cards(2);
     for (std::size_t number = 0; number < cards.size(); ++number) {
@@ -45,7 +45,7 @@ std::vector<Card> Cards() {
     return cards;
 }
 
-/// The title from the hidden lines on, and the names on the lines of the table.
+/** The title from the hidden lines on, and the names on the lines of the table. */
 std::string Seen(const View& view) {
     const Frame frame = Render(Cards(), {}, view);
     const std::string& title = frame.lines.front();
