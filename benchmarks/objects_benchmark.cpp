@@ -45,20 +45,20 @@ void FindObjectAmong(benchmark::State& state) {
 BENCHMARK(FindObjectAmong)->Arg(1)->Arg(40)->Arg(100);
 
 void CreateAndRemoveObject(benchmark::State& state) {
-    auto& handler = DBusHandler::instance();
+    auto& objects = DBusHandler::instance().Objects();
     const SensorInsertRequest request = InsertRequest(1);
     for (auto _ : state) {
-        handler.InsertSensor(request);
-        handler.Clear({ldid, 0, CLEAR_SENSORS});
+        objects.InsertSensor(request);
+        objects.Clear({ldid, 0, CLEAR_SENSORS});
     }
 }
 BENCHMARK(CreateAndRemoveObject);
 
 /** One reading written to one of range(0) objects. changing: whether it differs each time. */
 void UpdateObject(benchmark::State& state, bool changing) {
-    auto& handler = DBusHandler::instance();
+    auto& objects = DBusHandler::instance().Objects();
     for (int id = 1; id <= state.range(0); ++id) {
-        handler.InsertSensor(InsertRequest(id));
+        objects.InsertSensor(InsertRequest(id));
     }
     SensorValueRequest request;
     request.deviceLdid = ldid;
@@ -69,9 +69,9 @@ void UpdateObject(benchmark::State& state, bool changing) {
         if (changing) {
             request.value = request.value == 40 ? 41 : 40;
         }
-        handler.SetSensorValue(request);
+        objects.SetSensorValue(request);
     }
-    handler.Clear({ldid, 0, CLEAR_SENSORS});
+    objects.Clear({ldid, 0, CLEAR_SENSORS});
 }
 BENCHMARK_CAPTURE(UpdateObject, unchanged, false)->Arg(1)->Arg(100);
 BENCHMARK_CAPTURE(UpdateObject, changed, true)->Arg(1)->Arg(100);

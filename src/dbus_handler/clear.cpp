@@ -1,5 +1,5 @@
 /** Removal of a device's objects. */
-#include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/published_objects.hpp"
 
 namespace vantric {
 
@@ -19,7 +19,7 @@ void Remove(ObjectStore<Composition>& store, const std::string& ldid) {
 
 } // namespace
 
-void DBusHandler::Clear(const ClearRequest& request) {
+void PublishedObjects::Clear(const ClearRequest& request) {
     const std::string& ldid = request.deviceLdid;
     const std::lock_guard lock(objectsMutex);
     Remove(thermalObjects, ldid);

@@ -1,9 +1,9 @@
-/** How objects come to the bus: the private templates of DBusHandler, for the files of this folder
- *  that create objects. */
+/** How objects come to the bus: the private templates of PublishedObjects, for the files of this
+ * folder that create objects. */
 #pragma once
 
 #include "common/log.hpp"
-#include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/published_objects.hpp"
 
 #include <algorithm>
 #include <exception>
@@ -23,8 +23,8 @@ inline void NormalisePath(std::string& path) {
  *  untouched. A failure is logged and leaves no object.
  *  @param construct  takes the path and returns a shared pointer to the object */
 template <typename Composition, typename Construct>
-void DBusHandler::createDbusObj(ObjectStore<Composition>& store, const std::string& ldid,
-                                std::string path, Construct construct) {
+void PublishedObjects::createDbusObj(ObjectStore<Composition>& store, const std::string& ldid,
+                                     std::string path, Construct construct) {
     NormalisePath(path);
     if (FindObject(store, ldid, path)) {
         return;

@@ -3,6 +3,7 @@
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
 #include "dbus_handler/platform_callbacks.hpp"
+#include "vocabulary/device_classes.hpp"
 
 #include <oneway_channel.hpp>
 #include <sdbusplus/exception.hpp>
@@ -19,8 +20,6 @@ namespace vantric {
 namespace {
 
 constexpr auto serviceName = "com.korv.zenth.vantricd";
-constexpr auto inventoryRoot = "/xyz/openbmc_project/inventory/system";
-constexpr auto sensorsRoot = "/xyz/openbmc_project/sensors";
 
 /** Returns the calling thread's connection to the system bus, or null. The caller owns the
  *  reference. */
@@ -48,8 +47,8 @@ DBusHandler& DBusHandler::instance() {
 DBusHandler::DBusHandler()
     : connection(OpenSystemBus()),
       bus(std::make_shared<sdbusplus::bus_t>(connection, std::false_type())),
-      event(sdeventplus::Event::get_default()), inventoryManager(*bus, inventoryRoot),
-      sensorsManager(*bus, sensorsRoot), loopExit(event.get()) {
+      event(sdeventplus::Event::get_default()), inventoryManager(*bus, inventoryRoot.data()),
+      sensorsManager(*bus, sensorsRoot.data()), objects(connection, bus), loopExit(event.get()) {
     try {
         constexpr auto mayTakeAndLose =
             SD_BUS_NAME_REPLACE_EXISTING | SD_BUS_NAME_ALLOW_REPLACEMENT;
@@ -116,11 +115,6 @@ void DBusHandler::RegisterForDBUSEvents() {
     if (own != nullptr && sd_bus_is_open(own) <= 0) {
         loopExit.Demand(); // without its signals the process would serve a world that has gone on
     }
-}
-
-void DBusHandler::ForgetNumbering(const NumberingResetRequest& /*request*/) {
-    numbering = {};
-    sensorCategories.clear();
 }
 
 } // namespace vantric

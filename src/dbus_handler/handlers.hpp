@@ -3,6 +3,7 @@
 
 #include "common/log.hpp"
 #include "dbus_handler/dbus_handler.hpp"
+#include "publisher/publisher.hpp"
 
 #include <oneway_channel.hpp>
 
@@ -29,12 +30,12 @@ struct FixedText {
 
 /** The record that a piece of work takes. */
 template <typename Record>
-Record RecordOf(void (DBusHandler::*work)(const Record&));
+Record RecordOf(void (PublishedObjects::*work)(const Record&));
 
 /** A kind of request: a function for the channel, and the only way to post to it.
  *
  * @tparam name        the function's name in log lines
- * @tparam work        the operation of DBusHandler that it ends in
+ * @tparam work        the operation of PublishedObjects that it ends in
  * @tparam nullText    what is logged where there is no record
  * @tparam neededPath  the field of the record without which the work can't begin; null: none
  * @tparam pathText    what is logged where that field is empty */
@@ -57,7 +58,7 @@ public:
                 return Refuse(pathText.text);
             }
         }
-        std::invoke(work, DBusHandler::instance(), *record);
+        std::invoke(work, DBusHandler::instance().Objects(), *record);
         return 0;
     }
 
@@ -86,25 +87,30 @@ private:
     }
 };
 
-inline constexpr Handler<"dbusDataInsert", &DBusHandler::InsertSensor, "Required data is null",
+inline constexpr Handler<"dbusDataInsert", &PublishedObjects::InsertSensor, "Required data is null",
                          &SensorInsertRequest::objectPath, "Path is NULL!">
     dbusDataInsert;
-inline constexpr Handler<"dbusSetSensorValue", &DBusHandler::SetSensorValue> dbusSetSensorValue;
-inline constexpr Handler<"dbusStateSensorDataInsert", &DBusHandler::InsertStateSensor,
+inline constexpr Handler<"dbusSetSensorValue", &PublishedObjects::SetSensorValue>
+    dbusSetSensorValue;
+inline constexpr Handler<"dbusStateSensorDataInsert", &PublishedObjects::InsertStateSensor,
                          "requestData or requestSize is null", &StateSensorRequest::statePath,
                          "Dbus path emtpy!">
     dbusStateSensorDataInsert;
-inline constexpr Handler<"dbusSetStateSensorValue", &DBusHandler::SetStateSensorValue>
+inline constexpr Handler<"dbusSetStateSensorValue", &PublishedObjects::SetStateSensorValue>
     dbusSetStateSensorValue;
-inline constexpr Handler<"dbusUpdateDeviceHealthStatus", &DBusHandler::UpdateDeviceHealthStatus>
+inline constexpr Handler<"dbusUpdateDeviceHealthStatus",
+                         &PublishedObjects::UpdateDeviceHealthStatus>
     dbusUpdateDeviceHealthStatus;
-inline constexpr Handler<"dbusInvDataInsert", &DBusHandler::InsertPlainInventory> dbusInvDataInsert;
-inline constexpr Handler<"dbusFruDataInsert", &DBusHandler::InsertFruInventory> dbusFruDataInsert;
-inline constexpr Handler<"dbusControllerData", &DBusHandler::UpdateControllerInventory>
+inline constexpr Handler<"dbusInvDataInsert", &PublishedObjects::InsertPlainInventory>
+    dbusInvDataInsert;
+inline constexpr Handler<"dbusFruDataInsert", &PublishedObjects::InsertFruInventory>
+    dbusFruDataInsert;
+inline constexpr Handler<"dbusControllerData", &PublishedObjects::UpdateControllerInventory>
     dbusControllerData;
-inline constexpr Handler<"dbusFWDataUpdate", &DBusHandler::updateFWVersion> dbusFWDataUpdate;
-inline constexpr Handler<"dbusClear", &DBusHandler::Clear> dbusClear;
-inline constexpr Handler<"dbusResetNumbering", &DBusHandler::ForgetNumbering> dbusResetNumbering;
-inline constexpr Handler<"dbusRetypeSensors", &DBusHandler::RetypeSensors> dbusRetypeSensors;
+inline constexpr Handler<"dbusFWDataUpdate", &PublishedObjects::updateFWVersion> dbusFWDataUpdate;
+inline constexpr Handler<"dbusClear", &PublishedObjects::Clear> dbusClear;
+inline constexpr Handler<"dbusResetNumbering", &PublishedObjects::ForgetNumbering>
+    dbusResetNumbering;
+inline constexpr Handler<"dbusRetypeSensors", &PublishedObjects::RetypeSensors> dbusRetypeSensors;
 
 } // namespace vantric

@@ -1,6 +1,7 @@
 /** Creation of the objects of devices and controllers. */
 #include "dbus_handler/create_object.hpp"
-#include "dbus_handler/inventory_properties.hpp"
+#include "dbus_handler/initial_properties.hpp"
+#include "vocabulary/ldid.hpp"
 
 namespace vantric {
 
@@ -17,7 +18,7 @@ PropertyBags InventoryBags(const std::string& ldid, const FruFields& fields) {
 
 } // namespace
 
-void DBusHandler::InsertFruInventory(const FruInventoryRequest& request) {
+void PublishedObjects::InsertFruInventory(const FruInventoryRequest& request) {
     createDbusObj(fruInventoryObjects, request.deviceLdid, request.objectPath,
                   [&](const std::string& path) {
                       return std::make_shared<InventoryWithFRUDbusInterface>(
@@ -25,12 +26,12 @@ void DBusHandler::InsertFruInventory(const FruInventoryRequest& request) {
                   });
 }
 
-void DBusHandler::InsertPlainInventory(const PlainInventoryRequest& request) {
+void PublishedObjects::InsertPlainInventory(const PlainInventoryRequest& request) {
     FruFields fields;
     fields.identity = request.identity;
     fields.cpuAffinity = request.cpuAffinity;
     fields.firmwareVersion = request.firmwareVersion;
-    if (request.deviceLdid.find(acceleratorLdid) == std::string::npos) {
+    if (!Ldid(request.deviceLdid).IsAccelerator()) {
         createDbusObj(inventoryObjects, request.deviceLdid, request.objectPath,
                       [&](const std::string& path) {
                           return std::make_shared<InventoryDbusInterface>(
@@ -52,7 +53,7 @@ void DBusHandler::InsertPlainInventory(const PlainInventoryRequest& request) {
                   });
 }
 
-void DBusHandler::UpdateControllerInventory(const ControllerRequest& request) {
+void PublishedObjects::UpdateControllerInventory(const ControllerRequest& request) {
     if (connection == nullptr || request.objectPath.empty()) {
         return;
     }

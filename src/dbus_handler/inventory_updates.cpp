@@ -1,7 +1,7 @@
 /** What changes on inventory objects: firmware version and health. */
 #include "common/log.hpp"
 #include "common/utf8.hpp"
-#include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/published_objects.hpp"
 
 namespace vantric {
 
@@ -22,14 +22,14 @@ void WriteStore(const ObjectStore<Object>& store, const std::string& ldid, const
 
 /** Writes to each inventory object of the device, whichever of the stores it is in. */
 template <typename Write>
-void DBusHandler::WriteInventories(const std::string& ldid, Write write) {
+void PublishedObjects::WriteInventories(const std::string& ldid, Write write) {
     const std::lock_guard lock(objectsMutex);
     WriteStore(inventoryObjects, ldid, write);
     WriteStore(acceleratorObjects, ldid, write);
     WriteStore(fruInventoryObjects, ldid, write);
 }
 
-void DBusHandler::updateFWVersion(const FirmwareRequest& request) {
+void PublishedObjects::updateFWVersion(const FirmwareRequest& request) {
     try {
         WriteInventories(request.deviceLdid,
                          [text = ValidUtf8(request.version)](bindings::Inventory& inventory) {
@@ -40,7 +40,7 @@ void DBusHandler::updateFWVersion(const FirmwareRequest& request) {
     }
 }
 
-void DBusHandler::UpdateDeviceHealthStatus(const HealthStatusRequest& request) {
+void PublishedObjects::UpdateDeviceHealthStatus(const HealthStatusRequest& request) {
     try {
         WriteInventories(request.deviceLdid, [&](bindings::Inventory& inventory) {
             inventory.deviceStatus(request.severity);

@@ -73,7 +73,8 @@ void FRUEventCallback(sdbusplus::message_t& message) {
         if (path.str.find(fruPath) == std::string::npos) {
             return;
         }
-        std::thread(&DBusHandler::UpdateSensorType, &DBusHandler::instance(), SlotOf(path.str))
+        std::thread(&PublishedObjects::UpdateSensorType, &DBusHandler::instance().Objects(),
+                    SlotOf(path.str))
             .detach();
     } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_ERROR, "failed to read message err[%s]\n", error.what());

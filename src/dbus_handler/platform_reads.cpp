@@ -1,7 +1,8 @@
-/** What other services of the platform are asked for. */
-#include "common/log.hpp"
-#include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/platform_reads.hpp"
 
+#include "common/log.hpp"
+
+#include <sdbusplus/bus.hpp>
 #include <sdbusplus/exception.hpp>
 #include <sdbusplus/message/native_types.hpp>
 
@@ -43,7 +44,7 @@ std::string LowerHex(std::uint8_t number) {
 
 } // namespace
 
-std::string DBusHandler::getFRUPropertyVal(std::uint8_t slot, const std::string& name) {
+std::string getFRUPropertyVal(std::uint8_t slot, const std::string& name) {
     try {
         return ReadProperty<std::string>("xyz.openbmc_project.EntityManager",
                                          "/xyz/openbmc_project/inventory/system/assembly/PCIESLOT" +
@@ -56,11 +57,11 @@ std::string DBusHandler::getFRUPropertyVal(std::uint8_t slot, const std::string&
     }
 }
 
-bool DBusHandler::IsOcpCard(std::uint8_t slot) {
+bool IsOcpCard(std::uint8_t slot) {
     return getFRUPropertyVal(slot, "Model").find("OCP") != std::string::npos;
 }
 
-std::string DBusHandler::getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busAddress) const {
+std::string BusUdidReader::getUDIDPropertyVal(std::uint8_t slot, std::uint8_t busAddress) const {
     using UdidInfo = std::vector<std::tuple<std::string, std::string>>;
     try {
         const auto pairs = ReadProperty<UdidInfo>(

@@ -1,5 +1,5 @@
 /** Readings of numeric sensors on their way to the objects. */
-#include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/published_objects.hpp"
 
 #include <cmath>
 #include <ctime>
@@ -58,7 +58,7 @@ void WriteThermal(OpenBMCInterfaces& object, bindings::ThermalSensor& thermal, d
 
 } // namespace
 
-void DBusHandler::SetSensorValue(const SensorValueRequest& request) {
+void PublishedObjects::SetSensorValue(const SensorValueRequest& request) {
     const auto& [value, ldid, pathText, slot, kind, controller] = request;
     const std::lock_guard lock(objectsMutex);
     if (kind == SENSOR_KIND_THERMAL_PROBE) {

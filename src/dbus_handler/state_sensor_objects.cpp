@@ -1,10 +1,10 @@
 /** State sensors: their objects and their states. */
 #include "dbus_handler/create_object.hpp"
-#include "dbus_handler/state_sensor_properties.hpp"
+#include "dbus_handler/initial_properties.hpp"
 
 namespace vantric {
 
-void DBusHandler::InsertStateSensor(const StateSensorRequest& request) {
+void PublishedObjects::InsertStateSensor(const StateSensorRequest& request) {
     createDbusObj(stateSensorObjects, request.deviceLdid, request.statePath,
                   [&](const std::string& path) {
                       PropertyBags bags;
@@ -13,7 +13,7 @@ void DBusHandler::InsertStateSensor(const StateSensorRequest& request) {
                   });
 }
 
-void DBusHandler::SetStateSensorValue(const StateSensorRequest& request) {
+void PublishedObjects::SetStateSensorValue(const StateSensorRequest& request) {
     if (const auto object = FindObject(stateSensorObjects, request.deviceLdid, request.searchKey)) {
         object->stateSensorDetails(BuildStateDetails(request, request.memberNames.size()));
     }

@@ -3,6 +3,7 @@
 #include "common/thread_name.hpp"
 #include "dbus_handler/channel_publisher.hpp"
 #include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/platform_reads.hpp"
 #include "devicemanager/device_manager.hpp"
 
 #include <malloc.h>
@@ -28,8 +29,9 @@ int main() {
 
     DBusHandler& dbusHandler = DBusHandler::instance();
     ChannelPublisher publisher;
+    const BusUdidReader udids;
     const auto deviceManager =
-        std::make_unique<DeviceManager>(BusDoors{.publisher = publisher, .udids = dbusHandler});
+        std::make_unique<DeviceManager>(BusDoors{.publisher = publisher, .udids = udids});
     StartThread("PLDM_DevMgr", [&deviceManager] { deviceManager->DevMgrThread(); }).detach();
 
     // The loop ends only when the bus is lost. Device threads may then sit in a command for most of

@@ -29,6 +29,7 @@ public:
 
     const std::string& Text() const { return text; }
 
+    bool IsEmbedded() const { return Holds("Embedded"); }
     bool IsEmbeddedNic() const { return Holds("NIC.Embedded."); }
     bool IsAccelerator() const { return Holds("ProcAccelerator.Slot."); }
     bool IsBoard() const { return Holds("UBB"); }

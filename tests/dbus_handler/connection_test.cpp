@@ -3,6 +3,7 @@
 #include "common/process_flags.hpp"
 #include "dbus_handler/dbus_handler.hpp"
 #include "dbus_handler/handlers.hpp"
+#include "dbus_handler/platform_reads.hpp"
 #include "support/bus_client.hpp"
 #include "support/captured_log.hpp"
 #include "support/eventually.hpp"
@@ -137,19 +138,20 @@ TEST(Connection, DoesNotCrashWithoutABus) {
     Child child([] {
         setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
         auto& handler = DBusHandler::instance();
+        auto& objects = handler.Objects();
         SensorInsertRequest sensor;
         sensor.sensor.sensorKind = SENSOR_KIND_THERMAL_PROBE;
         sensor.objectPath = "/xyz/openbmc_project/sensors/temperature/a";
-        handler.InsertSensor(sensor);
+        objects.InsertSensor(sensor);
         const CapturedLog log;
-        handler.UpdateControllerInventory({"/a", "NIC.Slot.3", 3, 1});
+        objects.UpdateControllerInventory({"/a", "NIC.Slot.3", 3, 1});
         if (!log.Lines().empty()) {
             return 0;
         }
-        handler.SetSensorValue({});
-        handler.Clear({"NIC.Slot.3", 0, CLEAR_ALL});
-        handler.ForgetNumbering({});
-        return handler.getUDIDPropertyVal(3, 29).empty() ? handler.Run() + 10 : 0;
+        objects.SetSensorValue({});
+        objects.Clear({"NIC.Slot.3", 0, CLEAR_ALL});
+        objects.ForgetNumbering({});
+        return BusUdidReader().getUDIDPropertyVal(3, 29).empty() ? handler.Run() + 10 : 0;
     });
     EXPECT_EQ(EXIT_FAILURE + 10, child.Ends());
 }

@@ -116,7 +116,7 @@ TEST_F(InventoryObjects, ReadTheIanaAsANumber) {
         request.fields.iana = text;
         Do(dbusFruDataInsert, request);
         EXPECT_EQ(number, Object(inventoryRoot, cardPath).at("FRU").at("IANA")) << text;
-        handler.Clear({card, 0, CLEAR_ALL});
+        objects.Clear({card, 0, CLEAR_ALL});
     }
 }
 
@@ -147,7 +147,7 @@ TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
               object.at("Inventory").at("FriendlyLDID"));
     ExpectNothingNew(Plain(accelerator, gpuPath, 6));
 
-    handler.Clear({accelerator, 0, CLEAR_ALL});
+    objects.Clear({accelerator, 0, CLEAR_ALL});
     auto fru = Fru();
     fru.deviceLdid = accelerator;
     fru.objectPath = gpuPath;
@@ -155,7 +155,7 @@ TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
     EXPECT_EQ((Texts{"FRU", "Inventory"}), Told(Sent(), "InterfacesAdded", gpuPath));
     EXPECT_EQ("2", Object(inventoryRoot, gpuPath).at("Inventory").at("DeviceType"));
 
-    handler.Clear({accelerator, 0, CLEAR_ALL});
+    objects.Clear({accelerator, 0, CLEAR_ALL});
     auto board = Plain(accelerator, std::string(inventoryRoot) + "/board/UBB/1-1", 5);
     board.resolvedLdid = "UBB.Integrated.1-1";
     Do(dbusInvDataInsert, board);

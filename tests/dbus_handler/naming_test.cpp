@@ -1,7 +1,5 @@
 /** What sensors and devices are called: friendly LDIDs, probe keys and locations, state sensors. */
-#include "dbus_handler/inventory_properties.hpp"
-#include "dbus_handler/probe_properties.hpp"
-#include "dbus_handler/state_sensor_properties.hpp"
+#include "dbus_handler/initial_properties.hpp"
 #include "vocabulary/ldid.hpp"
 
 #include <gtest/gtest.h>
@@ -73,8 +71,8 @@ TEST(ProbeProperties, NameTheSensor) {
         sensor.entityInstance = row.instance;
         sensor.entityType = row.entityType;
         sensor.name = row.name;
-        SensorNumbering numbering;
-        const auto bag = BuildProbeProperties(sensor, "L", row.path, numbering);
+        ThermalTyping typing;
+        const auto bag = BuildProbeProperties(sensor, "L", row.path, typing);
         EXPECT_EQ(row.key, Get<std::string>(bag, "Key"));
         EXPECT_EQ(row.location, Get<std::string>(bag, "ProbeLocation")) << row.key;
         EXPECT_EQ(row.target, Get<std::string>(bag, "TargetDevKey")) << row.key;
@@ -97,8 +95,8 @@ TEST(ProbeProperties, NameNoPortOfAnEntityThatHasNone) {
         __Sensor sensor;
         sensor.entityType = entityType;
         sensor.entityInstance = 260;
-        SensorNumbering numbering;
-        const auto bag = BuildProbeProperties(sensor, "L", nicPath, numbering);
+        ThermalTyping typing;
+        const auto bag = BuildProbeProperties(sensor, "L", nicPath, typing);
         EXPECT_EQ(target, Get<std::string>(bag, "TargetDevKey")) << entityType;
     }
 }
@@ -111,22 +109,10 @@ TEST(ProbeProperties, CutThresholdsTo32Bits) {
     sensor.lowerWarning = -4;
     sensor.lowerCritical = -5;
     sensor.lowerFatal = 0x8000'0000;
-    SensorNumbering numbering;
-    const auto bag = BuildProbeProperties(sensor, "L", nicPath, numbering);
+    ThermalTyping typing;
+    const auto bag = BuildProbeProperties(sensor, "L", nicPath, typing);
     EXPECT_EQ((ProbeThresholds{1, 2, 3, -4, -5, std::numeric_limits<std::int32_t>::min()}),
               Get<ProbeThresholds>(bag, "ProbeThresholds"));
-}
-
-TEST(SensorNumbering, RemembersAcceleratorsByKey) {
-    SensorNumbering numbering;
-    EXPECT_EQ(1, numbering.ProcAccelNumberOf("a"));
-    EXPECT_EQ(2, numbering.ProcAccelNumberOf("b"));
-    EXPECT_EQ(3, numbering.ProcAccelNumberOf("c"));
-    // One that comes back puts the count back to its own number.
-    EXPECT_EQ(2, numbering.ProcAccelNumberOf("b"));
-    EXPECT_EQ(2, numbering.ProcAccelNumberOf("d"));
-    numbering.procAccelNumber = 0x105;
-    EXPECT_EQ(5, numbering.ProcAccelNumberOf("e"));
 }
 
 struct StateRow {

@@ -1,5 +1,6 @@
 /** The platform's signals and answers, and what follows from them. */
 #include "common/process_flags.hpp"
+#include "dbus_handler/platform_reads.hpp"
 #include "dbus_handler/platform_services.hpp"
 #include "dbus_handler/published_bus.hpp"
 
@@ -170,12 +171,12 @@ TEST_F(Platform, RetypesTheSensorsOfACardThatTurnsOutToBeOcp) {
         << "the instance is 151 as before";
     EXPECT_EQ("\"" + types + "UNKNOWN\"", Thermal("SensorType", 7));
 
-    handler.UpdateSensorType(3);
+    objects.UpdateSensorType(3);
     EXPECT_EQ(std::vector<Signal>{}, Sent()) << "once is enough";
     // The counters have gone on, and the memory of the path has not.
     Do(dbusDataInsert, CardSensor(SENSOR_KIND_THERMAL_PROBE, 8));
     EXPECT_EQ("152", Thermal("Instance", 8));
-    handler.Clear({card, 0, CLEAR_SENSORS});
+    objects.Clear({card, 0, CLEAR_SENSORS});
     Do(dbusDataInsert, CardSensor());
     EXPECT_EQ("151", Thermal("Instance"));
 }
@@ -186,17 +187,17 @@ TEST_F(Platform, RetypesByWhatTheSensorFirstWasSinceTheReset) {
         auto optics = CardSensor();
         optics.sensor.entityType = 200;
         Do(dbusDataInsert, optics);
-        handler.Clear({card, 0, CLEAR_SENSORS});
+        objects.Clear({card, 0, CLEAR_SENSORS});
         if (reset) {
             publisher.ResetNumbering().LogFailure(LOG_LEVEL_ERROR);
             Sent();
         }
         Do(dbusDataInsert, CardSensor());
         services.Set(assembly + "PCIESLOT3_FRU", "OCP");
-        handler.UpdateSensorType(3);
+        objects.UpdateSensorType(3);
         EXPECT_TRUE(Becomes(reset ? "NDC_ASIC" : "NDC_OPTICS", 5));
-        handler.Clear({card, 0, CLEAR_SENSORS});
-        handler.ForgetNumbering({});
+        objects.Clear({card, 0, CLEAR_SENSORS});
+        objects.ForgetNumbering({});
     }
 }
 
@@ -209,9 +210,9 @@ TEST_F(Platform, IsAskedForTheModelWhenASensorComes) {
     EXPECT_TRUE(Thermal("SensorType").ends_with(".NDC_ASIC\""));
     EXPECT_EQ("\"OCP3\"", Thermal("DeviceType"));
     services.Set(assembly + "PCIESLOT3_FRU", std::uint32_t{5});
-    EXPECT_EQ("", DBusHandler::getFRUPropertyVal(3, "Model"));
+    EXPECT_EQ("", getFRUPropertyVal(3, "Model"));
     TakeLog();
-    EXPECT_EQ("", DBusHandler::getFRUPropertyVal(4, "Model"));
+    EXPECT_EQ("", getFRUPropertyVal(4, "Model"));
     const auto log = TakeLog();
     ASSERT_EQ(1U, log.size());
     EXPECT_TRUE(log[0].starts_with("4 getFRUPropertyVal: FRU Dbus is not having details for "
@@ -223,7 +224,7 @@ TEST_F(Platform, RetypesASensorWhoseCardSaysSoWhileItIsCreated) {
     services.Set(assembly + "PCIESLOT3_FRU", "Plain card");
     services.InNextRead([this] {
         services.Set(assembly + "PCIESLOT3_FRU", "OCP");
-        handler.UpdateSensorType(3);
+        objects.UpdateSensorType(3);
     });
     Do(dbusDataInsert, CardSensor());
     EXPECT_TRUE(Becomes("NDC_ASIC", 5));
@@ -261,17 +262,17 @@ TEST_F(Platform, KnowsUdids) {
     services.Set(slot,
                  PlatformServices::Pairs{
                      {"0x1D", "upper"}, {"0x1d", "first"}, {"0x1d", "second"}, {"0x0", "nil"}});
-    EXPECT_EQ("first", handler.getUDIDPropertyVal(3, 29));
-    EXPECT_EQ("nil", handler.getUDIDPropertyVal(3, 0));
-    EXPECT_EQ("", handler.getUDIDPropertyVal(3, 13));
+    EXPECT_EQ("first", BusUdidReader().getUDIDPropertyVal(3, 29));
+    EXPECT_EQ("nil", BusUdidReader().getUDIDPropertyVal(3, 0));
+    EXPECT_EQ("", BusUdidReader().getUDIDPropertyVal(3, 13));
     EXPECT_EQ("com.korv.bmc.arp.arp " + slot + " com.korv.bmc.arp.arp UDIDInfo",
               services.TakeReads().at(0));
     services.Set(slot, PlatformServices::Pairs{});
-    EXPECT_EQ("", handler.getUDIDPropertyVal(3, 29));
+    EXPECT_EQ("", BusUdidReader().getUDIDPropertyVal(3, 29));
     services.Set(slot, "text");
-    EXPECT_EQ("", handler.getUDIDPropertyVal(3, 29));
+    EXPECT_EQ("", BusUdidReader().getUDIDPropertyVal(3, 29));
     EXPECT_EQ(Texts{}, TakeLog());
-    EXPECT_EQ("", handler.getUDIDPropertyVal(9, 29));
+    EXPECT_EQ("", BusUdidReader().getUDIDPropertyVal(9, 29));
     const auto log = TakeLog();
     ASSERT_EQ(1U, log.size());
     EXPECT_TRUE(log[0].starts_with("4 getUDIDPropertyVal: UDID dbus is not having details for "
@@ -285,7 +286,7 @@ TEST_F(Platform, MayRetypeAndResetWhileReadingsCome) {
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([this] {
             for (int round = 0; round < 10; ++round) {
-                handler.UpdateSensorType(3);
+                objects.UpdateSensorType(3);
                 EXPECT_EQ(publisher.ResetNumbering().ExecRet(), 0);
                 EXPECT_EQ(publisher.InsertSensor(CardSensor()).ExecRet(), 0);
                 EXPECT_EQ(publisher.SetSensorValue(Reading(round)).ExecRet(), 0);

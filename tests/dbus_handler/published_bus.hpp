@@ -33,9 +33,9 @@ protected:
     ~PublishedBus() override {
         for (const char* ldid : {card, "NIC.Slot.7", "NIC.Embedded.1", "ProcAccelerator.Slot.5-1",
                                  "CXLMemory.Slot.5"}) {
-            handler.Clear({ldid, 0, CLEAR_ALL});
+            objects.Clear({ldid, 0, CLEAR_ALL});
         }
-        handler.ForgetNumbering({});
+        objects.ForgetNumbering({});
         client.Settle(service);
     }
 
@@ -67,7 +67,7 @@ protected:
         return client.GetProperty(service, path, interface, name);
     }
 
-    DBusHandler& handler = DBusHandler::instance();
+    PublishedObjects& objects = DBusHandler::instance().Objects();
     ChannelPublisher publisher;
     BusClient client;
 };

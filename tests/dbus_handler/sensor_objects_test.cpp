@@ -132,7 +132,7 @@ TEST_F(SensorObjects, RaiseAlarmsByTheReadingAtCreation) {
         EXPECT_EQ(row.low, object.at("Warning").at("WarningAlarmLow")) << row.temperature;
         EXPECT_EQ(row.high, object.at("Critical").at("CriticalAlarmHigh")) << row.temperature;
         EXPECT_EQ(row.low, object.at("Critical").at("CriticalAlarmLow")) << row.temperature;
-        handler.Clear({card, 0, CLEAR_SENSORS});
+        objects.Clear({card, 0, CLEAR_SENSORS});
     }
 }
 
@@ -188,7 +188,7 @@ TEST_F(SensorObjects, KeepTheirNumbersUntilTheReset) {
             shown.push_back(std::to_string(instance - row.first) + ' ' +
                             object.at("ProbeObj").at("ProbeLocation"));
         }
-        handler.Clear({card, 0, CLEAR_SENSORS});
+        objects.Clear({card, 0, CLEAR_SENSORS});
         return shown;
     };
     Texts fresh;
@@ -214,7 +214,7 @@ TEST_F(SensorObjects, TellOneOfTwoUnitsOrTheDefault) {
             Do(dbusDataInsert, request);
             const auto unit = Object(sensorsRoot, CardSensorPath()).at("Value").at("Unit");
             EXPECT_TRUE(unit.ends_with("Value.Unit." + name + '"')) << unit;
-            handler.Clear({card, 0, CLEAR_SENSORS});
+            objects.Clear({card, 0, CLEAR_SENSORS});
         }
     }
 }
@@ -225,7 +225,7 @@ TEST_F(SensorObjects, AreMadeByALaterPostWhenTheFirstFailed) {
     Do(dbusDataInsert, inTheWay);
     Do(dbusDataInsert, CardSensor());
     EXPECT_TRUE(TakeLog().back().starts_with("1 createDbusObj: sd_bus_add_object_vtable"));
-    handler.Clear({"NIC.Slot.7", 0, CLEAR_SENSORS});
+    objects.Clear({"NIC.Slot.7", 0, CLEAR_SENSORS});
     EXPECT_TRUE(Object(sensorsRoot, CardSensorPath()).empty());
     Do(dbusDataInsert, CardSensor());
     Do(dbusSetSensorValue, Reading(5));

@@ -1,6 +1,5 @@
 /** Every row of the thermal typing, and what stands right beside its ranges. */
-#include "dbus_handler/sensor_properties.hpp"
-#include "dbus_handler/thermal_properties.hpp"
+#include "dbus_handler/thermal_typing.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,7 @@ namespace vantric {
 
 namespace {
 
-using Numbers = SensorNumbering;
+using Numbers = InstanceCounters;
 using enum bindings::ThermalSensor::dev_types;
 
 struct Row {
@@ -101,6 +100,19 @@ TEST(DeviceClass, IsToldByPathAndLdid) {
               DeviceClassOf(root + "accelerator/ProcAccelerator/Slot/5", "ProcAccelerator.Slot.5"));
     EXPECT_EQ(network, DeviceClassOf(root + "networkdevice/Nic/Slot/3", "NIC.Slot.3"));
     EXPECT_EQ(embedded, DeviceClassOf(root + "cxl/memory/CXL/Slot/5", "NIC.Embedded.1"));
+}
+
+TEST(ThermalTyping, RemembersAcceleratorsByKey) {
+    ThermalTyping typing;
+    EXPECT_EQ(1, typing.ProcAccelNumberOf("a"));
+    EXPECT_EQ(2, typing.ProcAccelNumberOf("b"));
+    EXPECT_EQ(3, typing.ProcAccelNumberOf("c"));
+    // One that comes back puts the count back to its own number.
+    EXPECT_EQ(2, typing.ProcAccelNumberOf("b"));
+    for (int number = 2; number < 256; ++number) {
+        EXPECT_EQ(number, typing.ProcAccelNumberOf(std::to_string(number)));
+    }
+    EXPECT_EQ(0, typing.ProcAccelNumberOf("one more than the number can tell"));
 }
 
 } // namespace

@@ -1,0 +1,56 @@
+/** Which properties an object starts with, for each interface that isn't thermal control's, whose
+ * first values ThermalTyping gives. */
+#pragma once
+
+#include "dbus_handler/property_bags.hpp"
+#include "dbus_handler/thermal_typing.hpp"
+#include "publisher/requests.hpp"
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <tuple>
+
+namespace vantric {
+
+/** The LDID that a sensor stands for: the resolved one if there is one, else the device's. */
+const std::string& EffectiveLdid(const SensorInsertRequest& request);
+
+/** Fills the bags that all compositions of numeric sensors share: Value, Warning, Critical,
+ *  Availability, OperationalStatus, Definitions. An alarm is set where the reading at creation is
+ *  at or beyond its threshold. */
+void FillOpenBmcBags(PropertyBags& bags, const SensorInsertRequest& request);
+
+/** Returns the bag of the probe interface.
+ *  @param ldid    the LDID that the sensor stands for
+ *  @param path    the object's path in its final form
+ *  @param typing  gives the probes of accelerators their numbers; main thread */
+PropertyBag<bindings::ProbeObj> BuildProbeProperties(const __Sensor& sensor,
+                                                     const std::string& ldid,
+                                                     const std::string& path,
+                                                     ThermalTyping& typing);
+
+/** Member name to the state set it belongs to and the state it is in. */
+using StateSensorDetails = std::map<std::string, std::tuple<std::string, std::string>>;
+
+/** Returns the details that the request tells, for count members. A list that doesn't number count
+ *  reads as so many times "Unavailable". Of members of one name the last counts. */
+StateSensorDetails BuildStateDetails(const StateSensorRequest& request, std::size_t count);
+
+/** Returns the bag of the state sensor interface.
+ *  @param path  the object's path in its final form */
+PropertyBag<bindings::StateSensor> BuildStateSensorProperties(const StateSensorRequest& request,
+                                                              const std::string& path);
+
+/** Returns the bag of the FRU interface; every text is in it, also an empty one. */
+PropertyBag<bindings::FRU> BuildFruProperties(const FruFields& fields);
+
+/** Returns the bag of the inventory interface for the device with the LDID. */
+PropertyBag<bindings::Inventory> BuildInventoryProperties(const std::string& ldid,
+                                                          const FruFields& fields);
+
+/** Returns the name that an accelerator's association has: the part of its path after
+ *  acceleratorInventoryRoot, up to the next slash, or nothing. */
+std::string AcceleratorAssociationName(const std::string& path);
+
+} // namespace vantric
