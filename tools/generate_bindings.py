@@ -35,11 +35,14 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--interface", required=True, help="such as com.korv.zenth.Sensor.ProbeObj")
     parser.add_argument("--output", required=True, type=pathlib.Path, help="folder for the result")
+    parser.add_argument("--write-hook", action="store_true",
+                        help="let a derived class see every write, in one operation")
     parser.add_argument("description", type=pathlib.Path, help="the .interface.yaml file")
     arguments = parser.parse_args()
 
     try:
-        interface = load_interface(arguments.description, arguments.interface)
+        interface = load_interface(
+            arguments.description, arguments.interface, arguments.write_hook)
     except DescriptionError as error:
         sys.exit(f"{arguments.description}: {error}")
     for name in ("server.hpp", "server.cpp"):

@@ -6,7 +6,6 @@
 #include <sdbusplus/bus.hpp>
 #include <sensorstore.hpp>
 
-#include <cstdint>
 #include <string>
 
 namespace vantric {
@@ -27,48 +26,10 @@ public:
     /** Takes the key, and the object if it is cached, out of the cache. */
     ~ProbeObject() override;
 
-    // Reads and the writes without a flag are the binding's; these are what all writes end in. Each
-    // returns the value that the property has afterwards.
-    using ProbeObj::entityID;
-    using ProbeObj::friendlyLDID;
-    using ProbeObj::initupdateInProgress;
-    using ProbeObj::key;
-    using ProbeObj::objectStatus;
-    using ProbeObj::probeCapabilities;
-    using ProbeObj::probeLocation;
-    using ProbeObj::probeReading;
-    using ProbeObj::probeStatus;
-    using ProbeObj::probeThresholds;
-    using ProbeObj::reAliasedName;
-    using ProbeObj::sensorNumber;
-    using ProbeObj::subType;
-    using ProbeObj::targetDevKey;
-    using ProbeObj::type1MaxReadingRange;
-    using ProbeObj::type1MinReadingRange;
-    using ProbeObj::unitModifier;
-
-    /** Also makes the cache resolve the key to this object, even if it has it already. */
-    std::string key(std::string value, bool skipSignal) override;
-    std::uint32_t subType(std::uint32_t value, bool skipSignal) override;
-    std::int32_t probeReading(std::int32_t value, bool skipSignal) override;
-    ProbeThresholds probeThresholds(ProbeThresholds value, bool skipSignal) override;
-    std::uint8_t probeStatus(std::uint8_t value, bool skipSignal) override;
-    std::uint8_t unitModifier(std::uint8_t value, bool skipSignal) override;
-    std::uint16_t probeCapabilities(std::uint16_t value, bool skipSignal) override;
-    std::string probeLocation(std::string value, bool skipSignal) override;
-    std::string reAliasedName(std::string value, bool skipSignal) override;
-    std::string targetDevKey(std::string value, bool skipSignal) override;
-    std::string friendlyLDID(std::string value, bool skipSignal) override;
-    std::uint32_t sensorNumber(std::uint32_t value, bool skipSignal) override;
-    std::uint8_t entityID(std::uint8_t value, bool skipSignal) override;
-    std::uint8_t type1MinReadingRange(std::uint8_t value, bool skipSignal) override;
-    std::uint8_t type1MaxReadingRange(std::uint8_t value, bool skipSignal) override;
-    std::uint32_t initupdateInProgress(std::uint32_t value, bool skipSignal) override;
-    std::uint8_t objectStatus(std::uint8_t value, bool skipSignal) override;
-
 private:
-    template <typename T, typename Store>
-    bool Write(const char* property, const T& stored, const T& value, bool skipSignal, Store store);
+    /** The cache hears of a new value before the bus does, and may refuse it. A Key that is written
+     *  also makes the cache resolve it to this object, even if it has it already. */
+    void write(const Write& write) override;
 
     std::string objectPath;
     bool cached = false;

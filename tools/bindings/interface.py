@@ -60,6 +60,7 @@ class Interface:
     properties: list
     signals: list
     enumerations: list
+    write_hook: bool  # a derived class sees every write
 
     @property
     def class_name(self):
@@ -102,7 +103,7 @@ def comment(text, indent=0):
     )
 
 
-def load_interface(path, name):
+def load_interface(path, name, write_hook=False):
     """Reads the description of the interface called name from the file at path.
 
     Raises DescriptionError where the description is wrong."""
@@ -120,11 +121,12 @@ def load_interface(path, name):
         properties=[_property(entry, enums) for entry in document.get("properties", [])],
         signals=[_signal(entry) for entry in document.get("signals", [])],
         enumerations=enumerations,
+        write_hook=write_hook,
     )
 
 
 def _check_keys(what, entry, required, optional=frozenset()):
-    """Refuses an entry that lacks something or has something that nobody would look at."""
+    """Refuses an entry that lacks something or has something that would be ignored."""
     if not isinstance(entry, dict):
         raise DescriptionError(f"{what} isn't a mapping")
     missing = required - entry.keys()

@@ -101,6 +101,14 @@ ${cls}::${cls}(sdbusplus::bus_t& bus, const char* path,
 %>
 ${type_} ${cls}::${p.method}() const { return ${p.method}_; }
 
+% if interface.write_hook:
+${type_} ${cls}::${p.method}(${p.type.cpp} newValue, bool${"" if p.const else " skipSignal"}) {
+    write({"${p.name}", PropertiesVariant(std::in_place_type<${p.type.cpp}>, newValue),
+        !::bindings::Same(${p.method}_, newValue), ${"true" if p.const else "skipSignal"},
+        [&] { ${p.method}_ = std::move(newValue); }});
+    return ${p.method}_;
+}
+% else:
 ${type_} ${cls}::${p.method}(${p.type.cpp} newValue, bool${"" if p.const else " skipSignal"}) {
     if (!::bindings::Same(${p.method}_, newValue)) {
         ${p.method}_ = std::move(newValue);
@@ -112,11 +120,24 @@ ${type_} ${cls}::${p.method}(${p.type.cpp} newValue, bool${"" if p.const else " 
     }
     return ${p.method}_;
 }
+% endif
 
 ${type_} ${cls}::${p.method}(${p.type.cpp} newValue) {
     return ${p.method}(std::move(newValue), false);
 }
 % endfor
+% if interface.write_hook:
+
+void ${cls}::write(const Write& write) {
+    if (!write.differs) {
+        return;
+    }
+    write.store();
+    if (!write.skipSignal) {
+        property_changed(write.property);
+    }
+}
+% endif
 
 void ${cls}::setPropertyByName(const std::string& propertyName, const PropertiesVariant& val,
     bool skipSignal) {

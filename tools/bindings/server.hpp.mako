@@ -9,6 +9,9 @@ cls = interface.class_name
 #include <sdbusplus/server/interface.hpp>
 
 #include <cstdint>
+% if interface.write_hook:
+#include <functional>
+% endif
 #include <limits>
 #include <map>
 #include <optional>
@@ -76,7 +79,7 @@ ${comment(p.description, 4)}
 % endfor
 
     /** Writes a property, by its name on the bus, through its virtual operation. A name that the
-     *  interface doesn't have is passed over. Throws std::bad_variant_access if val is of another
+     *  interface doesn't have is ignored. Throws std::bad_variant_access if val is of another
      *  type. */
     void setPropertyByName(const std::string& propertyName, const PropertiesVariant& val,
         bool skipSignal = false);
@@ -91,16 +94,30 @@ ${comment(p.description, 4)}
     /** Withdraws the interface with InterfacesRemoved, if it is announced. */
     void emit_removed() { interface_.emit_removed(); }
 
+% if interface.write_hook:
 protected:
-    /** Emits PropertiesChanged for a property; for a derived class that stores first, without a
-     *  signal, and has something to do before the signal goes out. */
+    /** A write of a property on its way. */
+    struct Write {
+        const char* property;        ///< its name on the bus
+        PropertiesVariant value;     ///< what is to be written
+        bool differs;                ///< from what the property is
+        bool skipSignal;             ///< the caller wants no signal
+        std::function<void()> store; ///< makes the property the value, without a signal
+    };
+
+    /** What all writes end in, also those that don't differ: stores and signals a value that
+     *  differs. For a derived class that has something to do before or after. */
+    virtual void write(const Write& write);
+
+    /** Emits PropertiesChanged for a property. */
     void property_changed(const char* property) { interface_.property_changed(property); }
 
+% endif
 private:
 % for p in interface.properties:
     ${p.type.cpp} ${p.method}_{${p.default}};
 % endfor
-    // Behind the values, so that nobody can ask for them once they are gone.
+    // After the values, so that no call can ask for them once they are gone.
     sdbusplus::server::interface_t interface_;
 };
 
