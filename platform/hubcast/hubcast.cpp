@@ -62,7 +62,7 @@ private:
     void* user;
     std::mutex mutex;
     std::vector<std::string> names;
-    simulator_link::Worker notifications{"hubcast-notify"};
+    platform_support::Worker notifications{"hubcast-notify"};
     simulator_link::Link link;
 };
 

@@ -39,7 +39,7 @@ int MctpLinkAttach(uint32_t linkType, uint32_t filter, MctpLinkCallback callback
     if (callback == nullptr || attachment.session) {
         return 1;
     }
-    session = std::make_shared<mctplink::Session>(callback);
+    session = mctplink::MakeSession(callback);
     if (!session->Start(linkType, filter)) {
         return 1;
     }

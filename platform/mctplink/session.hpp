@@ -1,45 +1,36 @@
-/** One attachment to the MCTP service. */
+/** One attachment to the platform's MCTP. */
 #pragma once
 
-#include "link.hpp"
 #include "mctplink.h"
-#include "pending_requests.hpp"
-#include "worker.hpp"
+
+#include <memory>
 
 namespace mctplink {
 
-/** The attachment: a link to the simulator and the two threads that call back.
- *
- * Tables and completions have a thread each: a table's callback may take seconds, and meanwhile the
- * requests that it waits for have to complete. */
+/** The attachment: what the calls of mctplink.h do, on one kind of platform. */
 class Session {
 public:
-    explicit Session(MctpLinkCallback callback);
-    ~Session();
+    Session() = default;
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    virtual ~Session() = default;
 
-    /** Attaches; false if there is no simulator or it declines. */
-    bool Start(std::uint32_t linkType, std::uint32_t filter);
+    /** Attaches; false if the platform's MCTP can't be reached. */
+    virtual bool Start(std::uint32_t linkType, std::uint32_t filter) = 0;
 
     /** Hands a request over; false if it isn't accepted, and then it is of no more interest here.
      */
-    bool Send(MctpLinkRequest& record);
+    virtual bool Send(MctpLinkRequest& record) = 0;
 
-    /** Takes back all requests to an endpoint. */
-    void Clear(std::uint8_t eid) { pending->Clear(eid); }
+    /** Takes back all requests to an endpoint, as MctpLinkClearRequest promises. */
+    virtual void Clear(std::uint8_t eid) = 0;
 
     /** Ends the attachment: nothing is called back afterwards. A callback may call it; it is then
      *  the last. */
-    void Stop();
-
-private:
-    void Receive(const simulator_link::Frame& frame);
-
-    MctpLinkCallback callback;
-    simulator_link::Frame attach;
-    std::shared_ptr<PendingRequests> pending; // shared with a completion that stops the session
-    simulator_link::Worker completions{"mctplink-done"};
-    simulator_link::Worker callbacks{"mctplink-table"};
-    simulator_link::Link link;
+    virtual void Stop() = 0;
 };
+
+/** The session of the platform that this library is linked for. */
+std::shared_ptr<Session> MakeSession(MctpLinkCallback callback);
 
 } // namespace mctplink

@@ -6,7 +6,6 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 #include <utility>
 
 namespace simulator_link {
@@ -33,26 +32,6 @@ bool WaitReadable(int socket, std::optional<Clock::time_point> deadline) {
 }
 
 } // namespace
-
-FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
-    if (this != &other) {
-        if (Valid()) {
-            close(descriptor);
-        }
-        descriptor = other.Release();
-    }
-    return *this;
-}
-
-FileDescriptor::~FileDescriptor() {
-    if (Valid()) {
-        close(descriptor);
-    }
-}
-
-int FileDescriptor::Release() {
-    return std::exchange(descriptor, -1);
-}
 
 std::string SocketPath() {
     const char* path = std::getenv("SIMULATOR_SOCKET");

@@ -1,6 +1,7 @@
 /** One connection to the simulator. */
 #pragma once
 
+#include "file_descriptor.hpp"
 #include "frame.hpp"
 
 #include <chrono>
@@ -12,21 +13,7 @@ namespace simulator_link {
 /** How long a caller waits for an answer of the simulator, which gives its answers at once. */
 constexpr std::chrono::seconds answerTimeout{5};
 
-/** A file descriptor that is closed at the end. */
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int descriptor = -1) : descriptor(descriptor) {}
-    FileDescriptor(FileDescriptor&& other) noexcept : descriptor(other.Release()) {}
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept;
-    ~FileDescriptor();
-
-    int Get() const { return descriptor; }
-    bool Valid() const { return descriptor >= 0; }
-    int Release();
-
-private:
-    int descriptor;
-};
+using platform_support::FileDescriptor;
 
 /** The socket's path from SIMULATOR_SOCKET, empty if it isn't set. */
 std::string SocketPath();

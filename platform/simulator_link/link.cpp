@@ -75,7 +75,7 @@ void Link::Stop() {
         }
     }
     changed.notify_all();
-    JoinOrLeave(thread);
+    platform_support::JoinOrLeave(thread);
 }
 
 void Link::Run() {

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <thread>
 
-namespace simulator_link {
+namespace platform_support {
 
 /** Runs jobs one after the other on a thread of its own. */
 class Worker {
@@ -41,4 +41,4 @@ private:
 /** Ends a thread's life with its owner: joins it, or lets it go if it is the calling thread. */
 void JoinOrLeave(std::thread& thread);
 
-} // namespace simulator_link
+} // namespace platform_support

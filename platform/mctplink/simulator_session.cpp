@@ -1,4 +1,4 @@
-#include "session.hpp"
+#include "simulator_session.hpp"
 
 #include "payload.hpp"
 
@@ -57,29 +57,29 @@ void CompleteWith(PendingRequests& pending, const Frame& response) {
 
 } // namespace
 
-Session::Session(MctpLinkCallback callback)
+SimulatorSession::SimulatorSession(MctpLinkCallback callback)
     : callback(callback), pending(std::make_shared<PendingRequests>()),
       link(
           "mctplink", [this](const Frame& frame) { Receive(frame); },
           [this] { return std::vector<Frame>{attach}; }) {}
 
-Session::~Session() {
-    Stop();
+SimulatorSession::~SimulatorSession() {
+    End();
 }
 
-void Session::Stop() {
+void SimulatorSession::End() {
     link.Stop();
     callbacks.Stop();
     completions.Stop();
 }
 
-bool Session::Start(std::uint32_t linkType, std::uint32_t filter) {
+bool SimulatorSession::Start(std::uint32_t linkType, std::uint32_t filter) {
     attach.kind = FrameKind::Attach;
     attach.payload = PayloadWriter().Write(linkType).Write(filter).Finish();
     return link.Start() && link.Ask(attach).has_value();
 }
 
-bool Session::Send(MctpLinkRequest& record) {
+bool SimulatorSession::Send(MctpLinkRequest& record) {
     if (record.requestBytes == nullptr) {
         return false;
     }
@@ -101,7 +101,7 @@ bool Session::Send(MctpLinkRequest& record) {
     return false;
 }
 
-void Session::Receive(const Frame& frame) {
+void SimulatorSession::Receive(const Frame& frame) {
     switch (frame.kind) {
     case FrameKind::Response:
         completions.Post([shared = pending, frame] { CompleteWith(*shared, frame); });
@@ -116,6 +116,10 @@ void Session::Receive(const Frame& frame) {
     default:
         break;
     }
+}
+
+std::shared_ptr<Session> MakeSession(MctpLinkCallback callback) {
+    return std::make_shared<SimulatorSession>(callback);
 }
 
 } // namespace mctplink

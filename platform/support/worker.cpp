@@ -3,7 +3,7 @@
 #include <pthread.h>
 #include <utility>
 
-namespace simulator_link {
+namespace platform_support {
 
 Worker::Worker(const char* name) : queue(std::make_shared<Queue>()) {
     // The thread shares the queue, since it may outlive the worker that one of its jobs destroys.
@@ -64,4 +64,4 @@ void JoinOrLeave(std::thread& thread) {
     }
 }
 
-} // namespace simulator_link
+} // namespace platform_support
