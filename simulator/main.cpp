@@ -36,18 +36,32 @@ int Play(const char* path, const char* tracePath) {
     return 0;
 }
 
+constexpr const char* usage =
+    "usage: simulator [--trace FILE] SCENARIO.yaml\n"
+    "Plays the platform and the cards of the scenario until it is stopped.\n"
+    "  --trace FILE  writes each request and each response to FILE\n"
+    "  --version     prints the version\n"
+    "SIMULATOR_SOCKET names the socket to listen at.\n";
+
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::vector<const char*> words(argv + 1, argv + argc);
-    const bool traced = words.size() == 3 && std::string_view(words[0]) == "--trace";
-    if (words.size() != 1 && !traced) {
-        std::fprintf(stderr, "usage: simulator [--trace FILE] SCENARIO.yaml\n"
-                             "SIMULATOR_SOCKET names the socket to listen at\n");
-        return 1;
+    const std::vector<std::string_view> words(argv + 1, argv + argc);
+    const bool traced = words.size() == 3 && words[0] == "--trace";
+    if (words.size() == 1 && (words[0] == "--help" || words[0] == "-h")) {
+        std::fputs(usage, stdout);
+        return 0;
+    }
+    if (words.size() == 1 && words[0] == "--version") {
+        std::puts("simulator " VANTRIC_VERSION);
+        return 0;
+    }
+    if (!traced && (words.size() != 1 || words[0].starts_with("-"))) {
+        std::fputs("simulator: give one scenario; simulator --help tells the options\n", stderr);
+        return 2;
     }
     try {
-        return Play(words.back(), traced ? words[1] : nullptr);
+        return Play(argv[argc - 1], traced ? argv[2] : nullptr);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "simulator: %s\n", error.what());
         return 1;

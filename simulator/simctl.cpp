@@ -1,10 +1,12 @@
 /** Changes a running simulator. */
 
 #include "connection.hpp"
+#include "control/control.hpp"
 #include "number_text.hpp"
 #include "payload.hpp"
 
 #include <cstdio>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -30,21 +32,38 @@ simulator_link::Frame FrameOf(int argc, char** argv) {
     return {simulator_link::FrameKind::Control, 1, writer.Finish()};
 }
 
-int Complain(const char* text) {
-    std::fprintf(stderr, "simctl: %s\n", text);
+int Complain(const std::string& text) {
+    std::fprintf(stderr, "simctl: %s\n", text.c_str());
     return 1;
+}
+
+bool WantsHelp(int argc, char** argv) {
+    const std::string_view word = argc < 2 ? "--help" : argv[1];
+    return word == "--help" || word == "-h" || word == "help";
+}
+
+void PrintHelp() {
+    std::printf("usage: simctl COMMAND [WORD...]\n"
+                "Changes the simulator that listens at SIMULATOR_SOCKET, and says what it did.\n"
+                "%s\n",
+                simulator::ListOfCommands().c_str());
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
-        return Complain("usage: simctl COMMAND ..., with SIMULATOR_SOCKET set; simctl help lists "
-                        "the commands");
+    if (WantsHelp(argc, argv)) {
+        PrintHelp();
+        return 0;
+    }
+    if (std::string_view(argv[1]) == "--version") {
+        std::puts("simctl " VANTRIC_VERSION);
+        return 0;
     }
     auto connection = simulator_link::Connection::Open(simulator_link::SocketPath());
     if (!connection || !connection->Send(FrameOf(argc, argv))) {
-        return Complain("no simulator listens where SIMULATOR_SOCKET points to");
+        return Complain("no simulator listens at \"" + simulator_link::SocketPath() +
+                        "\"; start one, or set SIMULATOR_SOCKET to the socket of one that runs");
     }
     const auto reply = connection->Receive(LimitOf(argc, argv));
     if (!reply) {
@@ -54,7 +73,7 @@ int main(int argc, char** argv) {
     const auto result = reader.Read<std::uint8_t>();
     const auto text = reader.RestAsText();
     if (result != 0) {
-        return Complain(text.c_str());
+        return Complain(text);
     }
     std::printf("%s\n", text.c_str());
     return 0;

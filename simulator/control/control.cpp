@@ -30,16 +30,6 @@ std::string UsageOf(std::string_view name, std::string_view usage) {
     return std::string(name) + (usage.empty() ? "" : " ") + std::string(usage);
 }
 
-std::string Help() {
-    std::string text = "commands:\n";
-    for (const auto& family : AllCommands()) {
-        for (const auto& command : family) {
-            text += "  " + UsageOf(command.name, command.usage) + "\n";
-        }
-    }
-    return text + "  " + UsageOf(waitName, waitUsage);
-}
-
 const ControlCommand* FindCommand(const std::string& name) {
     for (const auto& family : AllCommands()) {
         for (const auto& command : family) {
@@ -53,13 +43,23 @@ const ControlCommand* FindCommand(const std::string& name) {
 
 } // namespace
 
+std::string ListOfCommands() {
+    std::string text = "commands:\n";
+    for (const auto& family : AllCommands()) {
+        for (const auto& command : family) {
+            text += "  " + UsageOf(command.name, command.usage) + "\n";
+        }
+    }
+    return text + "  " + UsageOf(waitName, waitUsage);
+}
+
 void Control::Run(const std::string& text, const ControlReply& reply) {
     Words words(Split(text));
     std::string usage;
     try {
         const auto name = words.Next("a command");
         if (name == "help") {
-            reply(true, Help());
+            reply(true, ListOfCommands());
             return;
         }
         if (name == waitName) {

@@ -59,6 +59,9 @@ std::span<const ControlCommand> PlatformControlCommands();
 std::span<const ControlCommand> BusCommands();
 std::span<const ControlCommand> ReportCommands();
 
+/** All commands with their words, a line each. */
+std::string ListOfCommands();
+
 /** The endpoint whose EID is the next word. Throws CommandError. */
 LiveEndPoint& TakeEndPoint(Control& control, Words& words);
 

@@ -21,7 +21,7 @@ Value Value::FromFile(const std::string& path) {
     try {
         return {YAML::LoadFile(path), std::make_shared<const std::string>(path)};
     } catch (const YAML::BadFile&) {
-        throw ScenarioError(path + ": can't be read");
+        throw ScenarioError(path + ": can't be read; give the path of a scenario");
     } catch (const YAML::ParserException& error) {
         throw ScenarioError(At(path, error.mark.line, error.msg));
     }

@@ -41,7 +41,8 @@ ListeningSocket::ListeningSocket(const std::string& path)
     path.copy(address.sun_path, path.size());
     if (bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
         listen(socket.Get(), SOMAXCONN) != 0) {
-        throw std::runtime_error("can't listen at " + path);
+        throw std::runtime_error("can't listen at \"" + path +
+                                 "\"; set SIMULATOR_SOCKET to a path that can be made");
     }
 }
 

@@ -85,7 +85,8 @@ TEST(Scenario, MistakesAreSaidWithTheirLine) {
         const auto path = folder.Write("wrong.yaml", text);
         EXPECT_EQ(path + message, WrongWith(path)) << what;
     }
-    EXPECT_EQ("/nowhere/at-all.yaml: can't be read", WrongWith("/nowhere/at-all.yaml"));
+    EXPECT_EQ("/nowhere/at-all.yaml: can't be read; give the path of a scenario",
+              WrongWith("/nowhere/at-all.yaml"));
 }
 
 } // namespace
