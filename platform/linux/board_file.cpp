@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 namespace board {
@@ -81,6 +82,27 @@ PciIds ReadIds(JsonEntry& entry) {
             .subDevice = read("subdevice", Presence::OPTIONAL)};
 }
 
+/** A PCIe address as people write it, such as 3b:00.0, or as a number. */
+std::uint16_t ReadBdf(JsonEntry& entry) {
+    static const std::regex form("([0-9a-fA-F]{2}):([01][0-9a-fA-F])\\.([0-7])");
+    constexpr int hexadecimal = 16;
+    constexpr int busShift = 8;
+    constexpr int deviceShift = 3;
+    const auto text = entry.TextIfAny("bdf");
+    if (!text || text->starts_with("0x")) {
+        return Or<std::uint16_t>(entry.Number("bdf", 0, mostWord, Presence::OPTIONAL), 0);
+    }
+    std::smatch parts;
+    if (!std::regex_match(*text, parts, form)) {
+        entry.Reject("bdf", "an address such as \"3b:00.0\", or a number from 0 to 65535");
+        return 0;
+    }
+    const auto part = [&](std::size_t index) {
+        return std::stoul(parts[index].str(), nullptr, hexadecimal);
+    };
+    return static_cast<std::uint16_t>(part(1) << busShift | part(2) << deviceShift | part(3));
+}
+
 /** The UUID in lower case, if the text is one (RFC 4122). */
 std::optional<std::string> Uuid(std::string text) {
     constexpr std::string_view pattern = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
@@ -143,7 +165,7 @@ std::optional<PlacedEndpoint> ReadEndpoint(const json& object, const std::string
     endpoint.slot = Or<std::uint16_t>(slot, 0);
     endpoint.medium =
         static_cast<Medium>(entry.Word("medium", mediumWords, Presence::REQUIRED).value_or(0));
-    endpoint.bdf = Or<std::uint16_t>(entry.Number("bdf", 0, mostWord, Presence::OPTIONAL), 0);
+    endpoint.bdf = ReadBdf(entry);
     endpoint.busAddress =
         Or<std::uint8_t>(entry.Number("bus-address", 0, mostByte, Presence::OPTIONAL), 0);
     if (slot) {

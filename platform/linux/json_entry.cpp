@@ -143,6 +143,12 @@ std::optional<std::string> JsonEntry::Text(const char* key) {
     return value->get<std::string>();
 }
 
+std::optional<std::string> JsonEntry::TextIfAny(const char* key) {
+    const auto* const value = Find(key, Presence::OPTIONAL);
+    return value != nullptr && value->is_string() ? std::optional(value->get<std::string>())
+                                                  : std::nullopt;
+}
+
 std::span<const nlohmann::json> JsonEntry::List(const char* key) {
     const auto* const value = Find(key, Presence::OPTIONAL);
     if (value == nullptr) {

@@ -42,6 +42,9 @@ public:
     /** Reads a text. */
     std::optional<std::string> Text(const char* key);
 
+    /** Reads a text where the value is one; nothing is a mistake. */
+    std::optional<std::string> TextIfAny(const char* key);
+
     /** Reads a list; a mistake if it is something else. Empty if the key isn't there. */
     std::span<const nlohmann::json> List(const char* key);
 
