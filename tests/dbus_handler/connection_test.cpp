@@ -76,17 +76,6 @@ bool WaitUntilDbusReady() {
     return dbusReadyCond.wait_for(lock, BusClient::patience, [] { return dbusReady; });
 }
 
-TEST(Connection, EndsTheProcessWhenTheBusIsLost) {
-    std::optional<PrivateBus> bus(std::in_place);
-    Child child([] { return DBusHandler::instance().Run(); });
-    {
-        BusClient client;
-        ASSERT_TRUE(client.WaitUntil([&] { return !Owner(client).empty(); }));
-    }
-    bus.reset();
-    EXPECT_EQ(EXIT_FAILURE, child.Ends());
-}
-
 TEST(Connection, EndsTheProcessWhenOnlyTheSignalsAreLost) {
     const PrivateBus bus;
     Child child([] {

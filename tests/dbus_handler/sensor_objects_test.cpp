@@ -38,64 +38,6 @@ TEST_F(SensorObjects, AreAnnouncedInterfaceByInterfaceBehindTheirValues) {
     }
 }
 
-TEST_F(SensorObjects, ShowWhatTheRequestSays) {
-    auto request = CardSensor();
-    request.sensor.upperWarning = 90;
-    request.sensor.upperFatal = 110;
-    request.sensor.lowerCritical = 30;
-    Do(dbusDataInsert, request);
-    const auto object = Object(sensorsRoot, CardSensorPath());
-    using Properties = std::map<std::string, std::string>;
-    EXPECT_EQ((Properties{{"Value", "0"},
-                          {"MaxValue", "100"},
-                          {"MinValue", "-5"},
-                          {"Unit", "\"xyz.openbmc_project.Sensor.Value.Unit.DegreesC\""}}),
-              object.at("Value"));
-    EXPECT_EQ((Properties{{"WarningHigh", "90"},
-                          {"WarningLow", "nan"},
-                          {"WarningAlarmHigh", "false"},
-                          {"WarningAlarmLow", "false"}}),
-              object.at("Warning"));
-    EXPECT_EQ((Properties{{"CriticalHigh", "nan"},
-                          {"CriticalLow", "30"},
-                          {"CriticalAlarmHigh", "false"},
-                          {"CriticalAlarmLow", "true"}}),
-              object.at("Critical"));
-    EXPECT_EQ("false", object.at("Availability").at("Available"));
-    EXPECT_EQ("false", object.at("OperationalStatus").at("Functional"));
-    EXPECT_EQ("[(\"inventory\", \"ethernet_1\", \"" + request.inventoryPath + "\")]",
-              object.at("Definitions").at("Associations"));
-    const std::string type = "\"com.korv.bmc.Thermal.ThermalSensor.dev_types.NIC_ASIC\"";
-    EXPECT_EQ((Properties{{"SensorType", type},
-                          {"LocatorType", "6"},
-                          {"Location", "3"},
-                          {"LocationExt", "255"},
-                          {"DeviceType", "\"\""},
-                          {"Instance", "151"},
-                          {"TargetTemperature", "255"},
-                          {"FailedTimestamp", "0"},
-                          {"Presence", "false"}}),
-              object.at("ThermalSensor"));
-    EXPECT_EQ((Properties{{"Key", "\"NIC.Slot.3-1#sensorid_5\""},
-                          {"SubType", "5"},
-                          {"ProbeReading", "2147483647"},
-                          {"ProbeThresholds", "(110, 0, 90, 0, 30, 0)"},
-                          {"ProbeStatus", "0"},
-                          {"UnitModifier", "0"},
-                          {"ProbeCapabilities", "0"},
-                          {"ProbeLocation", "\"Temperature Sensor 5\""},
-                          {"ReAliasedName", "\"\""},
-                          {"TargetDevKey", "\"NIC.Slot.3-1\""},
-                          {"FriendlyLDID", "\"NIC in Slot 3 Port 1\""},
-                          {"SensorNumber", "5"},
-                          {"EntityID", "42"},
-                          {"Type1MinReadingRange", "0"},
-                          {"Type1MaxReadingRange", "0"},
-                          {"InitupdateInProgress", "0"},
-                          {"ObjectStatus", "6"}}),
-              object.at("ProbeObj"));
-}
-
 TEST_F(SensorObjects, StandForTheResolvedLdid) {
     auto request = CardSensor(SENSOR_KIND_THERMAL_PROBE);
     request.resolvedLdid = "NIC.Embedded.1";
@@ -203,20 +145,6 @@ TEST_F(SensorObjects, KeepTheirNumbersUntilTheReset) {
     publisher.ResetNumbering().LogFailure(LOG_LEVEL_ERROR);
     Sent();
     EXPECT_EQ(fresh, numbers(true));
-}
-
-TEST_F(SensorObjects, TellOneOfTwoUnitsOrTheDefault) {
-    for (const std::uint8_t kind : {SENSOR_KIND_THERMAL_PROBE, SENSOR_KIND_THERMAL}) {
-        for (const auto& [baseUnit, name] : std::map<std::uint8_t, std::string>{
-                 {BASE_UNIT_DEGREES_C, "DegreesC"}, {BASE_UNIT_WATTS, "Watts"}, {4, "Amperes"}}) {
-            auto request = CardSensor(kind);
-            request.sensor.baseUnit = baseUnit;
-            Do(dbusDataInsert, request);
-            const auto unit = Object(sensorsRoot, CardSensorPath()).at("Value").at("Unit");
-            EXPECT_TRUE(unit.ends_with("Value.Unit." + name + '"')) << unit;
-            objects.Clear({card, 0, CLEAR_SENSORS});
-        }
-    }
 }
 
 TEST_F(SensorObjects, AreMadeByALaterPostWhenTheFirstFailed) {
@@ -383,25 +311,6 @@ TEST_F(SensorObjects, KeepAnAlarmAboveANegativeThreshold) {
         const auto object = Object(sensorsRoot, CardSensorPath());
         EXPECT_EQ(alarm, object.at("Warning").at("WarningAlarmHigh")) << value;
         EXPECT_EQ(alarm, object.at("Critical").at("CriticalAlarmHigh")) << value;
-    }
-}
-
-TEST_F(SensorObjects, EndAnAlarmThatHasNoThreshold) {
-    Do(dbusDataInsert, CardSensor());
-    for (const std::string name : {"Warning", "Critical"}) {
-        const auto interface = "xyz.openbmc_project.Sensor.Threshold." + name;
-        for (const double threshold : {0.0, std::nan("")}) {
-            const auto set = [&](const std::string& property, auto value) {
-                client.SetProperty(service, CardSensorPath(), interface.c_str(),
-                                   (name + property).c_str(), value);
-            };
-            set("High", threshold);
-            set("AlarmHigh", true);
-            Do(dbusSetSensorValue, Reading(50));
-            EXPECT_EQ("false",
-                      Object(sensorsRoot, CardSensorPath()).at(name).at(name + "AlarmHigh"))
-                << threshold;
-        }
     }
 }
 

@@ -29,8 +29,6 @@ std::string Text(const SensorStoreValue& value) {
 
 } // namespace
 
-std::set<std::string> refusedProperties;
-
 std::vector<std::string> TakeStoreCalls() {
     return std::exchange(calls, {});
 }
@@ -64,19 +62,15 @@ int SensorStoreKeys::remove(const std::string& key) {
 }
 
 int sensorstore_probeobj_create(const std::string& path,
-                                const std::map<std::string, SensorStoreValue>& values) {
-    std::string call = "create " + path;
-    for (const auto& [name, value] : values) {
-        call += " " + name + "=" + vantric::test::Text(value);
-    }
-    calls.push_back(call);
+                                const std::map<std::string, SensorStoreValue>& /*values*/) {
+    calls.push_back("create " + path);
     return 0;
 }
 
 int sensorstore_probeobj_set_property(const std::string& path, const std::string& property,
-                                      const SensorStoreValue& value) {
-    calls.push_back("set " + path + " " + property + "=" + vantric::test::Text(value));
-    return vantric::test::refusedProperties.contains(property) ? 1 : 0;
+                                      const SensorStoreValue& /*value*/) {
+    calls.push_back("set " + path + " " + property);
+    return 0;
 }
 
 int sensorstore_probeobj_remove(const std::string& path) {
