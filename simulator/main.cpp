@@ -2,19 +2,46 @@
 
 #include "bus/platform_services.hpp"
 #include "scenario/scenario.hpp"
+#include "serial/front.hpp"
 #include "server/server.hpp"
 
 #include <cstdio>
 #include <exception>
 #include <optional>
+#include <span>
 #include <string_view>
-#include <vector>
 
 namespace {
 
-/** tracePath: where the trace goes; null for none. */
-int Play(const char* path, const char* tracePath) {
-    const auto scenario = simulator::ReadScenario(path);
+/** What the command line asks for. */
+struct Options {
+    const char* scenario = nullptr;
+    const char* trace = nullptr;  ///< file; null for none
+    const char* serial = nullptr; ///< folder; null for no lines
+};
+
+/** Returns what the words say; nothing where they say something else. */
+std::optional<Options> Parse(std::span<char* const> words) {
+    Options options;
+    for (; words.size() > 1; words = words.subspan(2)) {
+        const std::string_view word = words[0];
+        if (word == "--trace") {
+            options.trace = words[1];
+        } else if (word == "--serial") {
+            options.serial = words[1];
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (words.empty() || words[0][0] == '-') {
+        return std::nullopt;
+    }
+    options.scenario = words[0];
+    return options;
+}
+
+int Play(const Options& options) {
+    const auto scenario = simulator::ReadScenario(options.scenario);
     simulator::Machine machine(scenario);
     simulator::EventLoop loop;
     std::optional<simulator::PlatformServices> services;
@@ -25,8 +52,15 @@ int Play(const char* path, const char* tracePath) {
     simulator::Control control(machine, server, services ? &*services : nullptr);
     server.SetControl(control);
     std::optional<simulator::Trace> trace;
-    if (tracePath != nullptr) {
-        server.SetTrace(trace.emplace(tracePath));
+    if (options.trace != nullptr) {
+        server.SetTrace(trace.emplace(options.trace));
+    }
+    std::optional<simulator::SerialFront> lines;
+    if (options.serial != nullptr) {
+        lines.emplace(loop, machine, options.serial, [&server](auto& endPoint, auto request) {
+            return server.Ask(endPoint, request);
+        });
+        control.afterCommand = [&lines] { lines->Follow(); };
     }
     // Whoever started the simulator waits for this line.
     std::printf("simulator: %zu cards, listening at %s\n", machine.Cards().size(),
@@ -37,31 +71,33 @@ int Play(const char* path, const char* tracePath) {
 }
 
 constexpr const char* usage =
-    "usage: simulator [--trace FILE] SCENARIO.yaml\n"
+    "usage: simulator [--trace FILE] [--serial FOLDER] SCENARIO.yaml\n"
     "Plays the platform and the cards of the scenario until it is stopped.\n"
-    "  --trace FILE  writes each request and each response to FILE\n"
-    "  --version     prints the version\n"
+    "  --trace FILE     writes each request and each response to FILE\n"
+    "  --serial FOLDER  puts each endpoint on a serial line too: FOLDER/EID leads to it\n"
+    "  --version        prints the version\n"
     "SIMULATOR_SOCKET names the socket to listen at.\n";
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::vector<std::string_view> words(argv + 1, argv + argc);
-    const bool traced = words.size() == 3 && words[0] == "--trace";
-    if (words.size() == 1 && (words[0] == "--help" || words[0] == "-h")) {
+    const std::span<char* const> words(argv + 1, static_cast<std::size_t>(argc - 1));
+    const std::string_view only = words.size() == 1 ? words[0] : "";
+    if (only == "--help" || only == "-h") {
         std::fputs(usage, stdout);
         return 0;
     }
-    if (words.size() == 1 && words[0] == "--version") {
+    if (only == "--version") {
         std::puts("simulator " VANTRIC_VERSION);
         return 0;
     }
-    if (!traced && (words.size() != 1 || words[0].starts_with("-"))) {
+    const auto options = Parse(words);
+    if (!options) {
         std::fputs("simulator: give one scenario; simulator --help tells the options\n", stderr);
         return 2;
     }
     try {
-        return Play(argv[argc - 1], traced ? argv[2] : nullptr);
+        return Play(*options);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "simulator: %s\n", error.what());
         return 1;

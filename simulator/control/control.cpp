@@ -72,7 +72,11 @@ void Control::Run(const std::string& text, const ControlReply& reply) {
             throw CommandError("\"" + name + "\" is no command; \"help\" lists them");
         }
         usage = UsageOf(command->name, command->usage);
-        reply(true, command->run(*this, words));
+        const auto told = command->run(*this, words);
+        if (afterCommand) {
+            afterCommand();
+        }
+        reply(true, told);
     } catch (const std::system_error& error) {
         reply(false, error.what());
     } catch (const CommandError& error) {

@@ -31,6 +31,7 @@ public:
     Machine& machine;
     Audience& audience;
     PlatformServices* services;
+    std::function<void()> afterCommand; ///< where set, called when one was carried out
 
 private:
     struct Waiter {

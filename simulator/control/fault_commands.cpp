@@ -109,6 +109,20 @@ std::string ErrorType(Control& control, Words& words) {
            std::to_string(endPoint.faults.errorType);
 }
 
+std::string Shuffle(Control& control, Words& words) {
+    auto& endPoint = OnlyEndPoint(control, words);
+    endPoint.faults.shuffled = true;
+    return Eid(endPoint) + " answers in packets of the wrong order";
+}
+
+std::string Noise(Control& control, Words& words) {
+    auto& endPoint = TakeEndPoint(control, words);
+    endPoint.faults.noise = words.Integer<std::uint16_t>("a number of bytes");
+    words.Finish();
+    return std::to_string(endPoint.faults.noise) + " bytes of noise come before each answer of " +
+           Eid(endPoint);
+}
+
 std::string Recover(Control& control, Words& words) {
     auto& endPoint = OnlyEndPoint(control, words);
     endPoint.faults = {};
@@ -127,6 +141,8 @@ std::span<const ControlCommand> FaultCommands() {
         {"fail", "EID CODE [TYPE COMMAND]", Fail},
         {"malform", "EID MODE [N]", Malform},
         {"error-type", "EID N", ErrorType},
+        {"shuffle", "EID", Shuffle},
+        {"noise", "EID BYTES", Noise},
         {"recover", "EID", Recover},
     };
     return commands;

@@ -33,7 +33,9 @@ struct Faults {
     std::chrono::milliseconds delay{0}; /**< before each answer */
     std::optional<Failure> failure;
     std::optional<Malformation> malformation;
-    std::uint32_t errorType = 0; /**< transport error word of each answer */
+    std::uint32_t errorType = 0; /**< transport error word of each answer; not on serial lines */
+    bool shuffled = false;   /**< on serial lines: the first and the last packet change places */
+    std::uint16_t noise = 0; /**< on serial lines: so many bytes before each answer */
 };
 
 /** Applies what the faults say to the bytes of a response. request is a PLDM request. */

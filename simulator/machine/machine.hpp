@@ -5,6 +5,8 @@
 #include "pldm/terminus.hpp"
 #include "scenario/scenario.hpp"
 
+#include <functional>
+
 namespace simulator {
 
 /** An endpoint that is spoken to. */
@@ -22,6 +24,12 @@ struct LiveCard {
     Card description; /**< without its endpoints */
     std::vector<LiveEndPoint> endPoints;
     bool plugged = true;
+};
+
+/** A response that is to go out, and what is to be done then. */
+struct CountedAnswer {
+    Bytes bytes;
+    std::function<void()> sent;
 };
 
 /** All cards of a scenario, plugged or not. */

@@ -138,9 +138,8 @@ void Server::HandleRequest(const ClientPointer& client, const Frame& frame) {
         return;
     }
     client->Send(ReplyTo(frame, succeeded));
-    const auto request = reader.Rest();
-    const auto response = endPoint->Answer(request, Now());
-    if (!response) {
+    auto counted = Ask(*endPoint, reader.Rest());
+    if (!counted) {
         return;
     }
     const std::uint32_t status = 0;
@@ -150,25 +149,39 @@ void Server::HandleRequest(const ClientPointer& client, const Frame& frame) {
                      .Write(status)
                      .Write(flags)
                      .Write(endPoint->faults.errorType)
-                     .Write(std::span<const std::uint8_t>(*response))
+                     .Write(std::span<const std::uint8_t>(counted->bytes))
                      .Finish()};
-    const auto deliver = [this, endPoint, answer = std::move(answer),
-                          line = trace != nullptr ? Trace::Line(eid, request, *response) : "",
+    const auto deliver = [answer = std::move(answer), sent = std::move(counted->sent),
                           target = std::weak_ptr(client)] {
-        ++endPoint->answered;
-        if (trace != nullptr) {
-            trace->Write(line);
-        }
+        sent();
         if (const auto alive = target.lock()) {
             alive->Send(answer);
         }
-        control->RequestAnswered();
     };
     if (endPoint->faults.delay.count() == 0) {
         deliver();
     } else {
         loop.After(endPoint->faults.delay, deliver);
     }
+}
+
+std::optional<CountedAnswer> Server::Ask(LiveEndPoint& endPoint,
+                                         std::span<const std::uint8_t> request) {
+    auto response = endPoint.Answer(request, Now());
+    if (!response) {
+        return std::nullopt;
+    }
+    const auto eid = static_cast<std::uint8_t>(endPoint.description.eid);
+    return CountedAnswer{
+        .bytes = *response,
+        .sent = [this, &endPoint,
+                 line = trace != nullptr ? Trace::Line(eid, request, *response) : ""] {
+            ++endPoint.answered;
+            if (trace != nullptr) {
+                trace->Write(line);
+            }
+            control->RequestAnswered();
+        }};
 }
 
 void Server::HandleControl(const ClientPointer& client, const Frame& frame) {

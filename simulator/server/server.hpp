@@ -33,6 +33,9 @@ public:
     std::size_t AnnounceDiscovery() override;
     std::size_t Notify(const std::string& name, bool everybody) override;
 
+    /** The answer of an endpoint to a PLDM request; nothing if none comes. */
+    std::optional<CountedAnswer> Ask(LiveEndPoint& endPoint, std::span<const std::uint8_t> request);
+
     /** Who carries out simctl's commands; set before the loop runs. */
     void SetControl(Control& commands) { control = &commands; }
 
