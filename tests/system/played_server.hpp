@@ -56,8 +56,9 @@ public:
     void RestartSimulator(const std::string& scenario);
 
     /** How many requests with these bytes after the instance id, in lower case hexadecimal, an
-     *  endpoint has answered so far; all of them if there are none. */
-    int Answered(int eid, const std::string& bytes = "") const;
+     *  endpoint has answered so far; all of them if there are none, and of all endpoints if eid is
+     * 0. */
+    int Answered(int eid = 0, const std::string& bytes = "") const;
 
     /** Runs simctl with the words of a command and returns what it wrote. */
     std::string Simctl(const std::vector<std::string>& words) const;
@@ -89,6 +90,9 @@ private:
 
 /** How often a piece stands in a text. */
 int CountOf(const std::string& text, const std::string& piece);
+
+/** The folder of the simulator's own scenarios. */
+std::string ScenarioFolder();
 
 /** The text of one of the simulator's own scenarios, by its file's name. */
 std::string ReadScenario(const std::string& name);
