@@ -3,6 +3,8 @@
 
 #include "mctpd.hpp"
 
+#include <string_view>
+
 namespace mctplink {
 
 /** Whether an object is one of those on which the endpoints depend. */
