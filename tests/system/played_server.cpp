@@ -53,19 +53,14 @@ void PlayedServer::RestartSimulator(const std::string& scenario) {
     simulator->Start(scenario);
 }
 
-int PlayedServer::Answered(int eid, const std::string& bytes) const {
-    std::ifstream trace(simulator->Trace());
-    int count = 0;
-    std::string line;
-    while (std::getline(trace, line)) {
-        std::istringstream words(line);
-        std::string time;
-        std::string request;
-        int from = 0;
-        words >> time >> from >> request;
-        count += (eid == 0 || from == eid) && request.find(bytes, 2) == 2 ? 1 : 0;
+std::map<int, int> PlayedServer::Answered() const {
+    std::map<int, int> answered;
+    std::istringstream in(Simctl({"count"}));
+    std::string skipped;
+    for (int eid = 0; in >> skipped >> eid;) {
+        in >> skipped >> answered[eid];
     }
-    return count;
+    return answered;
 }
 
 void PlayedServer::RestartDaemon() {

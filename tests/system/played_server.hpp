@@ -55,10 +55,8 @@ public:
     /** Ends the simulator and starts another one in its place, with a scenario of its own. */
     void RestartSimulator(const std::string& scenario);
 
-    /** How many requests with these bytes after the instance id, in lower case hexadecimal, an
-     *  endpoint has answered so far; all of them if there are none, and of all endpoints if eid is
-     * 0. */
-    int Answered(int eid = 0, const std::string& bytes = "") const;
+    /** How many requests each endpoint has answered so far, by EID. */
+    std::map<int, int> Answered() const;
 
     /** Runs simctl with the words of a command and returns what it wrote. */
     std::string Simctl(const std::vector<std::string>& words) const;

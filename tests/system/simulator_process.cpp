@@ -22,7 +22,7 @@ SimulatorProcess::~SimulatorProcess() {
 void SimulatorProcess::Start(const std::string& scenario) {
     const auto file = folder.Write("scenario.yaml", scenario);
     const auto log = folder.Write("log", "");
-    process.emplace(std::vector<std::string>{SIMULATOR_PROGRAM, "--trace", Trace(), file},
+    process.emplace(std::vector<std::string>{SIMULATOR_PROGRAM, file},
                     std::map<std::string, std::string>{}, log);
     // It says one line when it listens.
     Eventually([this] { return !process->Log().empty() || !process->Runs(); });

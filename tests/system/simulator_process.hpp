@@ -30,9 +30,6 @@ public:
      *  failure of the test. */
     static std::string Control(const std::vector<std::string>& words);
 
-    /** The file with a line for each request that was answered. */
-    std::string Trace() const { return folder.path / "trace"; }
-
 private:
     TemporaryFolder folder;
     std::optional<Process> process;

@@ -272,20 +272,9 @@ private:
         return used;
     }
 
-    /** How many requests each endpoint has answered. */
-    std::map<int, std::ptrdiff_t> Counts() const {
-        std::map<int, std::ptrdiff_t> answered;
-        std::istringstream in(server.Simctl({"count"}));
-        std::string skipped;
-        for (int eid = 0; in >> skipped >> eid;) {
-            in >> skipped >> answered[eid];
-        }
-        return answered;
-    }
-
     /** Waits until each sensor was read often enough for its repository to be looked at. */
     void AwaitAnswers(bool tables) {
-        const auto before = Counts();
+        const auto before = server.Answered();
         std::string missing = "anything";
         for (int cycle = 0; !missing.empty() && cycle < patience; ++cycle) {
             // A device that still believes in an endpoint which has moved needs a later table.
@@ -294,7 +283,7 @@ private:
             }
             server.Do(oneCycle);
             missing.clear();
-            auto answered = Counts();
+            auto answered = server.Answered();
             for (const auto& [eid, used] : InUse()) {
                 const int reads = used.first->kind == "accelerator" ? 10 : 24;
                 if (answered[eid] - before.at(eid) < reads * std::ssize(used.second->sensors)) {
