@@ -1,4 +1,4 @@
-/** What sensors and devices are called: friendly LDIDs, probe keys and locations, state sensors. */
+/** What sensors and devices are called, as far as no card of a scenario shows it. */
 #include "dbus_handler/initial_properties.hpp"
 #include "vocabulary/ldid.hpp"
 
@@ -34,58 +34,7 @@ TEST(FriendlyLdid, IsATextForPeople) {
     }
 }
 
-struct Probe {
-    std::uint8_t kind, unit;
-    std::uint16_t id, instance, entityType;
-    const char* name;
-    const char* path;
-    const char* key;
-    const char* location;
-    const char* target;
-};
-
 constexpr auto nicPath = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_3_sensorid_5";
-constexpr auto ctrl1Path = "/xyz/openbmc_project/sensors/temperature/X_sensorid_ctrl1_5";
-constexpr auto ctrl2Path = "/xyz/openbmc_project/sensors/power/X_sensorid_ctrl2_5";
-constexpr auto gpuPath = "/xyz/openbmc_project/sensors/temperature/ProcAccelerator_Slot_5_x";
-constexpr auto gpuPowerPath = "/xyz/openbmc_project/sensors/power/ProcAccelerator_Slot_5_x";
-
-TEST(ProbeProperties, NameTheSensor) {
-    const Probe rows[] = {
-        {1, 2, 5, 1, 300, "", nicPath, "L-1#sensorid_5", "Temperature Sensor 5", "L-1"},
-        {3, 7, 5, 0, 300, "", nicPath, "L#sensorid_5", "Power Sensor 5", "L"},
-        {3, 9, 5, 2, 144, "", nicPath, "L#sensorid_5", "", "L"},
-        {3, 2, 5, 2, 145, "Chip", nicPath, "L-2#sensorid_5", "Chip", "L-2"},
-        {1, 2, 5, 0, 60, "", ctrl1Path, "L#sensorid_ctrl1_5", "Controller 1 Temperature Sensor 5",
-         "L"},
-        {3, 7, 5, 0, 60, "", ctrl2Path, "L#sensorid_ctrl2_5", "Controller 2 Power Sensor 5", "L"},
-        {3, 0, 5, 0, 60, "", ctrl2Path, "L#sensorid_ctrl2_5", "Controller 2 ", "L"},
-        {3, 7, 5, 3, 68, "Pwr", gpuPowerPath, "L#Pwr", "Pwr", "L"},
-        {1, 2, 5, 3, 68, "Core", gpuPath, "L#Core", "System Board Proc Accel1 Temp", "L"},
-    };
-    for (const auto& row : rows) {
-        __Sensor sensor;
-        sensor.sensorKind = row.kind;
-        sensor.baseUnit = row.unit;
-        sensor.sensorId = row.id;
-        sensor.entityInstance = row.instance;
-        sensor.entityType = row.entityType;
-        sensor.name = row.name;
-        ThermalTyping typing;
-        const auto bag = BuildProbeProperties(sensor, "L", row.path, typing);
-        EXPECT_EQ(row.key, Get<std::string>(bag, "Key"));
-        EXPECT_EQ(row.location, Get<std::string>(bag, "ProbeLocation")) << row.key;
-        EXPECT_EQ(row.target, Get<std::string>(bag, "TargetDevKey")) << row.key;
-        EXPECT_EQ(row.target, Get<std::string>(bag, "meta-NonCached")) << row.key;
-        const bool hasUnit = row.unit == 2 || row.unit == 7;
-        EXPECT_EQ(hasUnit, bag.contains("SubType")) << row.key;
-        if (hasUnit) {
-            EXPECT_EQ(row.unit == 2 ? 5U : 49U, Get<std::uint32_t>(bag, "SubType")) << row.key;
-        }
-        const bool accelerator = row.path == gpuPath || row.path == gpuPowerPath;
-        EXPECT_EQ(accelerator ? 11 : 42, Get<std::uint8_t>(bag, "EntityID")) << row.key;
-    }
-}
 
 TEST(ProbeProperties, NameNoPortOfAnEntityThatHasNone) {
     const std::map<std::uint16_t, const char*> rows{
@@ -115,42 +64,6 @@ TEST(ProbeProperties, CutThresholdsTo32Bits) {
               Get<ProbeThresholds>(bag, "ProbeThresholds"));
 }
 
-struct StateRow {
-    const char* secondLdid;
-    std::uint16_t instance;
-    const char* path;
-    const char* ldid;
-    const char* friendly;
-    const char* key;
-};
-
-TEST(StateSensorProperties, NameTheSensor) {
-    const StateRow rows[] = {
-        {"NIC.Slot.3", 0, "/i/sensor/state/sensorid_9", "NIC.Slot.3", "NIC in Slot 3",
-         "NIC.Slot.3#sensorid_9"},
-        {"NIC.Slot.3", 2, "/i/sensor/state/sensorid_9", "NIC.Slot.3-2", "NIC in Slot 3 Port 2",
-         "NIC.Slot.3-2#sensorid_9"},
-        {"NIC.Embedded.1", 2, "/i/sensor/state/sensorid_9", "NIC.Embedded.2-1",
-         "Embedded NIC 1 Port 2", "NIC.Embedded.1-2#sensorid_9"},
-        {"NIC.Embedded.1", 0, "/i/sensor/state/sensorid_ctrl1_9", "NIC.Embedded.1", "NIC in Slot 1",
-         "NIC.Embedded.1#sensorid_ctrl1_9"},
-        {"Embedded", 2, "/i/sensor/state/sensorid_ctrl2_9", "2-Embedded", "Embedded-2",
-         "Embedded-2#sensorid_ctrl2_9"},
-        {"", 0, "/i/sensor/state/sensorid_ctrl2_9", "", "", "#sensorid_ctrl2_9"},
-    };
-    for (const auto& row : rows) {
-        StateSensorRequest request;
-        request.secondLdid = row.secondLdid;
-        request.entityInstance = row.instance;
-        request.sensorId = 9;
-        const auto bag = BuildStateSensorProperties(request, row.path);
-        EXPECT_EQ(row.ldid, Get<std::string>(bag, "LDID"));
-        EXPECT_EQ(row.friendly, Get<std::string>(bag, "FriendlyLDID"));
-        EXPECT_EQ(row.key, Get<std::string>(bag, "Key"));
-        EXPECT_EQ(9U, Get<std::uint32_t>(bag, "SensorID"));
-    }
-}
-
 TEST(StateDetails, StandInForListsThatDontFit) {
     using Strings = std::vector<std::string>;
     const auto details = [](Strings names, Strings sets, Strings values, std::size_t count) {
@@ -171,13 +84,6 @@ TEST(StateDetails, StandInForListsThatDontFit) {
     EXPECT_EQ(StateSensorDetails{}, details({}, {}, {}, 0));
     EXPECT_EQ((StateSensorDetails{{"\xEF\xBF\xBD", {"s", "1"}}}),
               details({"\xFF"}, {"s"}, {std::string("1\0z", 3)}, 1));
-}
-
-TEST(AcceleratorAssociation, IsNamedByThePath) {
-    const std::string root = "/xyz/openbmc_project/inventory/system/accelerator/";
-    EXPECT_EQ("ProcAccelerator", AcceleratorAssociationName(root + "ProcAccelerator/Slot/5"));
-    EXPECT_EQ("ProcAccelerator", AcceleratorAssociationName(root + "ProcAccelerator"));
-    EXPECT_EQ("", AcceleratorAssociationName("/xyz/openbmc_project/inventory/system/board/x"));
 }
 
 } // namespace

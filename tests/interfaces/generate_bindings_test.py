@@ -2,7 +2,6 @@
 interfaces see."""
 
 import pathlib
-import subprocess
 import sys
 import tempfile
 import unittest
@@ -66,20 +65,6 @@ class Descriptions(unittest.TestCase):
             with self.subTest(bad), self.assertRaises(DescriptionError) as caught:
                 generate(bad)
             self.assertIn(complaint, str(caught.exception))
-
-    def test_command_names_the_file(self):
-        with tempfile.TemporaryDirectory() as folder:
-            path = pathlib.Path(folder, "One.interface.yaml")
-            path.write_text("description: 1\nmethods: []\n", encoding="utf-8")
-            result = subprocess.run(
-                [sys.executable, "-B", TOOLS / "generate_bindings.py", "--interface", "a.b.One",
-                 "--output", folder, path],
-                capture_output=True, text=True, check=False,
-            )
-            self.assertEqual(1, result.returncode)
-            self.assertIn("One.interface.yaml: a.b.One: missing [], unknown ['methods']",
-                          result.stderr)
-            self.assertEqual([path], list(pathlib.Path(folder).iterdir()))
 
 
 if __name__ == "__main__":
