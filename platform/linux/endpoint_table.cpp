@@ -52,15 +52,18 @@ MctpLinkEndPoint Entry(const Endpoint& endpoint, const board::PlacedEndpoint& pl
     return entry;
 }
 
-/** Adds an entry unless its EID is taken. */
-void Add(EndpointTable& table, const Endpoint& endpoint, const MctpLinkEndPoint& entry) {
-    const auto [taken, isNew] =
-        table.networks.emplace(endpoint.address.eid, endpoint.address.network);
+/** Adds an entry unless its EID is taken. remark tells of an endpoint what isn't told yet. */
+void Add(EndpointTable& table, const Endpoint& endpoint, const MctpLinkEndPoint& entry,
+         const std::string& remark) {
+    const auto& [network, eid] = endpoint.address;
+    const auto [taken, isNew] = table.networks.emplace(eid, network);
     if (isNew) {
         table.entries.push_back(entry);
-    } else if (taken->second != endpoint.address.network) {
-        table.remarks.push_back(Shown(endpoint) + ": network " + std::to_string(taken->second) +
-                                " has that EID, too; ignored");
+    }
+    const std::string text =
+        isNew ? remark : "network " + std::to_string(taken->second) + " has that EID, too; ignored";
+    if (!text.empty()) {
+        table.remarks.push_back(Shown(endpoint) + ": " + text);
     }
 }
 
@@ -72,13 +75,12 @@ EndpointTable MakeTable(const std::vector<Endpoint>& endpoints, const board::Boa
     for (const auto& place : board.endpoints) {
         for (const auto& endpoint : endpoints) {
             if (IsPlaced(endpoint, place) && std::erase(unplaced, endpoint) != 0) {
-                Add(table, endpoint, Entry(endpoint, place));
+                Add(table, endpoint, Entry(endpoint, place), "");
             }
         }
     }
     for (const auto& endpoint : unplaced) {
-        table.remarks.push_back(Shown(endpoint) + ": not in the board file");
-        Add(table, endpoint, Entry(endpoint));
+        Add(table, endpoint, Entry(endpoint), "not in the board file");
     }
     return table;
 }
