@@ -196,7 +196,7 @@ bool BusDump::HasProperty(const std::string& kind, const std::string& name) cons
 std::string BusDump::Expected(const std::string& name, const std::string& path,
                               const Object& object) const {
     if (name == "end") {
-        return path.substr(path.rfind("sensorid_"));
+        return path.substr(std::min(path.rfind("sensorid_"), path.size()));
     }
     if (name == "id") {
         return path.substr(path.find_last_not_of("0123456789") + 1);

@@ -1,6 +1,7 @@
 /** What cards change while they are monitored, from their answers to the bus: readings, states and
  *  records; the platform's table and firmware updates. How it looks at first is in the .bus files.
  */
+#include "support/eventually.hpp"
 #include "system/played_server.hpp"
 
 #include <gtest/gtest.h>
@@ -128,9 +129,13 @@ TEST(FirmwareUpdate, KeepsCommandsFromTheCardsThatItIsFor) {
         return std::vector{counts[21], counts[41], counts[42]};
     };
     server.See(memory + " Value=63").Do("fw-start");
-    server.Do("wait-requests 31 10").Do("set 21 1 80"); // cycles that had begun are over
-    const auto before = answered();
-    server.Do("wait-requests 31 20");
+    std::vector<int> before;
+    ASSERT_TRUE(Eventually([&] { // until the cycles that had begun are over
+        before = answered();
+        server.Do("wait-requests 31 5");
+        return answered() == before;
+    }));
+    server.Do("set 21 1 80").Do("wait-requests 31 20");
     EXPECT_EQ(answered(), before);
     server.See(memory + " Value=63").Do("fw-stop").See(memory + " Value=80");
 }

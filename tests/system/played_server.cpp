@@ -125,21 +125,6 @@ PublishedObjects PlayedServer::Objects() {
     return objects;
 }
 
-bool PlayedServer::WaitForObjects(const std::function<bool(const PublishedObjects&)>& done) {
-    PublishedObjects objects;
-    bool held = false;
-    Eventually([&] {
-        objects = Objects();
-        held = done(objects);
-        return held || !daemon->Runs();
-    });
-    if (!held) {
-        ADD_FAILURE() << "on the bus: " << testing::PrintToString(Paths(objects))
-                      << "\ndaemon: " << daemon->Log();
-    }
-    return held;
-}
-
 int CountOf(const std::string& text, const std::string& piece) {
     int count = 0;
     for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
@@ -158,14 +143,6 @@ std::string ReadScenario(const std::string& name) {
     text << file.rdbuf();
     EXPECT_FALSE(text.str().empty()) << name;
     return text.str();
-}
-
-std::vector<std::string> Paths(const PublishedObjects& objects) {
-    std::vector<std::string> paths;
-    for (const auto& [path, interfaces] : objects) {
-        paths.push_back(path);
-    }
-    return paths;
 }
 
 } // namespace vantric::test

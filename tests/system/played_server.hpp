@@ -44,11 +44,6 @@ public:
     /** Waits until the daemon has logged the text at least so many times. */
     PlayedServer& Read(const std::string& text, int times = 1);
 
-    bool WaitForLog(const std::string& text, int times = 1) {
-        Read(text, times);
-        return true;
-    }
-
     /** Ends the daemon and starts another one on the same bus and simulator. */
     void RestartDaemon();
 
@@ -63,10 +58,6 @@ public:
 
     /** What stands on the bus now; empty while the daemon has no name. */
     PublishedObjects Objects();
-
-    /** Waits until done() of the published objects holds. A failure of the test if it doesn't
-     * within 30 s. */
-    bool WaitForObjects(const std::function<bool(const PublishedObjects&)>& done);
 
     /** What the daemon has logged so far. */
     const std::string& Log() { return daemon->Log(); }
@@ -94,8 +85,5 @@ std::string ScenarioFolder();
 
 /** The text of one of the simulator's own scenarios, by its file's name. */
 std::string ReadScenario(const std::string& name);
-
-/** The paths of objects, sorted. */
-std::vector<std::string> Paths(const PublishedObjects& objects);
 
 } // namespace vantric::test
