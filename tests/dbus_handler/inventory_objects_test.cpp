@@ -108,51 +108,6 @@ TEST_F(InventoryObjects, ReadTheIanaAsANumber) {
     }
 }
 
-TEST_F(InventoryObjects, DoWithoutFru) {
-    auto request = Plain(card, cardPath, 3);
-    request.resolvedLdid = "NIC.Embedded.9"; // counts for accelerators only
-    EXPECT_EQ(0, Do(dbusInvDataInsert, request));
-    EXPECT_EQ(Texts{"Inventory"}, Told(Sent(), "InterfacesAdded", cardPath));
-    const auto inventory = Object(inventoryRoot, cardPath).at("Inventory");
-    EXPECT_EQ("\"NIC.Slot.3\"", inventory.at("LDID"));
-    EXPECT_EQ("\"1.0\"", inventory.at("FirmwareVersion"));
-    EXPECT_EQ("1", inventory.at("CPUAffinity"));
-    ExpectNothingNew(Plain(card, cardPath, 4));
-}
-
-TEST_F(InventoryObjects, TellWhatAnAcceleratorIs) {
-    EXPECT_EQ(0, Do(dbusInvDataInsert, Plain(accelerator, gpuPath, 0x105)));
-    EXPECT_EQ((Texts{"Accelerator", "Inventory", "Definitions"}),
-              Told(Sent(), "InterfacesAdded", gpuPath));
-    auto object = Object(inventoryRoot, gpuPath);
-    EXPECT_EQ("\"xyz.openbmc_project.Inventory.Item.Accelerator.AcceleratorType.GPU\"",
-              object.at("Accelerator").at("Type"));
-    EXPECT_EQ("[(\"inventory\", \"ProcAccelerator\", "
-              "\"/xyz/openbmc_project/inventory/system/board/pcieslots5\")]",
-              object.at("Definitions").at("Associations"));
-    EXPECT_EQ("2", object.at("Inventory").at("DeviceType"));
-    EXPECT_EQ("\"Proc Accelerator Controller in Slot 5 of Instance 1\"",
-              object.at("Inventory").at("FriendlyLDID"));
-    ExpectNothingNew(Plain(accelerator, gpuPath, 6));
-
-    objects.Clear({accelerator, 0, CLEAR_ALL});
-    auto fru = Fru();
-    fru.deviceLdid = accelerator;
-    fru.objectPath = gpuPath;
-    Do(dbusFruDataInsert, fru);
-    EXPECT_EQ((Texts{"FRU", "Inventory"}), Told(Sent(), "InterfacesAdded", gpuPath));
-    EXPECT_EQ("2", Object(inventoryRoot, gpuPath).at("Inventory").at("DeviceType"));
-
-    objects.Clear({accelerator, 0, CLEAR_ALL});
-    auto board = Plain(accelerator, std::string(inventoryRoot) + "/board/UBB/1-1", 5);
-    board.resolvedLdid = "UBB.Integrated.1-1";
-    Do(dbusInvDataInsert, board);
-    object = Object(inventoryRoot, std::string(inventoryRoot) + "/board/UBB/1_1");
-    EXPECT_EQ("\"UBB.Integrated.1-1\"", object.at("Inventory").at("LDID"));
-    EXPECT_EQ("9", object.at("Inventory").at("DeviceType"));
-    EXPECT_TRUE(object.at("Definitions").at("Associations").starts_with("[(\"inventory\", \"\","));
-}
-
 TEST_F(InventoryObjects, ShowControllersAtTheirUnchangedPath) {
     const std::string path = cardPath + "/networkcontroller_1";
     EXPECT_EQ(0, Do(dbusControllerData, ControllerRequest{path, card, 3, 200}));

@@ -119,43 +119,6 @@ TEST_F(Binding, RefusesWhatAClientCantWrite) {
     EXPECT_EQ(std::vector<Signal>{}, Sent());
 }
 
-/** A class that sees every write of a status, and doesn't like all of them. */
-class Guarded : public ProbeObj {
-public:
-    using ProbeObj::ProbeObj;
-    using ProbeObj::probeStatus;
-
-    std::uint8_t probeStatus(std::uint8_t newValue, bool skipSignal) override {
-        if (newValue > 9) {
-            throw std::runtime_error("too much");
-        }
-        seen.push_back(newValue);
-        return ProbeObj::probeStatus(newValue, skipSignal);
-    }
-
-    std::vector<int> seen;
-};
-
-TEST_F(Binding, GivesADerivedClassEveryWrite) {
-    Guarded probe(bus, path);
-    probe.probeStatus(1);
-    probe.setPropertyByName("ProbeStatus", std::uint8_t{2});
-    Write(ProbeObj::interface, "ProbeStatus", std::uint8_t{3});
-    EXPECT_EQ((std::vector{1, 2, 3}), probe.seen);
-}
-
-TEST_F(Binding, TurnsAnExceptionIntoAnErrorForTheClient) {
-    Guarded probe(bus, path);
-    const auto answer =
-        client.SetProperty(service, path, ProbeObj::interface, "ProbeStatus", std::uint8_t{10});
-    EXPECT_EQ("org.freedesktop.DBus.Error.Failed", answer.error);
-    EXPECT_EQ("too much", answer.text);
-    Value sensor(bus, path);
-    sensor.unit(static_cast<Value::Unit>(99), true);
-    EXPECT_THROW(client.GetProperty(service, path, Value::interface, "Unit"), std::runtime_error);
-    EXPECT_EQ("0", client.GetProperty(service, path, Value::interface, "Value"));
-}
-
 TEST_F(Binding, AnnouncesAndWithdrawsOnce) {
     const sdbusplus::server::manager_t manager(bus, "/sensors");
     const auto members = [this] {

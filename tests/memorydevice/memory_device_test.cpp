@@ -15,25 +15,6 @@ protected:
                           "CXLMemory.Slot.2") {}
 };
 
-TEST_F(MemoryDeviceTest, PostsThresholdsAndNothingOfTheCardsIdentity) {
-    card.Add({.id = 300, .entityType = 66, .baseUnit = 4});
-    Plug(1);
-    const auto posted = Inventory();
-    EXPECT_EQ(device->State(), DEVICE_MONITORING);
-    EXPECT_EQ(log.Count(4, "***************NUMERIC_SENSORS*******************\n"), 1);
-    ASSERT_EQ(posted.sensors.size(), 1U);
-    const auto& [sensor, path, ldid, inventory, entity, resolved, slot, identity, affinity] =
-        posted.sensors.front();
-    EXPECT_EQ((std::vector{sensor.upperFatal, sensor.upperCritical, sensor.upperWarning,
-                           sensor.lowerWarning, sensor.lowerCritical, sensor.lowerFatal}),
-              (std::vector<std::int64_t>{100, 90, 80, 10, 8, 6}));
-    EXPECT_EQ(sensor.temperature, 0) << "an object begins without a reading";
-    EXPECT_EQ(sensor.sensorKind, SENSOR_KIND_NONE);
-    EXPECT_EQ(path, "/xyz/openbmc_project/sensors/temperature/CXLMemory.Slot.2_sensorid_300");
-    EXPECT_EQ(inventory + ' ' + entity + resolved, base + "2 memory_module");
-    EXPECT_EQ(identity.vendorId + identity.deviceId + affinity, 0);
-}
-
 TEST_F(MemoryDeviceTest, AFailedInventoryChangesToI2cOrTriesTheNewEndpoints) {
     card.commandStatus[PLAYED_GET_TYPES] = 3;
     Plug(1);

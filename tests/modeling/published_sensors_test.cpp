@@ -275,51 +275,6 @@ TEST_F(PublishedSensorsTest, OfAnEntityWithoutAWordAreLeftOut) {
     EXPECT_EQ(log.Count(1, unsupported), 4);
 }
 
-TEST_F(PublishedSensorsTest, CarryWhatTheCardTellsOfThem) {
-    Begin({.vendorId = 1, .subVendorId = 2, .subDeviceId = 3, .deviceId = 4});
-    const auto card = NetworkCard().Numeric(5, {300, 1, 2}, 2, "Module").State(9, {300, 1, 2});
-    auto& told = *card.data->numericSensors[0];
-    told.sensorNeededFor = SENSOR_KIND_PROBE;
-    told.temperature = -4;
-    told.thresholdReadingError = 77;
-    told.upperThresholdFatal = 105;
-    told.upperThresholdCritical = 95;
-    told.upperThresholdWarning = 85;
-    told.normalMax = 70;
-    told.normalMin = -10;
-    told.lowerThresholdFatal = -25;
-    told.lowerThresholdCritical = -20;
-    told.lowerThresholdWarning = -15;
-    for (const auto& controller : {first, second}) {
-        const auto posted = Publish(card, controller);
-        const auto& [sensor, path, ldid, inventory, name, resolved, slot, identity, affinity] =
-            posted.sensors.at(0);
-        EXPECT_EQ(sensor.sensorKind, SENSOR_KIND_PROBE);
-        EXPECT_EQ(sensor.baseUnit, 2);
-        EXPECT_EQ(sensor.sensorId, 5);
-        EXPECT_EQ(sensor.entityType, 300);
-        EXPECT_EQ(sensor.temperature, -4);
-        EXPECT_EQ(sensor.thresholdReadError, 0);
-        EXPECT_EQ((std::vector{sensor.upperFatal, sensor.upperCritical, sensor.upperWarning,
-                               sensor.normalMax, sensor.normalMin, sensor.lowerWarning,
-                               sensor.lowerCritical, sensor.lowerFatal}),
-                  (std::vector<std::int64_t>{105, 95, 85, 70, -10, -15, -20, -25}));
-        EXPECT_EQ(sensor.name, "Module");
-        EXPECT_EQ((std::vector<int>{identity.vendorId, identity.subVendorId, identity.subDeviceId,
-                                    identity.deviceId, affinity}),
-                  (std::vector{1, 2, 3, 4, 1}));
-        const auto& request = posted.stateSensors.at(0);
-        EXPECT_EQ(request.slot, 3);
-        EXPECT_EQ(request.entityType, 300);
-        EXPECT_EQ(request.sensorId, 9);
-        EXPECT_EQ(request.memberCount, 2);
-        EXPECT_EQ(request.memberNames, (Texts{"Link", "Fault"}));
-        EXPECT_EQ(request.stateSetNames,
-                  !controller.IsSecond() ? Texts{} : (Texts{"Link State", ""}));
-        EXPECT_EQ(request.valueTexts, Texts{});
-    }
-}
-
 TEST_F(PublishedSensorsTest, AreRemovedBeforeATreeIsBuiltAnew) {
     const auto card = NetworkCard().Numeric(5, {300, 1, 2}).State(9, {300, 1, 2});
     for (const auto& controller : {first, third, first, onlyController}) {

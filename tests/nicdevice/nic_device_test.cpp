@@ -89,22 +89,6 @@ TEST_F(NicDeviceTest, EachEndpointsInventoryObjectTellsItsFruDataIfThereIs) {
     }
 }
 
-TEST_F(NicDeviceTest, TellsWhatTheChannelDoesntTake) {
-    const auto refused = [this] {
-        return log.Count(4, "OneWayChannel_Execute ERROR, execRet = -5\n");
-    };
-    card.Add({});
-    Plug(1);
-    SetPostResult(-5);
-    Inventory();
-    EXPECT_EQ(refused(), 3) << "device, sensor and controller";
-    card.fruTable = FruOf("X100");
-    Inventory();
-    EXPECT_EQ(refused(), 6);
-    Cycles(11);
-    EXPECT_EQ(refused(), 7) << "firmware";
-}
-
 TEST_F(NicDeviceTest, AnInventoryAsksInAFixedOrder) {
     const std::map<std::string, std::size_t> typeAt{{"0.3", 8}, {"0.5", 3}};
     Texts asked;
@@ -145,44 +129,6 @@ TEST_F(NicDeviceTest, AnInventoryEndsWithTheNeededStepThatFails) {
         cards[1].commandStatus = {{command, 3}};
         EXPECT_EQ(Inventory().controllers.size(), controllers);
         EXPECT_EQ(device->State(), DEVICE_MONITORING) << command;
-    }
-}
-
-TEST_F(NicDeviceTest, ModelsEachControllerWithItsTreeOrWithout) {
-    for (const std::uint8_t unit : {2, 3, 4, 7}) {
-        card.Add({.id = unit, .entityType = 144, .baseUnit = unit});
-    }
-    card.AddState(20, 144);
-    cards[1].AddEntities(68, {144});
-    cards[1].Add({.id = 9, .entityType = 144});
-    cards[2].AddEntities(204, {144}); // its type has no word
-    cards[2].Add({.id = 10, .entityType = 144});
-    Plug(controllers);
-    EXPECT_EQ(log.Count(4, "Constructed NicDevice at slot 3\n"), 1);
-    const auto posted = Inventory();
-    EXPECT_EQ(log.Count(4, "Inventory successful for slot 3\n"), 1);
-    EXPECT_EQ(log.Count(4, "***************NUMERIC_SENSORS*******************\n"), 3);
-    EXPECT_EQ(
-        posted.order,
-        (Texts{"Clear", "InsertPlainInventory", "InsertPlainInventory", "InsertPlainInventory",
-               "InsertSensor", "InsertSensor", "InsertSensor", "InsertSensor", "InsertStateSensor",
-               "UpdateControllerInventory", "InsertSensor", "UpdateControllerInventory", "Clear",
-               "UpdateControllerInventory"}))
-        << "the third controller's tree takes the sensors away";
-    EXPECT_EQ(posted.clears.at(0).mode, CLEAR_ALL);
-    EXPECT_EQ(posted.clears.at(1).mode, CLEAR_SENSORS);
-    std::string shown;
-    for (const auto& request : posted.sensors) {
-        shown += request.objectPath.substr(request.objectPath.rfind("ctrl")) + " of kind " +
-                 std::to_string(request.sensor.sensorKind) + ", ";
-    }
-    EXPECT_EQ(shown, "ctrl1_2 of kind 1, ctrl1_3 of kind 0, ctrl1_4 of kind 0, "
-                     "ctrl1_7 of kind 3, ctrl2_9 of kind 1, ");
-    for (std::size_t i = 0; i < controllers; ++i) {
-        const auto& request = posted.controllers.at(i);
-        EXPECT_EQ(request.objectPath, base + "3/networkcontroller_" + std::to_string(i + 1));
-        EXPECT_EQ(request.deviceLdid, "NIC.Slot.3");
-        EXPECT_EQ((Ids{request.slot, request.cpuAffinity}), (Ids{3, 7}));
     }
 }
 

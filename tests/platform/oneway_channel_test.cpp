@@ -72,29 +72,6 @@ void OnALoop(const std::function<void(Loop&)>& body) {
     });
 }
 
-TEST(OneWayChannel, HandsContextDataAndSizeToTheHandlerOnTheLoopsThread) {
-    OnALoop([](Loop& loop) {
-        std::string record = "record";
-        std::thread::id handlerThread;
-        void* context = nullptr;
-        std::thread poster([&] {
-            const auto handler = [&](void* given, void* data, unsigned long size) {
-                handlerThread = std::this_thread::get_id();
-                context = given;
-                EXPECT_EQ(data, &record);
-                EXPECT_EQ(size, sizeof(record));
-                return -1;
-            };
-            EXPECT_EQ(
-                0, OneWayChannel::GetInstance().Execute(handler, &record, sizeof(record), false));
-        });
-        poster.join();
-        loop.RunUntil([&] { return context != nullptr; });
-        EXPECT_EQ(context, &loop);
-        EXPECT_EQ(handlerThread, std::this_thread::get_id());
-    });
-}
-
 TEST(OneWayChannel, IsOneForAllThreadsKeepsTheOrderOfEachAndLosesNothing) {
     InAChild([] {
         constexpr int threadCount = 4;

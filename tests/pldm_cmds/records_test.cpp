@@ -191,26 +191,6 @@ TEST(Lists, TakeWholeRecordsUntilTheyAreFull) {
     }
 }
 
-TEST(EffectorPdr, WidthAndSignFollowTheDataSize) {
-    for (const auto& [size, maxSettable, ratedMin] : {std::tuple{0, 0xF0L, 0xF8L},
-                                                      {1, -16L, -8L},
-                                                      {2, 0xF1F0L, 0xFFFEL},
-                                                      {3, -3600L, -2L},
-                                                      {4, 0xF3F2F1F0L, 0L},
-                                                      {5, -202182160L, 0L},
-                                                      {6, 0L, 0L}}) {
-        Bytes body(44, 0);
-        body[23] = static_cast<std::uint8_t>(size);
-        for (int i = 0xF0; i <= 0xFF; ++i) {
-            body.push_back(static_cast<std::uint8_t>(i));
-        }
-        ScriptedEndpoint endpoint;
-        endpoint.HandlePDR(Pdr(9, body));
-        EXPECT_EQ(endpoint.Data().effectors[0]->maxSettable, maxSettable) << size;
-        EXPECT_EQ(endpoint.Data().effectors[0]->ratedMin, ratedMin) << size;
-    }
-}
-
 TEST(GetExtractedData, BeginsWithTypesAndTheRepository) {
     ScriptedEndpoint endpoint;
     endpoint.Supports(2, {0xF1F2F000});
