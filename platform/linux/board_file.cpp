@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <regex>
 #include <sstream>
 
@@ -288,9 +289,8 @@ BoardFile ReadBoardFile(const std::string& path) {
     try {
         Mistakes mistakes;
         file.board = ReadBoard(json::parse(text.str()), mistakes);
-        for (const auto& mistake : mistakes) {
-            file.mistakes.push_back(path + ": " + mistake);
-        }
+        std::ranges::transform(mistakes, std::back_inserter(file.mistakes),
+                               [&](const std::string& mistake) { return path + ": " + mistake; });
     } catch (const json::exception& error) {
         file.mistakes.push_back(path + ": expected JSON: " + Reason(error));
     }

@@ -1,8 +1,9 @@
-/** The board file, and the PCIe table that comes from it. */
+/** The board file, and the libraries that ask nobody else. */
 #include "board_file.hpp"
 #include "pldm_cmds/bytes.hpp"
 #include "support/temporary_folder.hpp"
 
+#include <hubcast.h>
 #include <slotcatalog.h>
 
 #include <gmock/gmock.h>
@@ -123,6 +124,13 @@ TEST(SlotCatalog, AnswersFromTheExample) {
     EXPECT_EQ("16 00 00 00", HexText({bytes, 4}));
     EXPECT_EQ("de 10 30 23 de 10 c1 16", HexText({bytes + 60, 8}));
     EXPECT_EQ("01 00 1e 00 95 01 95 01", HexText({bytes + 114, 8})) << "the last one fills up";
+}
+
+TEST(Hubcast, TakesASubscription) {
+    void* context = nullptr;
+    const auto never = [](void*, const char*, std::uintptr_t) { FAIL(); };
+    EXPECT_EQ(0, hubcast_subscriber_usrctx_init(&context, "vantric", never, nullptr));
+    EXPECT_EQ(0, hubcast_subscribe_notification(context, "PLDMFWUpdateStart$1$FWUpdateStart$"));
 }
 
 } // namespace
