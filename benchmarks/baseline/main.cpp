@@ -1,6 +1,6 @@
 /** The least that it takes to do what the daemon does: the same exchanges with the same endpoints
- *  through the same library, the same objects, the same PropertiesChanged signals, with sd-bus
- * alone and none of the daemon's code.
+ *  through the same library or kernel, the same objects, the same PropertiesChanged signals, with
+ * sd-bus alone and none of the daemon's code.
  *
  *      baseline LIST
  *
@@ -16,15 +16,17 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <stdexcept>
+#include <deque>
+#include <exception>
+#include <map>
+#include <mutex>
+#include <vector>
 
 namespace {
 
 using namespace measured_baseline;
 
 constexpr auto serviceName = "com.korv.zenth.vantricd";
-constexpr std::uint32_t linkType = 3;
-constexpr std::uint32_t allEvents = 0xFFFFFFFF;
 
 /** What the pollers hand to the main thread: the connection to the bus is that thread's own. */
 class Handover {
@@ -70,13 +72,6 @@ private:
     std::vector<Change> pending; ///< under the mutex
 };
 
-/** The endpoint table tells the baseline nothing that its list doesn't. */
-void OnTable(MctpLinkCallbackInfo* info) {
-    if (info->callbackType == MCTPLINK_TABLE_DELIVERED) {
-        std::free(info);
-    }
-}
-
 [[noreturn]] void Run(const char* listPath) {
     sd_event* event = nullptr;
     sd_bus* bus = nullptr;
@@ -98,9 +93,7 @@ void OnTable(MctpLinkCallbackInfo* info) {
             ofEndPoint[object.eid].push_back(&object);
         }
     }
-    if (MctpLinkAttach(linkType, allEvents, OnTable, 0) != 0) {
-        throw std::runtime_error("there is no simulator to attach to");
-    }
+    Exchange::Begin();
     std::deque<Poller> pollers;
     for (const auto& [eid, polled] : ofEndPoint) {
         pollers

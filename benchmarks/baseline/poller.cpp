@@ -10,7 +10,6 @@ namespace measured_baseline {
 
 namespace {
 
-constexpr std::uint8_t pldmMessage = 1;
 constexpr std::uint8_t requestBit = 0x80;
 constexpr std::uint8_t instanceIdCount = 32;
 constexpr std::uint8_t platformType = 2;
@@ -20,8 +19,7 @@ constexpr std::size_t capacity = 23;
 constexpr std::size_t codeAt = 3;
 constexpr std::size_t readingAt = 10;
 constexpr std::size_t responseLength = 12; // with a reading of 16 bits
-constexpr std::chrono::seconds timeout{5};
-constexpr std::time_t rest = 5; // seconds
+constexpr std::time_t rest = 5;            // seconds
 
 /** A baseline that loses an answer has measured nothing. */
 [[noreturn]] void Fail(const char* what, unsigned eid, unsigned sensor) {
@@ -32,7 +30,7 @@ constexpr std::time_t rest = 5; // seconds
 } // namespace
 
 Poller::Poller(std::uint8_t eid, const std::vector<Object*>& objects, Taker taker)
-    : eid(eid), taker(std::move(taker)) {
+    : eid(eid), taker(std::move(taker)), exchange(eid) {
     for (auto* const object : objects) {
         sensors.push_back({object, std::numeric_limits<std::int32_t>::max()});
     }
@@ -67,38 +65,14 @@ std::int32_t Poller::Read(std::uint16_t sensor) {
                                               static_cast<std::uint8_t>(sensor >> 8),
                                               noRearm};
     std::array<std::uint8_t, capacity> response{};
-    MctpLinkRequest record{};
-    record.command = getSensorReading;
-    record.eid = eid;
-    record.messageType = pldmMessage;
-    record.requestBytes = request.data();
-    record.requestLength = request.size();
-    record.responseBytes = response.data();
-    record.responseLength = response.size();
-    record.completion = OnCompletion;
-    record.context = this;
-    done = false; // no other thread has the record yet
-    if (MctpLinkSendRequest(&record, 0) != 0) {
-        Fail("a request was not taken", eid, sensor);
-    }
-    std::unique_lock lock(mutex);
-    if (!answered.wait_for(lock, timeout, [this] { return done; })) {
+    const std::size_t length = exchange.Ask(request, response);
+    if (length == 0) {
         Fail("no answer", eid, sensor);
     }
-    if (record.responseErrorType != 0 || record.responseLength != responseLength ||
-        response[codeAt] != 0) {
+    if (length != responseLength || response[codeAt] != 0) {
         Fail("an answer that is no reading of 16 bits", eid, sensor);
     }
     return static_cast<std::int16_t>(response[readingAt] | response[readingAt + 1] << 8);
-}
-
-void Poller::OnCompletion(MctpLinkRequest* request) {
-    auto& poller = *static_cast<Poller*>(request->context);
-    {
-        const std::lock_guard lock(poller.mutex);
-        poller.done = true;
-    }
-    poller.answered.notify_one();
 }
 
 } // namespace measured_baseline

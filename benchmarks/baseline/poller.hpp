@@ -1,14 +1,12 @@
 /** Reads the sensors of one endpoint, as the daemon does. */
 #pragma once
 
+#include "baseline/exchange.hpp"
 #include "baseline/objects.hpp"
 
-#include <mctplink.h>
-
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <thread>
+#include <vector>
 
 namespace measured_baseline {
 
@@ -32,8 +30,6 @@ public:
     void Start();
 
 private:
-    static void OnCompletion(MctpLinkRequest* request);
-
     void Run();
     std::int32_t Read(std::uint16_t sensor);
 
@@ -46,9 +42,7 @@ private:
     std::uint8_t instanceId = 0;
     std::vector<Sensor> sensors;
     Taker taker;
-    std::mutex mutex;
-    std::condition_variable answered;
-    bool done = false; ///< the request is answered; under the mutex
+    Exchange exchange;
 };
 
 } // namespace measured_baseline

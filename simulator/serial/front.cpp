@@ -6,24 +6,12 @@ namespace simulator {
 
 namespace {
 
-/** One for each endpoint, the same in each run: version 4 in form, counted in content. */
-std::array<std::uint8_t, 16> UuidOf(std::size_t number) {
-    return {0x5F,
-            0x2C,
-            0x1A,
-            0x0E,
-            0x93,
-            0xD4,
-            0x4B,
-            0x61,
-            0x8A,
-            0x7E,
-            0,
-            0,
-            0,
-            0,
-            static_cast<std::uint8_t>(number >> 8),
-            static_cast<std::uint8_t>(number)};
+/** One for each endpoint, the same in each run; its end is the EID of the scenario. */
+std::array<std::uint8_t, 16> UuidOf(std::uint16_t eid) {
+    std::array<std::uint8_t, 16> uuid{0x5F, 0x2C, 0x1A, 0x0E, 0x93, 0xD4, 0x4B, 0x61, 0x8A, 0x7E};
+    uuid[14] = static_cast<std::uint8_t>(eid >> 8);
+    uuid[15] = static_cast<std::uint8_t>(eid);
+    return uuid;
 }
 
 } // namespace
@@ -34,7 +22,7 @@ SerialFront::SerialFront(EventLoop& loop, Machine& machine, std::filesystem::pat
     for (auto& card : machine.Cards()) {
         for (auto& endPoint : card.endPoints) {
             places.emplace(&endPoint, Place{std::to_string(endPoint.description.eid),
-                                            UuidOf(places.size() + 1)});
+                                            UuidOf(endPoint.description.eid)});
         }
     }
     Follow();

@@ -1,7 +1,9 @@
 #!/usr/bin/python3
 """Writes the board file of a scenario: where its cards stand, as a board would tell it.
 
-    board_file.py SCENARIO.yaml > board.json
+    board_file.py SCENARIO.yaml [--uuids] > board.json
+
+With --uuids the endpoints are told by UUID, and may change their EIDs.
 """
 
 import json
@@ -19,8 +21,9 @@ def slot_of(card):
 
 
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) not in (2, 3):
         sys.exit(__doc__)
+    by_uuid = sys.argv[2:] == ["--uuids"]
     with open(sys.argv[1], encoding="utf-8") as file:
         scenario = yaml.safe_load(file)
     slots, endpoints = [], []
@@ -30,7 +33,9 @@ def main():
             slots.append(place | {"class": card["kind"]} | ids(card.get("pci", {}))
                          | {"cpu-affinity": card.get("cpu-affinity", 0)})
         for endpoint in card["endpoints"]:
-            endpoints.append(place | {"eid": endpoint["eid"], "medium": endpoint.get("medium", "vdm")}
+            eid = endpoint["eid"]
+            name = {"uuid": f"5f2c1a0e-93d4-4b61-8a7e-00000000{eid:04x}"} if by_uuid else {"eid": eid}
+            endpoints.append(place | name | {"medium": endpoint.get("medium", "vdm")}
                              | {key: endpoint[key] for key in ("bdf", "bus-address", "instance")
                                 if key in endpoint})
     accelerators = [ids(entry["pci"]) | {"sensors": entry["sensors"]}

@@ -5,7 +5,7 @@ shows the endpoints on the system bus as mctpd does. It asks the cards nothing.
     bus_owner.py FOLDER
 
 FOLDER is the simulator's; a line that comes or goes there comes or goes here. A file FOLDER/EID.eid
-holds another EID that the endpoint of the line FOLDER/EID has.
+holds another EID that the endpoint of the line FOLDER/EID has, or 0 while it has none.
 """
 
 import fcntl
@@ -93,14 +93,16 @@ class Owner(dbus.service.Object):
         self.lines = {}
         local = dbus.Array([dbus.Byte(LOCAL_EID)], signature="y")
         self.objects = {NETWORK: {"au.com.codeconstruct.MCTP.Network1": {"LocalEIDs": local}}}
-        self.objects |= self.endpoint(LOCAL_EID, [0])
+        self.objects |= self.endpoint(LOCAL_EID, [0], LOCAL_EID)
 
     @staticmethod
-    def endpoint(eid, types):
+    def endpoint(eid, types, line):
+        kinds = dbus.Array([dbus.Byte(kind) for kind in types], signature="y")
+        uuid = f"5f2c1a0e-93d4-4b61-8a7e-00000000{line:04x}"  # the simulator's for this line
         return {f"{NETWORK}/endpoints/{eid}": {
             "xyz.openbmc_project.MCTP.Endpoint": {
-                "EID": dbus.Byte(eid), "NetworkId": dbus.UInt32(1),
-                "SupportedMessageTypes": dbus.Array([dbus.Byte(kind) for kind in types], signature="y")},
+                "EID": dbus.Byte(eid), "NetworkId": dbus.UInt32(1), "SupportedMessageTypes": kinds},
+            "xyz.openbmc_project.Common.UUID": {"UUID": uuid},
             "au.com.codeconstruct.MCTP.Endpoint1": {"Connectivity": "Available"}}}
 
     @dbus.service.method("org.freedesktop.DBus.ObjectManager", out_signature="a{oa{sa{sv}}}")
@@ -115,8 +117,8 @@ class Owner(dbus.service.Object):
     def InterfacesRemoved(self, path, interfaces):
         pass
 
-    def show(self, eid):
-        ((path, interfaces),) = self.endpoint(eid, [0, 1]).items()
+    def show(self, eid, line):
+        ((path, interfaces),) = self.endpoint(eid, [0, 1], line).items()
         self.objects[path] = interfaces
         self.InterfacesAdded(path, interfaces)
 
@@ -130,7 +132,8 @@ class Owner(dbus.service.Object):
         for name in list(self.lines):
             if name not in there:
                 line = self.lines.pop(name)
-                self.withdraw(line.eid)
+                if line.eid:
+                    self.withdraw(line.eid)
                 line.close()
         for name, path in there.items():
             if name not in self.lines:
@@ -139,11 +142,12 @@ class Owner(dbus.service.Object):
             moved = self.folder / f"{name}.eid"
             eid = int(moved.read_text()) if moved.exists() else int(name)
             if eid != line.eid:
-                if line.eid is not None:
+                if line.eid:
                     self.withdraw(line.eid)
                 line.eid = eid
-                self.netlink.add_route(line.index, eid)
-                self.show(eid)
+                if eid:
+                    self.netlink.add_route(line.index, eid)
+                    self.show(eid, int(name))
         return True
 
 
