@@ -35,12 +35,12 @@ class OpenBMCInterfaces : public bindings::Value,
                           public bindings::Definitions {
 public:
     OpenBMCInterfaces(sdbusplus::bus_t& bus, const std::string& path, const PropertyBags& bags)
-        : Value(bus, path.c_str(), Bag<BAG_VALUE>(bags)),
-          Warning(bus, path.c_str(), Bag<BAG_WARNING>(bags)),
-          Critical(bus, path.c_str(), Bag<BAG_CRITICAL>(bags)),
-          Availability(bus, path.c_str(), Bag<BAG_AVAILABILITY>(bags)),
-          OperationalStatus(bus, path.c_str(), Bag<BAG_OPERATIONAL_STATUS>(bags)),
-          Definitions(bus, path.c_str(), Bag<BAG_DEFINITIONS>(bags)) {}
+        : Value(bus, path.c_str(), Bag<bindings::Value>(bags)),
+          Warning(bus, path.c_str(), Bag<bindings::Warning>(bags)),
+          Critical(bus, path.c_str(), Bag<bindings::Critical>(bags)),
+          Availability(bus, path.c_str(), Bag<bindings::Availability>(bags)),
+          OperationalStatus(bus, path.c_str(), Bag<bindings::OperationalStatus>(bags)),
+          Definitions(bus, path.c_str(), Bag<bindings::Definitions>(bags)) {}
 };
 
 /** A numeric sensor for the thermal subsystem. */
@@ -48,7 +48,7 @@ class ThermalInterface : public OpenBMCInterfaces, public bindings::ThermalSenso
 public:
     ThermalInterface(sdbusplus::bus_t& bus, const std::string& path, const PropertyBags& bags)
         : OpenBMCInterfaces(bus, path, bags),
-          ThermalSensor(bus, path.c_str(), Bag<BAG_THERMAL_SENSOR>(bags)) {}
+          ThermalSensor(bus, path.c_str(), Bag<bindings::ThermalSensor>(bags)) {}
 
     using Announced = InterfaceList<bindings::Value, bindings::Warning, bindings::Critical,
                                     bindings::Availability, bindings::OperationalStatus,
@@ -60,8 +60,8 @@ public:
 class ProbeObjInterface : public bindings::Definitions, public ProbeObject {
 public:
     ProbeObjInterface(sdbusplus::bus_t& bus, const std::string& path, const PropertyBags& bags)
-        : Definitions(bus, path.c_str(), Bag<BAG_DEFINITIONS>(bags)),
-          ProbeObject(bus, path, Bag<BAG_PROBE>(bags)) {}
+        : Definitions(bus, path.c_str(), Bag<bindings::Definitions>(bags)),
+          ProbeObject(bus, path, Bag<bindings::ProbeObj>(bags)) {}
 
     using Announced = InterfaceList<bindings::Definitions, bindings::ProbeObj>;
     using Withdrawn = Announced;
@@ -75,8 +75,8 @@ public:
     Thermal_Probe_Interfaces(sdbusplus::bus_t& bus, const std::string& path,
                              const PropertyBags& bags)
         : OpenBMCInterfaces(bus, path, bags),
-          ThermalSensor(bus, path.c_str(), Bag<BAG_THERMAL_SENSOR>(bags)),
-          ProbeObject(bus, path, Bag<BAG_PROBE>(bags)) {}
+          ThermalSensor(bus, path.c_str(), Bag<bindings::ThermalSensor>(bags)),
+          ProbeObject(bus, path, Bag<bindings::ProbeObj>(bags)) {}
 
     using Announced =
         InterfaceList<bindings::Value, bindings::Warning, bindings::Critical,
@@ -89,7 +89,7 @@ public:
 class InventoryDbusInterface : public bindings::Inventory {
 public:
     InventoryDbusInterface(sdbusplus::bus_t& bus, const std::string& path, const PropertyBags& bags)
-        : Inventory(bus, path.c_str(), Bag<BAG_INVENTORY>(bags)) {}
+        : Inventory(bus, path.c_str(), Bag<bindings::Inventory>(bags)) {}
 
     using Announced = InterfaceList<bindings::Inventory>;
     using Withdrawn = Announced;
@@ -100,8 +100,8 @@ class InventoryWithFRUDbusInterface : public bindings::FRU, public bindings::Inv
 public:
     InventoryWithFRUDbusInterface(sdbusplus::bus_t& bus, const std::string& path,
                                   const PropertyBags& bags)
-        : FRU(bus, path.c_str(), Bag<BAG_FRU>(bags)),
-          Inventory(bus, path.c_str(), Bag<BAG_INVENTORY>(bags)) {}
+        : FRU(bus, path.c_str(), Bag<bindings::FRU>(bags)),
+          Inventory(bus, path.c_str(), Bag<bindings::Inventory>(bags)) {}
 
     using Announced = InterfaceList<bindings::FRU, bindings::Inventory>;
     using Withdrawn = InterfaceList<bindings::Inventory, bindings::FRU>;
@@ -112,12 +112,10 @@ class AccInvDbusInterface : public bindings::Inventory,
                             public bindings::Accelerator,
                             public bindings::Definitions {
 public:
-    /** accelerator is a bag of its own: no other object has the interface. */
-    AccInvDbusInterface(sdbusplus::bus_t& bus, const std::string& path, const PropertyBags& bags,
-                        const PropertyBag<bindings::Accelerator>& accelerator)
-        : Inventory(bus, path.c_str(), Bag<BAG_INVENTORY>(bags)),
-          Accelerator(bus, path.c_str(), accelerator),
-          Definitions(bus, path.c_str(), Bag<BAG_DEFINITIONS>(bags)) {}
+    AccInvDbusInterface(sdbusplus::bus_t& bus, const std::string& path, const PropertyBags& bags)
+        : Inventory(bus, path.c_str(), Bag<bindings::Inventory>(bags)),
+          Accelerator(bus, path.c_str(), Bag<bindings::Accelerator>(bags)),
+          Definitions(bus, path.c_str(), Bag<bindings::Definitions>(bags)) {}
 
     using Announced =
         InterfaceList<bindings::Accelerator, bindings::Inventory, bindings::Definitions>;
@@ -129,7 +127,7 @@ class StateSensorDbusInterface : public bindings::StateSensor {
 public:
     StateSensorDbusInterface(sdbusplus::bus_t& bus, const std::string& path,
                              const PropertyBags& bags)
-        : StateSensor(bus, path.c_str(), Bag<BAG_STATE_SENSOR>(bags)) {}
+        : StateSensor(bus, path.c_str(), Bag<bindings::StateSensor>(bags)) {}
 
     using Announced = InterfaceList<bindings::StateSensor>;
     using Withdrawn = Announced;
@@ -139,8 +137,8 @@ public:
 class ControllerDbusInterface : public bindings::ControllerInventory {
 public:
     ControllerDbusInterface(sdbusplus::bus_t& bus, const std::string& path,
-                            const PropertyBag<bindings::ControllerInventory>& bag)
-        : ControllerInventory(bus, path.c_str(), bag) {}
+                            const PropertyBags& bags)
+        : ControllerInventory(bus, path.c_str(), Bag<bindings::ControllerInventory>(bags)) {}
 
     using Announced = InterfaceList<bindings::ControllerInventory>;
     using Withdrawn = Announced;

@@ -19,18 +19,18 @@ inline void NormalisePath(std::string& path) {
     std::ranges::replace(path, '-', '_');
 }
 
-/** Publishes what construct makes for the path in its final form. An object that exists stays
- *  untouched. A failure is logged and leaves no object.
- *  @param construct  takes the path and returns a shared pointer to the object */
-template <typename Composition, typename Construct>
+/** Publishes an object at the path in its final form. One that exists stays untouched. A failure is
+ *  logged and leaves no object.
+ *  @param build  takes the path and returns the PropertyBags that the object starts with */
+template <typename Composition, typename Build>
 void PublishedObjects::createDbusObj(ObjectStore<Composition>& store, const std::string& ldid,
-                                     std::string path, Construct construct) {
+                                     std::string path, Build build) {
     NormalisePath(path);
     if (FindObject(store, ldid, path)) {
         return;
     }
     try {
-        std::shared_ptr<Composition> object = construct(std::as_const(path));
+        auto object = std::make_shared<Composition>(*bus, path, build(std::as_const(path)));
         Composition::Announced::EmitAdded(*object);
         const std::lock_guard lock(objectsMutex);
         store[ldid].try_emplace(std::move(path), std::move(object));

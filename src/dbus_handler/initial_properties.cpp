@@ -1,6 +1,7 @@
 #include "dbus_handler/initial_properties.hpp"
 
 #include "common/utf8.hpp"
+#include "dbus_handler/probe_object.hpp"
 #include "vocabulary/device_classes.hpp"
 #include "vocabulary/entity_types.hpp"
 #include "vocabulary/ldid.hpp"
@@ -42,12 +43,38 @@ void FillThresholdBag(Bag& bag, const ThresholdNames& names, std::int64_t upper,
     }
 }
 
+/** Puts the association of an object with what it belongs to into its bag. */
+void PutInventoryAssociation(PropertyBags& bags, std::string name, std::string path) {
+    using Associations = std::vector<std::tuple<std::string, std::string, std::string>>;
+    Put(Bag<bindings::Definitions>(bags), "Associations",
+        Associations{{"inventory", ValidUtf8(std::move(name)), ValidUtf8(std::move(path))}});
+}
+
+/** Fills the bags that all numeric sensors share. An alarm is set where the reading at creation is
+ *  at or beyond its threshold. */
+void FillOpenBmcBags(PropertyBags& bags, const SensorInsertRequest& request) {
+    const __Sensor& sensor = request.sensor;
+    auto& value = Bag<bindings::Value>(bags);
+    Put(value, "MaxValue", static_cast<double>(sensor.normalMax));
+    Put(value, "MinValue", static_cast<double>(sensor.normalMin));
+    if (sensor.baseUnit == BASE_UNIT_DEGREES_C) {
+        Put(value, "Unit", bindings::Value::Unit::DegreesC);
+    } else if (sensor.baseUnit == BASE_UNIT_WATTS) {
+        Put(value, "Unit", bindings::Value::Unit::Watts);
+    }
+    FillThresholdBag(Bag<bindings::Warning>(bags), warningNames, sensor.upperWarning,
+                     sensor.lowerWarning, sensor.temperature);
+    FillThresholdBag(Bag<bindings::Critical>(bags), criticalNames, sensor.upperCritical,
+                     sensor.lowerCritical, sensor.temperature);
+    Put(Bag<bindings::Availability>(bags), "Available", false);
+    Put(Bag<bindings::OperationalStatus>(bags), "Functional", false);
+    PutInventoryAssociation(bags, request.entityName, request.inventoryPath);
+}
+
 constexpr std::uint32_t subTypeTemperature = 5;
 constexpr std::uint32_t subTypePower = 49;
 constexpr std::uint8_t entityAddInCard = 42;
 constexpr std::uint8_t entityAccelerator = 11;
-constexpr std::uint8_t statusNone = 0;
-constexpr std::uint8_t objectNotReady = 6;
 
 /** Entity types whose instance isn't a port, so that it doesn't belong to the target's key. */
 constexpr std::array<std::uint16_t, 8> entitiesWithoutPort{
@@ -140,6 +167,7 @@ Names NamesOf(const Ldid& ldid, std::uint16_t instance) {
             MakeFriendlyLdid(target.Text()), target.Text()};
 }
 
+constexpr auto slotRoot = "/xyz/openbmc_project/inventory/system/board/pcieslots";
 constexpr std::uint16_t deviceTypeAccelerator = 2;
 constexpr std::uint16_t deviceTypeCard = 9;
 constexpr std::uint16_t deviceStatusGood = 2;
@@ -152,82 +180,7 @@ std::uint32_t NumberOf(const std::string& text) {
     return stream.fail() ? 0 : number;
 }
 
-} // namespace
-
-const std::string& EffectiveLdid(const SensorInsertRequest& request) {
-    return request.resolvedLdid.empty() ? request.deviceLdid : request.resolvedLdid;
-}
-
-void FillOpenBmcBags(PropertyBags& bags, const SensorInsertRequest& request) {
-    const __Sensor& sensor = request.sensor;
-    auto& value = Bag<BAG_VALUE>(bags);
-    Put(value, "MaxValue", static_cast<double>(sensor.normalMax));
-    Put(value, "MinValue", static_cast<double>(sensor.normalMin));
-    if (sensor.baseUnit == BASE_UNIT_DEGREES_C) {
-        Put(value, "Unit", bindings::Value::Unit::DegreesC);
-    } else if (sensor.baseUnit == BASE_UNIT_WATTS) {
-        Put(value, "Unit", bindings::Value::Unit::Watts);
-    }
-    FillThresholdBag(Bag<BAG_WARNING>(bags), warningNames, sensor.upperWarning, sensor.lowerWarning,
-                     sensor.temperature);
-    FillThresholdBag(Bag<BAG_CRITICAL>(bags), criticalNames, sensor.upperCritical,
-                     sensor.lowerCritical, sensor.temperature);
-    Put(Bag<BAG_AVAILABILITY>(bags), "Available", false);
-    Put(Bag<BAG_OPERATIONAL_STATUS>(bags), "Functional", false);
-    PutInventoryAssociation(Bag<BAG_DEFINITIONS>(bags), request.entityName, request.inventoryPath);
-}
-
-PropertyBag<bindings::ProbeObj> BuildProbeProperties(const __Sensor& sensor,
-                                                     const std::string& ldid,
-                                                     const std::string& path,
-                                                     ThermalTyping& typing) {
-    const std::string target = TargetKey(sensor, ldid);
-    Place place = OnAccelerator(path) ? AcceleratorPlace(sensor, target, typing)
-                                      : CardPlace(sensor, target, path);
-    PropertyBag<bindings::ProbeObj> bag;
-    if (sensor.baseUnit == BASE_UNIT_DEGREES_C) {
-        Put(bag, "SubType", subTypeTemperature);
-    } else if (sensor.baseUnit == BASE_UNIT_WATTS) {
-        Put(bag, "SubType", subTypePower);
-    }
-    Put(bag, "EntityID", place.entityId);
-    Put(bag, "Key", std::move(place.key));
-    Put(bag, "ProbeLocation", std::move(place.location));
-    Put(bag, "meta-NonCached", target);
-    Put(bag, "TargetDevKey", target);
-    Put(bag, "FriendlyLDID", MakeFriendlyLdid(target));
-    Put(bag, "SensorNumber", std::uint32_t{sensor.sensorId});
-    Put(bag, "ProbeReading", readingUnavailable);
-    Put(bag, "UnitModifier", std::uint8_t{0});
-    Put(bag, "ProbeStatus", statusNone);
-    Put(bag, "ObjectStatus", objectNotReady);
-    Put(bag, "ProbeThresholds", ThresholdsOf(sensor));
-    return bag;
-}
-
-StateSensorDetails BuildStateDetails(const StateSensorRequest& request, std::size_t count) {
-    const MemberTexts names(request.memberNames, count);
-    const MemberTexts stateSets(request.stateSetNames, count);
-    const MemberTexts values(request.valueTexts, count);
-    StateSensorDetails details;
-    for (std::size_t member = 0; member < count; ++member) {
-        details.insert_or_assign(names[member], std::make_tuple(stateSets[member], values[member]));
-    }
-    return details;
-}
-
-PropertyBag<bindings::StateSensor> BuildStateSensorProperties(const StateSensorRequest& request,
-                                                              const std::string& path) {
-    Names names = NamesOf(Ldid(request.secondLdid), request.entityInstance);
-    PropertyBag<bindings::StateSensor> bag;
-    Put(bag, "LDID", std::move(names.ldid));
-    Put(bag, "FriendlyLDID", std::move(names.friendly));
-    Put(bag, "SensorID", std::uint32_t{request.sensorId});
-    Put(bag, "StateSensorDetails", BuildStateDetails(request, request.memberCount));
-    Put(bag, "Key", names.keyTarget + KeyTail(TagInStateSensorPath(path), request.sensorId));
-    return bag;
-}
-
+/** Every text is in it, also an empty one. */
 PropertyBag<bindings::FRU> BuildFruProperties(const FruFields& fields) {
     PropertyBag<bindings::FRU> bag;
     Put(bag, "ChassisType", fields.chassisType);
@@ -262,6 +215,74 @@ PropertyBag<bindings::Inventory> BuildInventoryProperties(const std::string& ldi
     return bag;
 }
 
+} // namespace
+
+PropertyBags BuildSensorProperties(const SensorInsertRequest& request, const std::string& path,
+                                   ThermalTyping& typing) {
+    const std::uint8_t kind = request.sensor.sensorKind;
+    PropertyBags bags;
+    FillOpenBmcBags(bags, request);
+    if (kind == SENSOR_KIND_THERMAL_PROBE || kind == SENSOR_KIND_PROBE) {
+        Bag<bindings::ProbeObj>(bags) =
+            BuildProbeProperties(request.sensor, EffectiveLdid(request), path, typing);
+    }
+    if (kind == SENSOR_KIND_THERMAL_PROBE || kind == SENSOR_KIND_THERMAL) {
+        Bag<bindings::ThermalSensor>(bags) = typing.BuildThermalProperties(request, path);
+    }
+    return bags;
+}
+
+PropertyBag<bindings::ProbeObj> BuildProbeProperties(const __Sensor& sensor,
+                                                     const std::string& ldid,
+                                                     const std::string& path,
+                                                     ThermalTyping& typing) {
+    const std::string target = TargetKey(sensor, ldid);
+    Place place = OnAccelerator(path) ? AcceleratorPlace(sensor, target, typing)
+                                      : CardPlace(sensor, target, path);
+    PropertyBag<bindings::ProbeObj> bag;
+    if (sensor.baseUnit == BASE_UNIT_DEGREES_C) {
+        Put(bag, "SubType", subTypeTemperature);
+    } else if (sensor.baseUnit == BASE_UNIT_WATTS) {
+        Put(bag, "SubType", subTypePower);
+    }
+    Put(bag, "EntityID", place.entityId);
+    Put(bag, "Key", std::move(place.key));
+    Put(bag, "ProbeLocation", std::move(place.location));
+    Put(bag, "meta-NonCached", target);
+    Put(bag, "TargetDevKey", target);
+    Put(bag, "FriendlyLDID", MakeFriendlyLdid(target));
+    Put(bag, "SensorNumber", std::uint32_t{sensor.sensorId});
+    Put(bag, "ProbeReading", readingUnavailable);
+    Put(bag, "UnitModifier", std::uint8_t{0});
+    Put(bag, "ProbeStatus", std::uint8_t{PROBE_STATUS_NONE});
+    Put(bag, "ObjectStatus", std::uint8_t{OBJECT_NOT_READY});
+    Put(bag, "ProbeThresholds", ThresholdsOf(sensor));
+    return bag;
+}
+
+StateSensorDetails BuildStateDetails(const StateSensorRequest& request, std::size_t count) {
+    const MemberTexts names(request.memberNames, count);
+    const MemberTexts stateSets(request.stateSetNames, count);
+    const MemberTexts values(request.valueTexts, count);
+    StateSensorDetails details;
+    for (std::size_t member = 0; member < count; ++member) {
+        details.insert_or_assign(names[member], std::make_tuple(stateSets[member], values[member]));
+    }
+    return details;
+}
+
+PropertyBag<bindings::StateSensor> BuildStateSensorProperties(const StateSensorRequest& request,
+                                                              const std::string& path) {
+    Names names = NamesOf(Ldid(request.secondLdid), request.entityInstance);
+    PropertyBag<bindings::StateSensor> bag;
+    Put(bag, "LDID", std::move(names.ldid));
+    Put(bag, "FriendlyLDID", std::move(names.friendly));
+    Put(bag, "SensorID", std::uint32_t{request.sensorId});
+    Put(bag, "StateSensorDetails", BuildStateDetails(request, request.memberCount));
+    Put(bag, "Key", names.keyTarget + KeyTail(TagInStateSensorPath(path), request.sensorId));
+    return bag;
+}
+
 std::string AcceleratorAssociationName(const std::string& path) {
     const auto found = path.find(acceleratorInventoryRoot);
     if (found == std::string::npos) {
@@ -269,6 +290,38 @@ std::string AcceleratorAssociationName(const std::string& path) {
     }
     const auto begin = found + acceleratorInventoryRoot.size();
     return path.substr(begin, path.find('/', begin) - begin);
+}
+
+PropertyBags BuildFruInventoryProperties(const FruInventoryRequest& request) {
+    PropertyBags bags;
+    Bag<bindings::FRU>(bags) = BuildFruProperties(request.fields);
+    Bag<bindings::Inventory>(bags) = BuildInventoryProperties(request.deviceLdid, request.fields);
+    return bags;
+}
+
+PropertyBags BuildPlainInventoryProperties(const PlainInventoryRequest& request,
+                                           const std::string& path) {
+    const bool accelerator = Ldid(request.deviceLdid).IsAccelerator();
+    FruFields fields;
+    fields.cpuAffinity = request.cpuAffinity;
+    fields.firmwareVersion = request.firmwareVersion;
+    PropertyBags bags;
+    Bag<bindings::Inventory>(bags) =
+        BuildInventoryProperties(accelerator ? EffectiveLdid(request) : request.deviceLdid, fields);
+    if (accelerator) {
+        const auto slot = static_cast<std::uint8_t>(request.slot);
+        PutInventoryAssociation(bags, AcceleratorAssociationName(path),
+                                slotRoot + std::to_string(slot));
+        Put(Bag<bindings::Accelerator>(bags), "Type", bindings::Accelerator::AcceleratorType::GPU);
+    }
+    return bags;
+}
+
+PropertyBags BuildControllerProperties(const ControllerRequest& request) {
+    PropertyBags bags;
+    Put(Bag<bindings::ControllerInventory>(bags), "CPUAffinity",
+        std::uint16_t{request.cpuAffinity});
+    return bags;
 }
 
 } // namespace vantric

@@ -13,13 +13,12 @@
 
 namespace vantric {
 
-/** The LDID that a sensor stands for: the resolved one if there is one, else the device's. */
-const std::string& EffectiveLdid(const SensorInsertRequest& request);
-
-/** Fills the bags that all compositions of numeric sensors share: Value, Warning, Critical,
- *  Availability, OperationalStatus, Definitions. An alarm is set where the reading at creation is
- *  at or beyond its threshold. */
-void FillOpenBmcBags(PropertyBags& bags, const SensorInsertRequest& request);
+/** Returns the bags of a numeric sensor.
+ *  @param path    the object's path in its final form
+ *  @param typing  gives the thermal interface its bag, and blocks for that as it does; main thread
+ */
+PropertyBags BuildSensorProperties(const SensorInsertRequest& request, const std::string& path,
+                                   ThermalTyping& typing);
 
 /** Returns the bag of the probe interface.
  *  @param ldid    the LDID that the sensor stands for
@@ -42,12 +41,17 @@ StateSensorDetails BuildStateDetails(const StateSensorRequest& request, std::siz
 PropertyBag<bindings::StateSensor> BuildStateSensorProperties(const StateSensorRequest& request,
                                                               const std::string& path);
 
-/** Returns the bag of the FRU interface; every text is in it, also an empty one. */
-PropertyBag<bindings::FRU> BuildFruProperties(const FruFields& fields);
+/** Returns the bags of a device with FRU data. */
+PropertyBags BuildFruInventoryProperties(const FruInventoryRequest& request);
 
-/** Returns the bag of the inventory interface for the device with the LDID. */
-PropertyBag<bindings::Inventory> BuildInventoryProperties(const std::string& ldid,
-                                                          const FruFields& fields);
+/** Returns the bags of a device without FRU data; those of an accelerator tell what it is and which
+ *  slot it sits in.
+ *  @param path  the object's path in its final form */
+PropertyBags BuildPlainInventoryProperties(const PlainInventoryRequest& request,
+                                           const std::string& path);
+
+/** Returns the bags of a controller. */
+PropertyBags BuildControllerProperties(const ControllerRequest& request);
 
 /** Returns the name that an accelerator's association has: the part of its path after
  *  acceleratorInventoryRoot, up to the next slash, or nothing. */

@@ -5,52 +5,22 @@
 
 namespace vantric {
 
-namespace {
-
-constexpr auto slotRoot = "/xyz/openbmc_project/inventory/system/board/pcieslots";
-
-PropertyBags InventoryBags(const std::string& ldid, const FruFields& fields) {
-    PropertyBags bags;
-    Bag<BAG_FRU>(bags) = BuildFruProperties(fields);
-    Bag<BAG_INVENTORY>(bags) = BuildInventoryProperties(ldid, fields);
-    return bags;
-}
-
-} // namespace
-
 void PublishedObjects::InsertFruInventory(const FruInventoryRequest& request) {
     createDbusObj(fruInventoryObjects, request.deviceLdid, request.objectPath,
-                  [&](const std::string& path) {
-                      return std::make_shared<InventoryWithFRUDbusInterface>(
-                          *bus, path, InventoryBags(request.deviceLdid, request.fields));
-                  });
+                  [&](const std::string&) { return BuildFruInventoryProperties(request); });
 }
 
 void PublishedObjects::InsertPlainInventory(const PlainInventoryRequest& request) {
-    FruFields fields;
-    fields.identity = request.identity;
-    fields.cpuAffinity = request.cpuAffinity;
-    fields.firmwareVersion = request.firmwareVersion;
-    if (!Ldid(request.deviceLdid).IsAccelerator()) {
-        createDbusObj(inventoryObjects, request.deviceLdid, request.objectPath,
-                      [&](const std::string& path) {
-                          return std::make_shared<InventoryDbusInterface>(
-                              *bus, path, InventoryBags(request.deviceLdid, fields));
-                      });
-        return;
+    const auto createIn = [&](auto& store) {
+        createDbusObj(store, request.deviceLdid, request.objectPath, [&](const std::string& path) {
+            return BuildPlainInventoryProperties(request, path);
+        });
+    };
+    if (Ldid(request.deviceLdid).IsAccelerator()) {
+        createIn(acceleratorObjects);
+    } else {
+        createIn(inventoryObjects);
     }
-    const std::string& ldid =
-        request.resolvedLdid.empty() ? request.deviceLdid : request.resolvedLdid;
-    createDbusObj(acceleratorObjects, request.deviceLdid, request.objectPath,
-                  [&](const std::string& path) {
-                      PropertyBags bags = InventoryBags(ldid, fields);
-                      PutInventoryAssociation(
-                          Bag<BAG_DEFINITIONS>(bags), AcceleratorAssociationName(path),
-                          slotRoot + std::to_string(static_cast<std::uint8_t>(request.slot)));
-                      PropertyBag<bindings::Accelerator> accelerator;
-                      Put(accelerator, "Type", bindings::Accelerator::AcceleratorType::GPU);
-                      return std::make_shared<AccInvDbusInterface>(*bus, path, bags, accelerator);
-                  });
 }
 
 void PublishedObjects::UpdateControllerInventory(const ControllerRequest& request) {
@@ -58,10 +28,8 @@ void PublishedObjects::UpdateControllerInventory(const ControllerRequest& reques
         return;
     }
     try {
-        PropertyBag<bindings::ControllerInventory> bag;
-        Put(bag, "CPUAffinity", std::uint16_t{request.cpuAffinity});
-        const auto object =
-            std::make_shared<ControllerDbusInterface>(*bus, request.objectPath, bag);
+        const auto object = std::make_shared<ControllerDbusInterface>(
+            *bus, request.objectPath, BuildControllerProperties(request));
         const std::lock_guard lock(objectsMutex);
         controllerObjects[request.deviceLdid].try_emplace(request.objectPath, object);
         ControllerDbusInterface::Announced::EmitAdded(*object);

@@ -6,9 +6,22 @@
 #include <sdbusplus/bus.hpp>
 #include <sensorstore.hpp>
 
+#include <cstdint>
 #include <string>
 
 namespace vantric {
+
+/** Values of the property ProbeStatus. */
+enum ProbeStatus : std::uint8_t {
+    PROBE_STATUS_NONE = 0,
+    PROBE_STATUS_GOOD = 2,
+};
+
+/** Values of the property ObjectStatus. */
+enum ObjectStatus : std::uint8_t {
+    OBJECT_READY = 2,
+    OBJECT_NOT_READY = 6,
+};
 
 /** com.korv.zenth.Sensor.ProbeObj at one path.
  *

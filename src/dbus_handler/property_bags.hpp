@@ -17,10 +17,9 @@
 #include <xyz/openbmc_project/State/Decorator/Availability/server.hpp>
 #include <xyz/openbmc_project/State/Decorator/OperationalStatus/server.hpp>
 
-#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
-#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -50,41 +49,34 @@ using Accelerator = sdbusplus::server::xyz::openbmc_project::inventory::item::Ac
 template <typename Interface>
 using PropertyBag = std::map<std::string, typename Interface::PropertiesVariant>;
 
-/** One bag for each interface, by BagIndex. One that isn't filled stays empty. */
-using PropertyBags =
-    std::tuple<PropertyBag<bindings::Value>, PropertyBag<bindings::Warning>,
-               PropertyBag<bindings::Critical>, PropertyBag<bindings::Availability>,
-               PropertyBag<bindings::OperationalStatus>, PropertyBag<bindings::ThermalSensor>,
-               PropertyBag<bindings::ProbeObj>, PropertyBag<bindings::FRU>,
-               PropertyBag<bindings::Inventory>, PropertyBag<bindings::StateSensor>,
-               PropertyBag<bindings::Definitions>>;
-
-enum BagIndex : std::size_t {
-    BAG_VALUE,
-    BAG_WARNING,
-    BAG_CRITICAL,
-    BAG_AVAILABILITY,
-    BAG_OPERATIONAL_STATUS,
-    BAG_THERMAL_SENSOR,
-    BAG_PROBE,
-    BAG_FRU,
-    BAG_INVENTORY,
-    BAG_STATE_SENSOR,
-    BAG_DEFINITIONS,
+/** The bag of one interface; a type of its own, though two interfaces may have like properties. */
+template <typename Interface>
+struct InterfaceBag {
+    PropertyBag<Interface> properties;
 };
+
+/** One bag for each interface. One that isn't filled stays empty. */
+using PropertyBags =
+    std::tuple<InterfaceBag<bindings::Value>, InterfaceBag<bindings::Warning>,
+               InterfaceBag<bindings::Critical>, InterfaceBag<bindings::Availability>,
+               InterfaceBag<bindings::OperationalStatus>, InterfaceBag<bindings::ThermalSensor>,
+               InterfaceBag<bindings::ProbeObj>, InterfaceBag<bindings::FRU>,
+               InterfaceBag<bindings::Inventory>, InterfaceBag<bindings::StateSensor>,
+               InterfaceBag<bindings::Definitions>, InterfaceBag<bindings::Accelerator>,
+               InterfaceBag<bindings::ControllerInventory>>;
 
 /** Thresholds of a probe: upper fatal, critical, warning, lower warning, critical, fatal. */
 using ProbeThresholds =
     std::tuple<std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t>;
 
 /** Returns the bag of one interface. */
-template <BagIndex index>
-auto& Bag(PropertyBags& bags) {
-    return std::get<index>(bags);
+template <typename Interface>
+PropertyBag<Interface>& Bag(PropertyBags& bags) {
+    return std::get<InterfaceBag<Interface>>(bags).properties;
 }
-template <BagIndex index>
-const auto& Bag(const PropertyBags& bags) {
-    return std::get<index>(bags);
+template <typename Interface>
+const PropertyBag<Interface>& Bag(const PropertyBags& bags) {
+    return std::get<InterfaceBag<Interface>>(bags).properties;
 }
 
 /** Puts a value into a bag; the value's type is exactly the property's. Text may hold anything: it
@@ -96,14 +88,6 @@ void Put(Bag& bag, const char* name, Value value) {
     }
     bag.insert_or_assign(name,
                          typename Bag::mapped_type(std::in_place_type<Value>, std::move(value)));
-}
-
-/** Puts the association of an object with what it belongs to into its bag. */
-inline void PutInventoryAssociation(PropertyBag<bindings::Definitions>& bag, std::string name,
-                                    std::string path) {
-    using Associations = std::vector<std::tuple<std::string, std::string, std::string>>;
-    Put(bag, "Associations",
-        Associations{{"inventory", ValidUtf8(std::move(name)), ValidUtf8(std::move(path))}});
 }
 
 } // namespace vantric

@@ -54,7 +54,7 @@ public:
     void updateFWVersion(const FirmwareRequest& request);
     /** Writes the severity to all inventory objects of the device. */
     void UpdateDeviceHealthStatus(const HealthStatusRequest& request);
-    /** Removes the objects of the device; all for a mode that is none. */
+    /** Removes the objects of the device. */
     void Clear(const ClearRequest& request);
     /** Turns the sensors of the OCP card in the slot into OCP sensors. */
     void RetypeSensors(const RetypeRequest& request);
@@ -66,16 +66,15 @@ public:
     void UpdateSensorType(std::uint8_t slot);
 
 private:
-    template <typename Composition, typename Construct>
+    template <typename Composition, typename Build>
     void createDbusObj(ObjectStore<Composition>& store, const std::string& ldid, std::string path,
-                       Construct construct);
+                       Build build);
     template <typename Composition>
     void CreateSensor(ObjectStore<Composition>& store, const SensorInsertRequest& request);
     /** Creates a sensor for thermal control and probes. If the card's FRU comes up meanwhile, its
      *  model is asked for again. */
     void CreateThermalProbe(const SensorInsertRequest& request);
     std::uint32_t FruEventsOf(std::uint8_t slot);
-    PropertyBags BuildSensorProperties(const SensorInsertRequest& request, const std::string& path);
     template <typename Write>
     void WriteInventories(const std::string& ldid, Write write);
 

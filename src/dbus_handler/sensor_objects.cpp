@@ -1,4 +1,4 @@
-/** Creation of the objects of numeric sensors. */
+/** Creation of the objects of sensors. */
 #include "common/log.hpp"
 #include "dbus_handler/create_object.hpp"
 #include "dbus_handler/initial_properties.hpp"
@@ -25,7 +25,7 @@ template <typename Composition>
 void PublishedObjects::CreateSensor(ObjectStore<Composition>& store,
                                     const SensorInsertRequest& request) {
     createDbusObj(store, request.deviceLdid, request.objectPath, [&](const std::string& path) {
-        return std::make_shared<Composition>(*bus, path, BuildSensorProperties(request, path));
+        return BuildSensorProperties(request, path, thermalTyping);
     });
 }
 
@@ -38,19 +38,13 @@ void PublishedObjects::CreateThermalProbe(const SensorInsertRequest& request) {
     }
 }
 
-PropertyBags PublishedObjects::BuildSensorProperties(const SensorInsertRequest& request,
-                                                     const std::string& path) {
-    const std::uint8_t kind = request.sensor.sensorKind;
-    PropertyBags bags;
-    FillOpenBmcBags(bags, request);
-    if (kind == SENSOR_KIND_THERMAL_PROBE || kind == SENSOR_KIND_PROBE) {
-        Bag<BAG_PROBE>(bags) =
-            BuildProbeProperties(request.sensor, EffectiveLdid(request), path, thermalTyping);
-    }
-    if (kind == SENSOR_KIND_THERMAL_PROBE || kind == SENSOR_KIND_THERMAL) {
-        Bag<BAG_THERMAL_SENSOR>(bags) = thermalTyping.BuildThermalProperties(request, path);
-    }
-    return bags;
+void PublishedObjects::InsertStateSensor(const StateSensorRequest& request) {
+    createDbusObj(stateSensorObjects, request.deviceLdid, request.statePath,
+                  [&](const std::string& path) {
+                      PropertyBags bags;
+                      Bag<bindings::StateSensor>(bags) = BuildStateSensorProperties(request, path);
+                      return bags;
+                  });
 }
 
 } // namespace vantric

@@ -1,4 +1,5 @@
-/** Readings of numeric sensors on their way to the objects. */
+/** Readings and states on their way to the objects of sensors. */
+#include "dbus_handler/initial_properties.hpp"
 #include "dbus_handler/published_objects.hpp"
 
 #include <cmath>
@@ -8,11 +9,6 @@
 namespace vantric {
 
 namespace {
-
-constexpr std::uint8_t probeStatusNone = 0;
-constexpr std::uint8_t probeStatusGood = 2;
-constexpr std::uint8_t objectNotReady = 6;
-constexpr std::uint8_t objectReady = 2;
 
 bool Failed(double value) {
     return value == readingUnavailable;
@@ -36,8 +32,8 @@ std::int32_t ProbeReadingOf(double value) {
 
 void WriteProbe(ProbeObject& object, double value) {
     const bool good = value > 0 && !Failed(value);
-    object.probeStatus(good ? probeStatusGood : probeStatusNone, false);
-    object.objectStatus(good ? objectReady : objectNotReady, false);
+    object.probeStatus(good ? PROBE_STATUS_GOOD : PROBE_STATUS_NONE, false);
+    object.objectStatus(good ? OBJECT_READY : OBJECT_NOT_READY, false);
     object.probeReading(ProbeReadingOf(value), false);
 }
 
@@ -74,6 +70,12 @@ void PublishedObjects::SetSensorValue(const SensorValueRequest& request) {
         if (const auto object = FindObject(probeObjects, ldid, pathText)) {
             WriteProbe(*object, value);
         }
+    }
+}
+
+void PublishedObjects::SetStateSensorValue(const StateSensorRequest& request) {
+    if (const auto object = FindObject(stateSensorObjects, request.deviceLdid, request.searchKey)) {
+        object->stateSensorDetails(BuildStateDetails(request, request.memberNames.size()));
     }
 }
 

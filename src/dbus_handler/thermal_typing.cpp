@@ -1,7 +1,6 @@
 #include "dbus_handler/thermal_typing.hpp"
 
 #include "common/log.hpp"
-#include "dbus_handler/initial_properties.hpp"
 #include "dbus_handler/platform_reads.hpp"
 #include "vocabulary/device_classes.hpp"
 #include "vocabulary/entity_types.hpp"

@@ -32,6 +32,13 @@ struct SensorValueRequest {
     std::uint8_t controller = 0;
 };
 
+/** The LDID that the object of a request stands for: the resolved one if there is one, else the
+ * device's. */
+template <typename Request>
+const std::string& EffectiveLdid(const Request& request) {
+    return request.resolvedLdid.empty() ? request.deviceLdid : request.resolvedLdid;
+}
+
 /** What a device tells of itself besides its sensors. The strings are as the card gave them. */
 struct FruFields {
     PciIdentity identity;
@@ -121,7 +128,7 @@ enum ClearMode : std::uint8_t {
 struct ClearRequest {
     std::string deviceLdid;
     std::uint8_t slot = 0;
-    std::uint8_t mode = CLEAR_ALL;
+    ClearMode mode = CLEAR_ALL;
 };
 
 } // namespace vantric

@@ -222,7 +222,7 @@ TEST_F(InventoryObjects, GoInOrderAndOnlyAsFarAsAsked) {
     EXPECT_EQ((Texts{"Inventory", "FRU"}), Told(signals, "InterfacesRemoved", cardPath));
     EXPECT_EQ(3U, signals.size());
     EXPECT_FALSE(Object(inventoryRoot, gpuPath).empty());
-    Do(dbusClear, ClearRequest{accelerator, 5, 0}); // anything but sensors only is everything
+    Do(dbusClear, ClearRequest{accelerator, 5, CLEAR_ALL});
     EXPECT_EQ((Texts{"Accelerator", "Inventory", "Definitions"}),
               Told(Sent(), "InterfacesRemoved", gpuPath));
     TakeLog();
