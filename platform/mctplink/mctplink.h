@@ -21,7 +21,9 @@ typedef void (*MctpLinkCompletion)(struct MctpLinkRequest* request);
 enum { MCTPLINK_DISCOVERY_STARTED = 3, MCTPLINK_TABLE_DELIVERED = 4 };
 
 /* One request and its response. Zeroed by the caller, who keeps it until the completion function
- * has run or MctpLinkClearRequest has returned. */
+ * has run or MctpLinkClearRequest has returned. The compiler lays the fields out: the offsets
+ * in the names and asserted below are those with 64-bit pointers, and with 32-bit ones every field
+ * after the first pointer comes earlier by the bytes saved. */
 struct MctpLinkRequest {
     uint32_t command;     /* caller: PLDM command code */
     uint8_t eid;          /* caller: destination endpoint id */
@@ -111,7 +113,7 @@ int MctpLinkClearRequest(uint8_t eid, uint32_t flags);
 #ifdef __cplusplus
 }
 
-static_assert(sizeof(void*) == 8, "the records are laid out for 64-bit pointers");
+#if UINTPTR_MAX == UINT64_MAX
 static_assert(offsetof(MctpLinkRequest, eid) == 4);
 static_assert(offsetof(MctpLinkRequest, messageType) == 5);
 static_assert(offsetof(MctpLinkRequest, requestFlagA) == 6);
@@ -126,6 +128,7 @@ static_assert(offsetof(MctpLinkRequest, context) == 64);
 static_assert(offsetof(MctpLinkRequest, responseFlags) == 76);
 static_assert(offsetof(MctpLinkRequest, responseErrorType) == 88);
 static_assert(sizeof(MctpLinkRequest) == 136);
+#endif
 static_assert(offsetof(MctpLinkEndPoint, endPointType) == 2);
 static_assert(offsetof(MctpLinkEndPoint, i2c) == 25);
 static_assert(offsetof(MctpLinkEndPoint, vdm) == 26);
