@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** From bytes to records and from raw readings to values. */
 #include "common/byte_writer.hpp"
 #include "device_transport/device_transport.hpp"

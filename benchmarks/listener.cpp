@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Listens to the sensors' PropertiesChanged signals and keeps when each one came.
  *
  *      listener FILE

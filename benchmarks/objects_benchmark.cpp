@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Objects on a bus of their own: look-up, creation, update. */
 #include "dbus_handler/dbus_handler.hpp"
 #include "dbus_handler/find_object.hpp"

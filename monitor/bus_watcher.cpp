@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "bus_watcher.hpp"
 
 #include "interface_names.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Keeps an object model in step with what the daemon publishes. */
 #pragma once
 

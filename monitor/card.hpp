@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Cards, their sensors and their states, for people. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Turns the published objects into cards. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The names on the bus that the monitor reads. */
 #pragma once
 

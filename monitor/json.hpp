@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Cards for scripts. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The keys, and what they do to the view. */
 #pragma once
 

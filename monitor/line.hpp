@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A line of text in several styles. */
 #pragma once
 

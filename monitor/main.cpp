@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** vantric-monitor: shows in the terminal what vantricd publishes. */
 #include "options.hpp"
 #include "program.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The published objects as the bus tells of them. */
 #pragma once
 

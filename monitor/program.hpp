@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What the program does from its options to its end. */
 #pragma once
 

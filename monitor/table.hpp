@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The lines of the table: one for a card, then those of its sensors and states. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The terminal that the table is shown on. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What is seen of the table. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Plays a platform with cards for the daemon. */
 
 #include "bus/platform_services.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Values in fields of a given width. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Changes a running simulator. */
 
 #include "connection.hpp"

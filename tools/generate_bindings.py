@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
 """Writes the C++ server binding of one D-Bus interface from its description in YAML.
 
 The description follows the schema of the OpenBMC interface repositories, with these limits: an

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: Apache-2.0
 """Sums up what `meson test` left in a build directory.
 
 Prints each failed test case, with the end of what was written about it, and as its last line the

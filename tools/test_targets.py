@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: Apache-2.0
 """Prints the files that the tests of one suite need, as targets for ninja.
 
     test_targets.py BUILD_DIR SUITE

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** An endpoint's requests and responses. Two programs come of the two sources that define this: one
  *  goes through libmctplink, as the daemon does, one through the kernel's sockets. */
 #pragma once

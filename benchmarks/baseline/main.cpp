@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The least that it takes to do what the daemon does: the same exchanges with the same endpoints
  *  through the same library or kernel, the same objects, the same PropertiesChanged signals, with
  * sd-bus alone and none of the daemon's code.

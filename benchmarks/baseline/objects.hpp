@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The baseline's objects: the daemon's, published with nothing but sd-bus. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Reads the sensors of one endpoint, as the daemon does. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Through the kernel's MCTP. */
 #include "baseline/exchange.hpp"
 

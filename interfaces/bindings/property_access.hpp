@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What all generated bindings share: the way from sd-bus's calls to a class's operations.
  *
  * A binding describes a property to these templates by a struct with the class (Owner), the type on

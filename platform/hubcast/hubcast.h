@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* Platform notifications, such as the start and the end of a firmware update.
  *
  * The callback runs on a thread of the library. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The board file, docs/board.md. */
 #pragma once
 

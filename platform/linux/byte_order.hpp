@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The byte order of the platform's records. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "endpoint_table.hpp"
 
 #include "byte_order.hpp"

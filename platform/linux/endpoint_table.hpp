@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The endpoint table of the kernel's MCTP. */
 #pragma once
 

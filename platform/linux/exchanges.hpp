@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Requests over the kernel's MCTP and their responses. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Notifications on a board that has no source of them: each subscription is accepted, and nothing
  *  ever comes. */
 #include "hubcast.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Checked reading of a JSON object that people write. */
 #pragma once
 

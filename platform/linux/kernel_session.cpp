@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The attachment to the kernel's MCTP. */
 #include "board_file.hpp"
 #include "endpoint_table.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "kernel_sockets.hpp"
 
 #include <linux/mctp.h>

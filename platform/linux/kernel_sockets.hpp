@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The kernel's MCTP sockets, and nothing else of the kernel: tests put their own in this place. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The log of the libraries on the kernel's MCTP. */
 #pragma once
 

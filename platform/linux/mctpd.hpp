@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What mctpd publishes on the system bus. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "mctpd_objects.hpp"
 
 #include <sdbusplus/exception.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** mctpd's objects, as GetManagedObjects tells of them. */
 #pragma once
 

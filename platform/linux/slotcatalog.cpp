@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The PCIe table from the board file. */
 #include "slotcatalog.h"
 

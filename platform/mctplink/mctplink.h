@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* MCTP client library: discovery of endpoints and exchange of messages.
  *
  * The library reaches the platform's MCTP service. Its callbacks run on threads of the library.

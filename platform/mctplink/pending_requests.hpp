@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The requests that have no response yet. */
 #pragma once
 

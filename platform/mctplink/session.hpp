@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** One attachment to the platform's MCTP. */
 #pragma once
 

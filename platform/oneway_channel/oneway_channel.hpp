@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Carries requests from any thread to the thread of one event loop. */
 #pragma once
 

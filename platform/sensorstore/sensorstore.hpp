@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Sensor data cache of the platform: keeps the values of probe objects for its other readers.
  *
  * Every call may be made from any thread. Calls that return int return 0 on success. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What this library's own store holds, for readers inside the process.
  *
  * These calls belong to the default library alone; whatever takes its place has readers of its

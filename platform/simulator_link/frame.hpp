@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Frames between the default platform libraries, simctl and the simulator. */
 #pragma once
 

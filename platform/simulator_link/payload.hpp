@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Little-endian fields of a payload. */
 #pragma once
 

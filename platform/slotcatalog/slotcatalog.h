@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /* Platform PCIe table: what stands in each slot, and the table of known accelerators.
  *
  * The calls may be made from any thread. Capacities count records. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A file descriptor and its life. */
 #pragma once
 

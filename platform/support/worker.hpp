@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A thread with a queue. */
 #pragma once
 

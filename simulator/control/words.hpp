@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The words of a command. */
 #pragma once
 

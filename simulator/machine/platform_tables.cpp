@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "machine/platform_tables.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The platform's tables as bytes. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Platform Descriptor Records as bytes (DSP0248). */
 #pragma once
 

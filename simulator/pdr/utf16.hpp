@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Text of auxiliary names. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "pldm/checksum.hpp"
 #include "pldm/command.hpp"
 #include "pldm/multipart.hpp"

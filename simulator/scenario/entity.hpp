@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Entities and how they contain one another. */
 #pragma once
 

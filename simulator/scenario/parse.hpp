@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The parsers of a scenario's parts. All throw ScenarioError. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "payload.hpp"
 #include "scenario/parse.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The words of a scenario and the numbers that they stand for. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** MCTP packets on a serial line (DSP0253). */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The cards on serial lines, beside the simulator's socket. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "serial/line.hpp"
 
 #include "serial/mctp_control.hpp"

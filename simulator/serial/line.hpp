@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** An endpoint at the end of a serial line, which a bus owner can drive with the kernel's MCTP. */
 #pragma once
 

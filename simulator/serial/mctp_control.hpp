@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What a bus owner asks an endpoint: MCTP control messages (DSP0236). */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** MCTP messages in packets (DSP0236). */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Whom the platform tells things. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The loop on which all of the simulator runs. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A file of what was asked and answered, for whoever measures. */
 #pragma once
 

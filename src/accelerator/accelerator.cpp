@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "accelerator/accelerator.hpp"
 
 #include "common/log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Accelerators of the GPU type. */
 #pragma once
 

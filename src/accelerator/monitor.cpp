@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The monitor cycle of an accelerator, and the groups in which its sensors are read. */
 #include "accelerator/accelerator.hpp"
 

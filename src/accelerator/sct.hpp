@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The SCT: the platform's table of known PCIe devices and of the sensors of accelerators that
  *  count. */
 #pragma once

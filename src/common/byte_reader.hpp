@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The only way by which bytes from outside are read. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Builds requests field by field. */
 #pragma once
 

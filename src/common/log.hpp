@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The head that every log line of the daemon carries. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The one seam between the daemon and the clock.
  *
  * pause.cpp is the real clock. A test executable links another implementation in its place, so that

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The few flags that the whole process shares. docs/architecture.md has their writers and readers.
  */
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Outcome of a PLDM exchange, from the transport up to the monitor loop. */
 #pragma once
 

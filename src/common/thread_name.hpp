@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Names of threads, for the log. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The border between bytes from a card and text for D-Bus. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/channel_publisher.hpp"
 
 #include "dbus_handler/handlers.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The way to the main thread: requests through the platform's channel to their handlers. */
 #pragma once
 

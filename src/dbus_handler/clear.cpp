@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Removal of a device's objects. */
 #include "dbus_handler/published_objects.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The sets of interfaces that objects are published with. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** How objects come to the bus: the private templates of PublishedObjects, for the files of this
  * folder that create objects. */
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** How published objects are kept, and the look-up that all of them share. */
 #pragma once
 

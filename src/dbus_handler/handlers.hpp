@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The functions that carry requests out on the main thread, each bound to the record it takes. */
 #pragma once
 

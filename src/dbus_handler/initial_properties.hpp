@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Which properties an object starts with, for each interface that isn't thermal control's, whose
  * first values ThermalTyping gives. */
 #pragma once

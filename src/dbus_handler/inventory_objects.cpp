@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Creation of the objects of devices and controllers. */
 #include "dbus_handler/create_object.hpp"
 #include "dbus_handler/initial_properties.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What changes on inventory objects: firmware version and health. */
 #include "common/log.hpp"
 #include "common/utf8.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/loop_exit.hpp"
 
 #include <sys/epoll.h>

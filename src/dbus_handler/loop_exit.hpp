@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A way to end an event loop from another thread. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Retyping the sensors of a card that turns out to be an OCP card. */
 #include "common/log.hpp"
 #include "dbus_handler/handlers.hpp"

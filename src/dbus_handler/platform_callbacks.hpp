@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What the platform's signals tell this process. Both callbacks run on "dbusEventHandler" and let
  *  no exception out. */
 #pragma once

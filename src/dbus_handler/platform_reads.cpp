@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/platform_reads.hpp"
 
 #include "common/log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What other services of the platform are asked for. */
 #pragma once
 

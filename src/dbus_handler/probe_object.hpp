@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The probe interface, whose writes are mirrored to the platform's sensor data cache. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The first values of an object's properties. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Creation of the objects of sensors. */
 #include "common/log.hpp"
 #include "dbus_handler/create_object.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Readings and states on their way to the objects of sensors. */
 #include "dbus_handler/initial_properties.hpp"
 #include "dbus_handler/published_objects.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/thermal_typing.hpp"
 
 #include "common/log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** How numeric sensors look to thermal control. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What is due once in several monitor cycles. */
 #pragma once
 

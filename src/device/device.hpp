@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** One PCIe add-in device and its thread. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What discovery learns of one endpoint and of one device. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** How a device can be reached, and which endpoints are its controllers. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The steps of an inventory that all classes of devices share, and what it publishes of the device
  *  itself. */
 #include "device/device.hpp"

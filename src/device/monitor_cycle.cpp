@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The pieces of a monitor cycle that the classes of devices share. */
 #include "device/device.hpp"
 

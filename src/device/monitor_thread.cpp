@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The state machine that a device's thread runs; and with it when a device goes to I2C. */
 #include "device/device.hpp"
 

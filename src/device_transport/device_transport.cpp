@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "device_transport/device_transport.hpp"
 
 #include "common/log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** One exchange with one endpoint, whatever carries it. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The thread "PLDM_DevMgr": start-up, then host power off. */
 #include "devicemanager/device_manager.hpp"
 

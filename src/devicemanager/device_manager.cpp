@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "devicemanager/device_manager.hpp"
 
 #include "accelerator/accelerator.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** From an endpoint table to the devices that it shows. */
 #include "devicemanager/device_manager.hpp"
 #include "devicemanager/end_point_entry.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "devicemanager/end_point_entry.hpp"
 
 #include "common/byte_reader.hpp"

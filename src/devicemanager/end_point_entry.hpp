@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** One entry of the endpoint table, as far as discovery looks at it. */
 #pragma once
 

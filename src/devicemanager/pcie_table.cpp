@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "devicemanager/pcie_table.hpp"
 
 #include "common/byte_reader.hpp"

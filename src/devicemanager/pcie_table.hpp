@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Which PCIe device stands in a slot. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "event_handler/event_handler.hpp"
 
 #include <list>

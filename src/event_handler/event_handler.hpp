@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What happens outside, on its way to those who act on it. */
 #pragma once
 

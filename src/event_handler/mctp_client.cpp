@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "event_handler/mctp_client.hpp"
 
 #include "common/log.hpp"

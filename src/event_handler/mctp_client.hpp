@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The process's attachment to the MCTP client library. */
 #pragma once
 

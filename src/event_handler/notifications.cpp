@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The platform's notifications of a firmware update, as events. */
 #include "event_handler/event_handler.hpp"
 

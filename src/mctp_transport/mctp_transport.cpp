@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "mctp_transport/mctp_transport.hpp"
 
 #include "common/log.hpp"

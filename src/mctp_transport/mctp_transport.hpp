@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Blocking exchange over the asynchronous MCTP client library. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "memorydevice/memory_device.hpp"
 
 #include "common/log.hpp"

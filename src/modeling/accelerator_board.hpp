@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The baseboard whose one endpoint speaks for eight accelerators and for the board itself: all
  * that is special about it. Which of its sensors are shown stands with the other classes of cards,
  * in sensor_choice.hpp. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "modeling/entity_tree.hpp"
 
 #include "common/log.hpp"

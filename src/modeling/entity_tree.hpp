@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The tree of a device's entities: what a node holds, how associations build it, the searches. */
 #pragma once
 

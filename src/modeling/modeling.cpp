@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The road of an endpoint's sensors to their objects. */
 #include "modeling/modeling.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** From what an endpoint told to the names that its sensors have on D-Bus. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "modeling/paths.hpp"
 
 #include "modeling/second_controller.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** How object paths and names are made: the pieces, and the orders in which they stand. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "modeling/second_controller.hpp"
 
 #include "modeling/paths.hpp"

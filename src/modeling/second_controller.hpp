@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What the second controller of a device changes in paths, names and keys. Its sensors hang on no
  *  tree: they are numbered after the ports of the first controller. */
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Which numeric and state sensors are shown of each class of cards, and as what. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A device with a tree: sensors are hung on its nodes, and a walk publishes what hangs there. */
 #include "modeling/modeling.hpp"
 

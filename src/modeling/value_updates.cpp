@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Readings on their way to the objects. */
 #include "modeling/modeling.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Network adapters, Fibre Channel and InfiniBand cards, and the embedded NIC. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The base commands: who the endpoint is, and which PLDM types, versions and commands it speaks
  *  (DSP0240). */
 #include "common/byte_reader.hpp"

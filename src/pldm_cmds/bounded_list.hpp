@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Lists of records that stay short whatever a card sends. */
 #pragma once
 

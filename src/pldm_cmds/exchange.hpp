@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** One PLDM message to the endpoint and what came back. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** GetExtractedData: everything that an endpoint told, line by line in the log. */
 #include "common/log.hpp"
 #include "pldm_cmds/pldm_cmds.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** GetFirmwareParameters: the version of the active firmware (DSP0267). */
 #include "common/log.hpp"
 #include "pldm_cmds/exchange.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The first record of a FRU table: the general record and its fields (DSP0257). */
 #include "common/byte_reader.hpp"
 #include "common/log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** GetFRURecordTableMetadata and GetFRURecordTable: how the FRU table comes in (DSP0257). */
 #include "common/byte_writer.hpp"
 #include "common/log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Records and tables that come in parts. */
 #pragma once
 

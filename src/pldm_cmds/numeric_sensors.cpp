@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** SetNumericSensorEnable and GetSensorReading: the numeric poll (DSP0248). */
 #include "common/byte_writer.hpp"
 #include "common/log.hpp"

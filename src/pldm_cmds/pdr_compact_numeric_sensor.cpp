@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Compact Numeric Sensor PDR, type 21 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Which parser takes which PDR. */
 #include "common/log.hpp"
 #include "pldm_cmds/pdr_record.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Numeric Sensor PDR, type 2, in its two layouts (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"

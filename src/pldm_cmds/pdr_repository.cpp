@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** GetPDRRepositoryInfo and GetPDR: when the endpoint's records are read, and the walk through them
  *  (DSP0248). */
 #include "common/byte_reader.hpp"

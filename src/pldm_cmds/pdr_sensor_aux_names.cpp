@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Sensor Auxiliary Names PDR, type 6 (DSP0248). */
 #include "pldm_cmds/pdr_record.hpp"
 #include "pldm_cmds/record_parsers.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** State Effector PDR and its initialization, types 11 and 12 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"

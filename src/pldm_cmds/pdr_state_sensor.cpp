@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** State Sensor PDR, type 4 (DSP0248). */
 #include "common/log.hpp"
 #include "pldm_cmds/bounded_list.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Terminus Locator PDR, type 1 (DSP0248). */
 #include "pldm_cmds/bounded_list.hpp"
 #include "pldm_cmds/pdr_record.hpp"

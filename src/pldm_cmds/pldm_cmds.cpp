@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "pldm_cmds/pldm_cmds.hpp"
 
 #include "common/byte_writer.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The PLDM requester for one endpoint. */
 #pragma once
 

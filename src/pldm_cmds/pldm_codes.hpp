@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The numbers of the PLDM standards that the requester uses. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "pldm_cmds/real32.hpp"
 
 #include "common/log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Single-precision numbers of the numeric sensor PDRs. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The parsers of what an endpoint's records hold (DSP0248, DSP0257).
  *
  * Each takes a complete PDR, common header included, and adds what it finds to data; eid is for the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "pldm_cmds/sensor_conversion.hpp"
 
 #include "vocabulary/reading.hpp"

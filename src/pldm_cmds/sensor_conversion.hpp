@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** From a raw reading to the whole number that the rest of the daemon works with. */
 #pragma once
 

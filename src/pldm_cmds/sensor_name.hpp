@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Names of numeric sensors that have none of their own. */
 #pragma once
 

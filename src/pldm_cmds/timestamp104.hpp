@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Dates on the wire. */
 #pragma once
 

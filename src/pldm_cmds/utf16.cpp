@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "pldm_cmds/utf16.hpp"
 
 namespace vantric {

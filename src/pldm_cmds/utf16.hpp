@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Names in UTF-16. */
 #pragma once
 

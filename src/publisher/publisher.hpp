@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The door to the main thread, and through it to the bus. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The records that travel to the main thread, one for each operation of a Publisher. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What one PLDM endpoint told: one plain record for each PDR that matters, its FRU data and its
  *  latest readings.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** How much one endpoint may make the daemon read and keep.
  *
  * No honest endpoint comes near any of these. They are here because sizes, counts and transfer

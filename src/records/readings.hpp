@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What a poll of an endpoint's sensors hands to modeling: changes only. */
 #pragma once
 

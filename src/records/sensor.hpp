@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What is published of a device and of its numeric sensors. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The daemon: brings up the D-Bus side and the device manager, and runs the main event loop. */
 #include "common/log.hpp"
 #include "common/thread_name.hpp"

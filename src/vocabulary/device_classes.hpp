@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The classes of PCIe devices that are served, and where their objects stand. */
 #pragma once
 

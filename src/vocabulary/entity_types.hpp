@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Entity types (DSP0249): those that have a word, and the ranges with a meaning of their own. */
 #pragma once
 

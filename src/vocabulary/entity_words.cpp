@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vocabulary/entity_types.hpp"
 #include "vocabulary/vocabulary.hpp"
 

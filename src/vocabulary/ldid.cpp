@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "vocabulary/ldid.hpp"
 
 #include "vocabulary/device_classes.hpp"

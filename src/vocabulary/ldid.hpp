@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The logical device identifier: what the platform calls a device. */
 #pragma once
 

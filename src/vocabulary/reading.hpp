@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What a reading is, from the PDR that describes it to the object that shows it. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Which controller a sensor belongs to, and how paths and keys end that name it: its id, after a
  * tag that tells the controller. */
 #pragma once

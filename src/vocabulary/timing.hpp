@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** When a device is asked and shown again: its thread's pauses, and what isn't due in every cycle.
  *  What one exchange waits for stands with the transport. */
 #pragma once

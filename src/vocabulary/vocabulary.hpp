@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The words for the numbers that devices send: they stand in D-Bus paths, names and values.
  *
  * Constants that are there before main and are read from every thread without a lock. Numbers are

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Accelerators: which sensors are shown, when they are read, and the board that stands for nine.
  */
 #include "accelerator/accelerator.hpp"

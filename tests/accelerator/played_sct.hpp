@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The platform's accelerator table, played: the including file defines SlotCatalogAllDevices. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The platform's table of accelerators: when it is read, and what is kept of it. */
 #include "accelerator/sct.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Any bytes become text that sd-bus takes. */
 #include "common/utf8.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The main thread of the tests that publish: it owns the bus side, as the daemon's does, and has
  * the platform's signals listened to. */
 #include "dbus_handler/dbus_handler.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The process's hold on the bus: its name, and what happens when the bus goes. Every test runs the
  *  bus side in a process of its own, as a lost bus ends it. */
 #include "common/process_flags.hpp"

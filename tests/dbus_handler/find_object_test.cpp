@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Which object a piece of a path finds. */
 #include "dbus_handler/find_object.hpp"
 

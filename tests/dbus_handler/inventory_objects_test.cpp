@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Devices, controllers and state sensors as clients see them, and the removal of all of them. */
 #include "dbus_handler/published_bus.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/log_recorder.hpp"
 
 #include "support/captured_log.hpp"

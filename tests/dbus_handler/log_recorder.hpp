@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The platform's log as texts of one line; see captured_log.hpp, which it needs. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What sensors and devices are called, as far as no card of a scenario shows it. */
 #include "dbus_handler/initial_properties.hpp"
 #include "vocabulary/ldid.hpp"

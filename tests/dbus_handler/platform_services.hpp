@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The services of the platform that the bus side asks, on a thread of their own. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The platform's signals and answers, and what follows from them. */
 #include "common/process_flags.hpp"
 #include "dbus_handler/platform_reads.hpp"

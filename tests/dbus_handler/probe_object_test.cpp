@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What the probe object tells the sensor data cache. */
 #include "dbus_handler/log_recorder.hpp"
 #include "dbus_handler/probe_object.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The process's bus side on a private bus, with a client beside it. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Numeric sensors as clients see them. */
 #include "dbus_handler/published_bus.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/sensor_store_recorder.hpp"
 
 #include <sensorstore.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Takes the place of the platform's sensor data cache in a test executable. */
 #pragma once
 

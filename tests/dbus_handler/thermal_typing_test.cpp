@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Every row of the thermal typing, and what stands right beside its ranges. */
 #include "dbus_handler/thermal_typing.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Every way that a device goes from one state to another, and who gets its endpoints next. */
 #include "device/device.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What endpoint tables and power offs make of the devices that exist. Network devices are real
  *  ones but for their work: an inventory and a cycle keep the device as long as the test wants. */
 #include "devicemanager/device_manager.hpp"

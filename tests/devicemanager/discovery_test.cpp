@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** From the bytes of an endpoint table and of the PCIe table to the devices that they show. */
 #include "devicemanager/device_manager.hpp"
 #include "devicemanager/end_point_entry.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "devicemanager/played_tables.hpp"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The two tables of the platform, played: the PCIe table and the endpoint table.
  *
  * played_tables.cpp takes the place of the PCIe table's library in an executable that is linked

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What becomes of what the MCTP client library and the notification library hand over. */
 #include "event_handler/mctp_client.hpp"
 

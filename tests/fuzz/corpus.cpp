@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The seeds of the fuzz targets, from what the simulator's endpoints say and some things that no
  *  scenario can.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** libFuzzer's way to the target that FUZZ_TARGET names. */
 #include "targets.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A log that formats every line, so that a bad text is found, and writes none. */
 #include <tracelog.h>
 

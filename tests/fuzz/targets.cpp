@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "targets.hpp"
 
 #include "pldm_cmds/pdr_builders.hpp"

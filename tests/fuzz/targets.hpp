@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What inputs are thrown at, by name, and how seeds are written for it. */
 #pragma once
 

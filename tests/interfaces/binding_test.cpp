@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** How a property behaves under writes from inside and from clients, and how an interface is
  *  announced. One class stands for all: they come from the same template. */
 #include "interfaces/served_bus.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A private bus with a service of this process and a client beside it. */
 #pragma once
 

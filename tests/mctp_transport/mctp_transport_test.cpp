@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The blocking exchange: attempts, time-outs and what ends them early. */
 #include "mctp_transport/mctp_transport.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "mctp_transport/played_link.hpp"
 
 #include <algorithm>

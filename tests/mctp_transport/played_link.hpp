@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A played MCTP client library: the test says what becomes of each request. */
 #pragma once
 

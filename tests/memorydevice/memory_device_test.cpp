@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** CXL memory: what becomes of its sensors, and when its card is asked. */
 #include "memorydevice/memory_device.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "modeling/accelerator_board.hpp"
 
 #include "modeling_fixture.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A device's modeling: what its card tells goes in, and what it posts comes out as text. */
 #pragma once
 

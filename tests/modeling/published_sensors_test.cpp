@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Where the sensors of a card are shown, and under which names. */
 #include "modeling_fixture.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/find_object.hpp"
 #include "modeling_fixture.hpp"
 

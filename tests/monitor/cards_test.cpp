@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** From the objects on the bus to lines of text and to JSON. */
 #include "monitor/cards.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Published objects for the monitor's tests, each a good one that a test bends. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The program as a user starts it. */
 #include "monitor/interface_names.hpp"
 #include "support/eventually.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What keys do, and what is seen then. */
 #include "monitor/view.hpp"
 

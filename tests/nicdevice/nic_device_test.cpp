@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Network cards: what they publish, what a monitor cycle asks of which controller, and how
  *  inventories and cycles end. */
 #include "nicdevice/nic_device.hpp"

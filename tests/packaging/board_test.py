@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Builds with the libraries of a board, installs into a folder, and runs the service from there.
 
     board_test.py SOURCE PLAIN BOARD [MESON_OPTION...]

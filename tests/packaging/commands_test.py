@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Runs the commands that README, docs, demo and manual pages show, as they stand there.
 
     commands_test.py SOURCE BUILD

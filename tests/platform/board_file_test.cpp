@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The board file, and the libraries that ask nobody else. */
 #include "board_file.hpp"
 #include "pldm_cmds/bytes.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Runs a piece of a test in a process of its own: for what exists once in a process. */
 #pragma once
 

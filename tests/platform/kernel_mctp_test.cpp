@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The MCTP client library on a played kernel, with a played mctpd. */
 #include "platform/played_kernel.hpp"
 #include "support/link_client.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The kernel's MCTP, played: socket pairs in the place of its sockets. One source of an executable
  *  includes this. */
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The command frame and the base commands: bytes that are sent, and what becomes of the answers.
  */
 #include "scripted_endpoint.hpp"

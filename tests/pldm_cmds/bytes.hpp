@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Bytes as a card would send them. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** FRU table and firmware version. */
 #include "scripted_endpoint.hpp"
 #include "support/captured_log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The numeric poll: conversion of a reading, what is reported and what a failure does. */
 #include "scripted_endpoint.hpp"
 #include "support/captured_log.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What a numeric sensor PDR becomes. */
 #include "pdr_builders.hpp"
 #include "scripted_endpoint.hpp"

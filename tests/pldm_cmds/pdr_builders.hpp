@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** PDRs as a card would hold them. A builder has a good default for each field; a test names what
  *  it is about. */
 #pragma once

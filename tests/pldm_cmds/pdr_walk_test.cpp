@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** When the repository is read, and how its records are put together. */
 #include "pdr_builders.hpp"
 #include "scripted_endpoint.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What records become: five of them field by field, the others at their lengths; and lists. */
 #include "pdr_builders.hpp"
 #include "scripted_endpoint.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** An endpoint whose answers a test writes down. */
 #pragma once
 

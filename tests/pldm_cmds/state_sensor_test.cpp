@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** State sensors: their PDR, their names and their poll. */
 #include "pdr_builders.hpp"
 #include "scripted_endpoint.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What is wrong with a scenario is said with its line. */
 
 #include "scenario/scenario.hpp"

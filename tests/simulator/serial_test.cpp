@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The bytes of a card on a serial line: frames, packets, and what a bus owner asks. */
 #include "serial/framing.hpp"
 #include "serial/mctp_control.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A client of the system bus, as another process would be one. */
 #pragma once
 

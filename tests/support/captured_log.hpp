@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The platform's log as a list of lines that a test can look at.
  *
  * captured_log.cpp defines tracelog_printf. An executable that is linked with it logs there and not

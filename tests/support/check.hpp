@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The results of calls into sd-bus and sd-event. */
 #pragma once
 

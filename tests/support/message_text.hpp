@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** D-Bus messages as text, for a test to compare. */
 #pragma once
 

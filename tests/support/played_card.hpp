@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A card with one endpoint: the simulator's responder, and what a test counts and spoils. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A device without a thread of its own: the test makes its steps. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A D-Bus daemon for one test process. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A child process of a test. */
 #pragma once
 

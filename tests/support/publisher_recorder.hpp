@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What was posted to the main thread, for a test to look at. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "support/test_clock.hpp"
 
 #include "common/pause.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A clock for tests: the daemon's pauses and deadlines shrink, and the test can look at them. */
 #pragma once
 

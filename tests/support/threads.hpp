@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The threads of this process, as the system shows them. */
 #pragma once
 

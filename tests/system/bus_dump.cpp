@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "system/bus_dump.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What the objects of a scenario look like on the bus, as a person has written it down. */
 #pragma once
 

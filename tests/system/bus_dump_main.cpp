@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Compares what the daemon shows on the system bus with a scenario's .bus file. */
 #include "support/eventually.hpp"
 #include "system/bus_dump.hpp"

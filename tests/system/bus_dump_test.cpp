@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Each scenario makes the objects that its .bus file tells of, and no others. */
 #include "support/eventually.hpp"
 #include "system/bus_dump.hpp"

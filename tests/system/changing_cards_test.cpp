@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** What cards change while they are monitored, from their answers to the bus: readings, states and
  *  records; the platform's table and firmware updates. How it looks at first is in the .bus files.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Cards fall silent, move, go and come back; the host goes off and on; the bus ends. */
 #include "system/played_server.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Cards that say what they shouldn't cost themselves only: all else goes on. */
 #include "support/eventually.hpp"
 #include "system/played_server.hpp"

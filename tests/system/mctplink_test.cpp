@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The MCTP client library against a running simulator. */
 
 #include "support/link_client.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A whole played server: private bus, simulator with a scenario, and the daemon as it ships. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Everything that can happen to a server, in no order: afterwards the daemon says the same as one
  *  that has seen nothing of it. */
 #include "support/eventually.hpp"

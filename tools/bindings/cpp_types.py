@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Types of the interface descriptions, as C++ and as D-Bus have them."""
 
 import re

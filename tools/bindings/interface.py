@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """An interface, as its description in YAML tells it, in the words that the templates use."""
 
 import re

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: Apache-2.0
 """Writes the board file of a scenario: where its cards stand, as a board would tell it.
 
     board_file.py SCENARIO.yaml [--uuids] > board.json

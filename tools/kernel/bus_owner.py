@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: Apache-2.0
 """Owns the serial lines of a simulator: gives each to the kernel's MCTP, with address and route, and
 shows the endpoints on the system bus as mctpd does. It asks the cards nothing.
 

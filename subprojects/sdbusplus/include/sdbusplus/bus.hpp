@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The handle of one D-Bus connection. */
 #pragma once
 

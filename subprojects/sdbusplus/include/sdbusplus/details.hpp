@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The door between the wrappers: only they reach the handles of each other. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The exception that every failed call of sd-bus turns into. */
 #pragma once
 

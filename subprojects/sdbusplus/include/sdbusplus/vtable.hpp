@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The rows of the table that tells sd-bus what an interface has. */
 #pragma once
 

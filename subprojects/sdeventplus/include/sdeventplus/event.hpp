@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The handle of one sd-event loop. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** A subscription to signals. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Writes C++ values to a message. */
 #pragma once
 

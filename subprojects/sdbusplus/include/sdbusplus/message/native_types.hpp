@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** D-Bus types that C++ has no type of its own for. */
 #pragma once
 

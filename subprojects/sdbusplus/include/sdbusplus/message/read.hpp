@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** Reads C++ values from a message. */
 #pragma once
 

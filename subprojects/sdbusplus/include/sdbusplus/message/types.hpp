@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** The D-Bus signature of a C++ type, made at compile time. */
 #pragma once
 

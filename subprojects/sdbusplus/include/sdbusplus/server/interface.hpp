@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** One interface of one published object. */
 #pragma once
 

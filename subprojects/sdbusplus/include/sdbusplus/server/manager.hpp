@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /** An object manager: tells clients of the objects below a path. */
 #pragma once
 
