@@ -19,7 +19,11 @@ public:
 
     /** Writes a line if the request wasn't taken.
      *  @param what begins the line */
-    void LogFailure(LogLevel level, const char* what = "OneWayChannel_Execute") const;
+    void LogFailure(LogLevel level, const char* what = "OneWayChannel_Execute") const {
+        if (execRet != 0) {
+            VANTRIC_LOG(level, "%s ERROR, execRet = %d\n", what, execRet);
+        }
+    }
 
 private:
     int execRet;
