@@ -20,6 +20,13 @@ constexpr const char* giveScreen = "\x1b[?25h\x1b[?1049l";
 
 constexpr winsize usualSize{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
 
+/** The settings of a terminal that can be read from. */
+std::optional<termios> Settings(int fd) {
+    termios settings{};
+    const bool readable = (fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDWR;
+    return readable && tcgetattr(fd, &settings) == 0 ? std::optional(settings) : std::nullopt;
+}
+
 } // namespace
 
 bool Write(int fd, std::string_view text) {
@@ -47,8 +54,7 @@ winsize TerminalSize(int fd) {
     return told ? size : usualSize;
 }
 
-Terminal::Terminal(int fd)
-    : fd(fd), keys((fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDWR && tcgetattr(fd, &before) == 0) {
+Terminal::Terminal(int fd) : fd(fd), before(Settings(fd)) {
     Enter();
 }
 
@@ -70,7 +76,7 @@ bool Terminal::Draw(const std::vector<std::string>& lines) {
 std::string Terminal::ReadKeys() const {
     std::string typed;
     std::array<char, 256> bytes{};
-    if (keys) {
+    if (before) {
         const ssize_t length = read(fd, bytes.data(), bytes.size());
         typed.assign(bytes.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
     }
@@ -84,8 +90,8 @@ void Terminal::Suspend() {
 }
 
 void Terminal::Enter() {
-    if (keys) {
-        termios raw = before;
+    if (before) {
+        termios raw = *before;
         raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
         raw.c_cc[VMIN] = 0; // a read returns at once
         raw.c_cc[VTIME] = 0;
@@ -97,8 +103,8 @@ void Terminal::Enter() {
 
 void Terminal::Leave() const {
     Write(fd, giveScreen);
-    if (keys) {
-        tcsetattr(fd, TCSANOW, &before);
+    if (before) {
+        tcsetattr(fd, TCSANOW, &*before);
     }
 }
 

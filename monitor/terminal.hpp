@@ -41,7 +41,7 @@ public:
     void Forget() { shown.reset(); }
 
     /** Whether keys can be read. */
-    bool HasKeys() const { return keys; }
+    bool HasKeys() const { return before.has_value(); }
 
     /** The bytes of the keys pressed since the last call; doesn't wait. */
     std::string ReadKeys() const;
@@ -54,8 +54,7 @@ private:
     void Leave() const;
 
     int fd;
-    bool keys;
-    termios before{};
+    std::optional<termios> before; ///< the terminal's settings; nothing where keys can't be read
     std::optional<std::vector<std::string>> shown;
 };
 
