@@ -36,7 +36,7 @@ std::string Labelled(const std::string& label, const std::string& text) {
 
 /** The text without its middle if it is too long: names of a kind differ at their ends. */
 std::string Shortened(std::string_view text, std::size_t width) {
-    const std::string printable = Printable(text);
+    std::string printable = Printable(text);
     if (printable.size() <= width) {
         return printable;
     }
