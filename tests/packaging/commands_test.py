@@ -93,7 +93,10 @@ def main():
                                             capture_output=True).returncode == 0)
             for script, page in scripts.items():
                 # A simulator in the background needs a moment until it listens.
-                script = re.sub(r" &$", " &\nuntil [ -S $SIMULATOR_SOCKET ]; do :; done", script, flags=re.M)
+                script = re.sub(r" &$", " &\nuntil simctl list >/dev/null 2>&1; do sleep 0.05; done",
+                                script, flags=re.M)
+                # What a failure leaves in the background must not keep the output open.
+                script = "trap 'kill $(jobs -p) 2>/dev/null || true' EXIT\n" + script
                 done = subprocess.run(["bash", "-emc", script], cwd=folder, env=environment, check=False,
                                       stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
                 assert done.returncode == 0, f"{page}:\n{script}\n{done.stdout}"
