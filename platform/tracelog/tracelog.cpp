@@ -114,7 +114,7 @@ void WriteLine(int level, std::string_view message, bool cut) {
 
 void tracelog_printf(int level, int /*module*/, const char* format, ...) {
     static const int shownLevel = ShownLevel();
-    if (level > shownLevel) {
+    if (level > shownLevel || format == nullptr) {
         return;
     }
     const int callersErrno = errno;
