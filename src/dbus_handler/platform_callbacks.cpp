@@ -4,6 +4,7 @@
 #include "common/log.hpp"
 #include "common/process_flags.hpp"
 #include "dbus_handler/dbus_handler.hpp"
+#include "dbus_handler/platform_reads.hpp"
 
 #include <sdbusplus/message/native_types.hpp>
 
@@ -21,8 +22,6 @@ namespace {
 using PropertyValue =
     std::variant<std::vector<std::string>, std::string, std::int64_t, std::uint64_t, double,
                  std::int32_t, std::uint32_t, std::int16_t, std::uint16_t, std::uint8_t, bool>;
-
-constexpr std::string_view fruPath = "/xyz/openbmc_project/inventory/system/assembly/PCIESLOT";
 
 void TakeHostState(std::string_view state) {
     if (state.find("TransitioningToOff") != std::string_view::npos) {

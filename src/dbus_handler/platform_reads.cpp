@@ -48,8 +48,7 @@ std::string LowerHex(std::uint8_t number) {
 std::string getFRUPropertyVal(std::uint8_t slot, const std::string& name) {
     try {
         return ReadProperty<std::string>("xyz.openbmc_project.EntityManager",
-                                         "/xyz/openbmc_project/inventory/system/assembly/PCIESLOT" +
-                                             std::to_string(slot) + "_FRU",
+                                         fruPath + std::to_string(slot) + "_FRU",
                                          "xyz.openbmc_project.Inventory.Decorator.Asset", name);
     } catch (const std::exception& error) {
         VANTRIC_LOG(LOG_LEVEL_TRACE, "FRU Dbus is not having details for slot[%d]: %s \n", slot,

@@ -9,6 +9,9 @@
 
 namespace vantric {
 
+/** What the path of a card's FRU object begins with; the slot follows. */
+inline constexpr const char* fruPath = "/xyz/openbmc_project/inventory/system/assembly/PCIESLOT";
+
 /** Asks the entity manager for a property of the card in the slot. Returns an empty string if it
  *  isn't to be had. Blocks for as long as the bus's time-out at worst; any thread. */
 std::string getFRUPropertyVal(std::uint8_t slot, const std::string& name);

@@ -1,33 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dbus_handler/platform_services.hpp"
 
+#include "support/check.hpp"
+
 #include <sdbusplus/message.hpp>
 
 #include <future>
-#include <stdexcept>
 #include <utility>
 
 namespace vantric::test {
-
-namespace {
-
-void Check(int result, const char* what) {
-    if (result < 0) {
-        throw std::runtime_error(what);
-    }
-}
-
-} // namespace
 
 PlatformServices::PlatformServices() {
     std::promise<void> ready;
     thread = std::thread([this, &ready] {
         sd_bus* bus = nullptr;
         try {
-            Check(sd_bus_open_system(&bus), "sd_bus_open_system");
-            Check(sd_bus_add_filter(bus, nullptr, OnMessage, this), "sd_bus_add_filter");
+            Check("sd_bus_open_system", sd_bus_open_system(&bus));
+            Check("sd_bus_add_filter", sd_bus_add_filter(bus, nullptr, OnMessage, this));
             for (const char* name : {"xyz.openbmc_project.EntityManager", "com.korv.bmc.arp.arp"}) {
-                Check(sd_bus_request_name(bus, name, 0), name);
+                Check(name, sd_bus_request_name(bus, name, 0));
             }
             ready.set_value();
         } catch (...) {

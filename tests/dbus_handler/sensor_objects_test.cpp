@@ -161,14 +161,6 @@ TEST_F(SensorObjects, AreMadeByALaterPostWhenTheFirstFailed) {
     EXPECT_EQ("5", Property(CardSensorPath(), "xyz.openbmc_project.Sensor.Value", "Value"));
 }
 
-TEST_F(SensorObjects, TakeAnyTextFromACard) {
-    auto request = CardSensor();
-    request.sensor.name = std::string("A\xFF\xC3(\xEF\xBF\xBF\0hidden", 15);
-    Do(dbusDataInsert, request);
-    EXPECT_EQ("\"A\xEF\xBF\xBD\xEF\xBF\xBD(\xEF\xBF\xBD\"",
-              Object(sensorsRoot, CardSensorPath()).at("ProbeObj").at("ProbeLocation"));
-}
-
 TEST_F(SensorObjects, ArentMadeFromWhatIsNoSensor) {
     EXPECT_EQ(0, Do(dbusDataInsert, CardSensor(SENSOR_KIND_NONE)));
     EXPECT_EQ(0, Do(dbusDataInsert, CardSensor(4)));

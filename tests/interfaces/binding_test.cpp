@@ -49,18 +49,6 @@ protected:
     }
 };
 
-TEST_F(Binding, SignalsAChangeOnceAndOnlyAChange) {
-    Value sensor(bus, path);
-    EXPECT_EQ(21.5, sensor.value(21.5));
-    EXPECT_EQ(21.5, sensor.value(21.5));
-    EXPECT_EQ(std::vector{Changed(Value::interface, "Value", "21.5")}, Sent());
-    EXPECT_EQ(22, sensor.value(22, true));
-    EXPECT_EQ(std::vector<Signal>{}, Sent());
-    EXPECT_EQ("22", client.GetProperty(service, path, Value::interface, "Value"));
-    sensor.value(22);
-    EXPECT_EQ(std::vector<Signal>{}, Sent());
-}
-
 TEST_F(Binding, TakesOneNaNForAnother) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     Warning thresholds(bus, path);

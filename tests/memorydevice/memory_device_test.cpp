@@ -16,16 +16,6 @@ protected:
                           "CXLMemory.Slot.2") {}
 };
 
-TEST_F(MemoryDeviceTest, AFailedInventoryChangesToI2cOrTriesTheNewEndpoints) {
-    card.commandStatus[PLAYED_GET_TYPES] = 3;
-    Plug(1);
-    for (const bool newEndPoints : {false, true}) {
-        useNewEndPoints = newEndPoints;
-        Inventory();
-        EXPECT_EQ(device->State(), newEndPoints ? DEVICE_INVENTORY : DEVICE_SWITCH_TO_I2C);
-    }
-}
-
 TEST_F(MemoryDeviceTest, PollsEveryEndpointShowsTheFirstAndEndsACycleThatFails) {
     card.Add({.id = 5});
     cards[1].Add({.id = 8});
