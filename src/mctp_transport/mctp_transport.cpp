@@ -112,8 +112,12 @@ void MCTPTransport::MCTPRespCB(const MctpLinkRequest* request) {
     VANTRIC_LOG(LOG_LEVEL_TRACE, "MCTP:RSP:EPID[%d]:RSPS[%d]:RSPF[%d]:RSPEType[%d]\n", request->eid,
                 static_cast<int>(request->responseStatus), static_cast<int>(request->responseFlags),
                 static_cast<int>(request->responseErrorType));
-    const std::scoped_lock lock(responseMutex);
-    responded = true;
+    {
+        const std::scoped_lock lock(responseMutex);
+        responded = true;
+    }
+    // Not under responseMutex: the sender would wake only to wait for it. The condition still
+    // stands: the destructor's MctpLinkClearRequest lets this call end first.
     responseCond.notify_one();
 }
 
