@@ -20,13 +20,6 @@ namespace mctplink {
 
 namespace {
 
-bool SameEntries(const std::vector<MctpLinkEndPoint>& one,
-                 const std::vector<MctpLinkEndPoint>& other) {
-    return one.size() == other.size() &&
-           (one.empty() ||
-            std::memcmp(one.data(), other.data(), one.size() * sizeof(MctpLinkEndPoint)) == 0);
-}
-
 /** All that the session's thread works on; it outlives a session that one of the thread's own
  *  completions ends.
  *
@@ -61,7 +54,7 @@ private:
 
     MctpLinkCallback callback;
     board::Board board;
-    std::vector<MctpLinkEndPoint> delivered;
+    bool discoveryTold = false; ///< and no table since
     std::vector<std::string> remarked;
     platform_support::FileDescriptor stop;
     EventHandle event;
@@ -121,6 +114,7 @@ int Attached::OnStop(sd_event_source* source, int /*descriptor*/, std::uint32_t 
 }
 
 void Attached::TellDiscovery() {
+    discoveryTold = true;
     tables.Post([call = callback] {
         MctpLinkCallbackInfo info{};
         info.callbackType = MCTPLINK_DISCOVERY_STARTED;
@@ -136,15 +130,17 @@ void Attached::TakeEndpoints(const std::vector<Endpoint>& endpoints) {
     if (!table.entries.empty()) {
         exchanges.SetNetworks(std::move(table.networks));
     }
-    if (SameEntries(table.entries, delivered)) {
+    // A discovery ends with a table even if nothing has changed: until then the client takes a
+    // refused request for a part of it, and keeps readings that are no longer true.
+    if (table.entries.empty() && !discoveryTold) {
         return;
     }
-    tables.Post([call = callback, entries = table.entries] {
+    discoveryTold = false;
+    tables.Post([call = callback, entries = std::move(table.entries)] {
         if (auto* const info = MakeDelivery(entries)) {
             call(info);
         }
     });
-    delivered = std::move(table.entries);
 }
 
 void Attached::Remark(const std::vector<std::string>& remarks) {
