@@ -70,7 +70,8 @@ Json ToJson(const Card& card) {
 
 std::string ToJson(const std::vector<Card>& cards) {
     const Json document{{"cards", ToJsonArray(cards)}};
-    return document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    constexpr bool onlyAscii = true; // a terminal that shows it may obey control characters
+    return document.dump(2, ' ', onlyAscii, Json::error_handler_t::replace) + '\n';
 }
 
 } // namespace monitor

@@ -101,7 +101,7 @@ void Program::ShowOnce() {
 }
 
 void Program::Follow() {
-    CatchSignals({SIGINT, SIGTERM, SIGHUP});
+    CatchSignals({SIGINT, SIGQUIT, SIGTERM, SIGHUP});
     const auto end = options.duration ? Clock::now() + *options.duration : Clock::time_point::max();
     IsTerminal(output) ? FollowOnTerminal(end) : FollowOnPaper(end);
     if (!stop) {
@@ -116,6 +116,11 @@ void Program::FollowOnTerminal(Clock::time_point end) {
     if (terminal.HasKeys()) {
         Check(sd_event_add_io(event.get(), nullptr, output, EPOLLIN, OnInput, this),
               "sd_event_add_io");
+    }
+    // A service that hasn't answered yet must not be shown as one that isn't there.
+    const auto firstDraw = std::min(end, Clock::now() + terminalPeriod);
+    while (!watcher.Complete() && !Ended(firstDraw)) {
+        Wait(firstDraw);
     }
     while (!Ended(end)) {
         const auto now = Clock::now();

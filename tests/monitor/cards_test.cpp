@@ -158,21 +158,22 @@ TEST(Cards, AreToldInJson) {
     model.AddInterfaces(cardPath, Inventory("NIC.Slot.3", "NIC \"3\""));
     model.AddInterfaces(sensorPath, Temperature());
     model.AddInterfaces(cardPath + "/sfp_1/sensor/state/sensorid_9",
-                        States({{"M", {"Unavailable", "Unavailable"}}}));
+                        States({{"M\x7f\xc2\x9b", {"Unavailable", "Unavailable"}}}));
     const std::string text = ToJson(BuildCards(model));
-    EXPECT_EQ(std::regex_replace(text, std::regex("\\n *"), ""),
-              R"({"cards": [{"path": ")" + cardPath +
-                  R"(","name": "NIC \"3\"","ldid": "NIC.Slot.3","model": "","partNumber": "",)"
-                  R"("serialNumber": "","firmware": "22.31.10","health": "ok","severity": "ok",)"
-                  R"("sensors": [{"path": ")" +
-                  sensorPath +
-                  R"(","name": "sensorid_5","part": "ethernet_1","value": 41.5,"unit": "C",)"
-                  R"("reading": "ok","warning": {"low": null,"high": 70.0,"alarmLow": false,)"
-                  R"("alarmHigh": false},"critical": {"low": -5.0,"high": 80.0,"alarmLow": false,)"
-                  R"("alarmHigh": false},"severity": "ok"}],"states": [{"path": ")" +
-                  cardPath +
-                  R"(/sfp_1/sensor/state/sensorid_9","name": "M","part": "sfp_1","set": "",)"
-                  R"("state": null,"severity": "ok"}]}]})");
+    EXPECT_EQ(
+        std::regex_replace(text, std::regex("\\n *"), ""),
+        R"({"cards": [{"path": ")" + cardPath +
+            R"(","name": "NIC \"3\"","ldid": "NIC.Slot.3","model": "","partNumber": "",)"
+            R"("serialNumber": "","firmware": "22.31.10","health": "ok","severity": "ok",)"
+            R"("sensors": [{"path": ")" +
+            sensorPath +
+            R"(","name": "sensorid_5","part": "ethernet_1","value": 41.5,"unit": "C",)"
+            R"("reading": "ok","warning": {"low": null,"high": 70.0,"alarmLow": false,)"
+            R"("alarmHigh": false},"critical": {"low": -5.0,"high": 80.0,"alarmLow": false,)"
+            R"("alarmHigh": false},"severity": "ok"}],"states": [{"path": ")" +
+            cardPath +
+            R"(/sfp_1/sensor/state/sensorid_9","name": "M\u007f\u009b","part": "sfp_1","set": "",)"
+            R"("state": null,"severity": "ok"}]}]})");
 }
 
 } // namespace
