@@ -259,7 +259,8 @@ TEST_P(DeviceStates, FollowTheTable) {
         StagedDevice device(life[1], life[2], steps);
         EXPECT_EQ(device.State(), DEVICE_CREATED);
         device.Initialize();
-        device.end.get_future().wait_for(std::chrono::seconds(30));
+        EXPECT_EQ(device.end.get_future().wait_for(std::chrono::seconds(30)),
+                  std::future_status::ready);
         device.SetState(DEVICE_STOPPED);
         device.Stop();
         std::vector<std::string> written;
