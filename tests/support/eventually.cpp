@@ -6,7 +6,7 @@
 namespace vantric::test {
 
 bool Eventually(const std::function<bool()>& done, std::chrono::seconds patience) {
-    constexpr std::chrono::milliseconds breath{5};
+    constexpr std::chrono::milliseconds breath{20};
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!done()) {
         if (std::chrono::steady_clock::now() > deadline) {

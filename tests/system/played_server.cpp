@@ -134,12 +134,8 @@ int CountOf(const std::string& text, const std::string& piece) {
     return count;
 }
 
-std::string ScenarioFolder() {
-    return SIMULATOR_SCENARIOS;
-}
-
 std::string ReadScenario(const std::string& name) {
-    const std::ifstream file(ScenarioFolder() + "/" + name);
+    const std::ifstream file(SIMULATOR_SCENARIOS "/" + name);
     std::ostringstream text;
     text << file.rdbuf();
     EXPECT_FALSE(text.str().empty()) << name;

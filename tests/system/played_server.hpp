@@ -81,9 +81,6 @@ private:
 /** How often a piece stands in a text. */
 int CountOf(const std::string& text, const std::string& piece);
 
-/** The folder of the simulator's own scenarios. */
-std::string ScenarioFolder();
-
 /** The text of one of the simulator's own scenarios, by its file's name. */
 std::string ReadScenario(const std::string& name);
 

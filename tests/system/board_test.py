@@ -14,9 +14,10 @@ import shutil
 import subprocess
 import sys
 import tempfile
-import time
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
+
+from processes import Server, run
 
 SERVICE = "com.korv.zenth.vantricd"
 SENSOR = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_3_sensorid_1"
@@ -32,21 +33,6 @@ FILES = {
 # What the bus of a test does otherwise than the system's.
 NOT_IN_A_TEST = ("user", "fork", "pidfile", "listen", "includedir", "include", "servicehelper",
                  "standard_system_servicedirs")
-
-
-def run(*command, good=True, **options):
-    """Returns what a command wrote. Its status must be 0, or another one where good is False."""
-    done = subprocess.run([str(word) for word in command], text=True, check=False,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
-    assert (done.returncode == 0) == good, f"{command}: {done.returncode}\n{done.stdout}"
-    return done.stdout
-
-
-def wait_for(what, condition):
-    deadline = time.monotonic() + 60
-    while not condition():
-        assert time.monotonic() < deadline, f"no {what}"
-        time.sleep(0.05)
 
 
 def files_below(folder):
@@ -90,13 +76,13 @@ def check_other_prefix(board, libraries, prefix):
     run("systemd-analyze", "security", "--offline=true", "--threshold=15", unit)
 
 
-def write_bus_configuration(path, address, policy):
+def write_bus_configuration(path, policy):
     """The rules of the system's bus with the shipped policy."""
     tree = ElementTree.parse("/usr/share/dbus-1/system.conf")
     root = tree.getroot()
     for child in [child for child in root if child.tag in NOT_IN_A_TEST]:
         root.remove(child)
-    ElementTree.SubElement(root, "listen").text = address
+    ElementTree.SubElement(root, "listen").text = f"unix:path={path.parent}/bus"
     ElementTree.SubElement(root, "include").text = str(policy)
     path.write_text('<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration '
                     '1.0//EN"\n "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">\n' +
@@ -113,82 +99,55 @@ def make_user(folder):
     return [folder / "etc" / name for name in ("passwd", "group")]
 
 
-class Service:
-    """A bus with the shipped policy, a simulator and the service's command line as its user."""
-
-    def __init__(self, plain, source, image, libraries):
-        self.folder = image.parent
-        self.processes = []
-        self.environment = os.environ | {
-            "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.folder}/bus",
-            "SIMULATOR_SOCKET": f"{self.folder}/simulator",
-        }
-        unit = (image / "usr/lib/systemd/system/vantricd.service").read_text()
-        command = re.search(r"^ExecStart=(\S+)$", unit, re.MULTILINE).group(1)
-        self.user = re.search(r"^User=(\S+)$", unit, re.MULTILINE).group(1)
-        configuration = self.folder / "bus.conf"
-        write_bus_configuration(configuration, self.environment["DBUS_SYSTEM_BUS_ADDRESS"],
-                                image / f"usr/share/dbus-1/system.d/{SERVICE}.conf")
-        self.start("dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile")
-        self.start(plain / "simulator/simulator", source / "simulator/scenarios/first.yaml")
-        for name in ("bus", "simulator"):
-            wait_for(name, (self.folder / name).exists)
-            (self.folder / name).chmod(0o777)
-        self.environment["LD_LIBRARY_PATH"] = str(libraries)
-        self.start(*self.as_user(self.user), "--bounding-set=-all", image / command[1:])
-
-    @staticmethod
-    def as_user(user):
-        if user == "root":
-            return []
-        return ["setpriv", f"--reuid={user}", f"--regid={user}" if user != "nobody" else
-                "--regid=nogroup", "--clear-groups", "--no-new-privs", "--inh-caps=-all"]
-
-    def start(self, *command):
-        with open(self.folder / "log", "a", encoding="utf-8") as log:
-            self.processes.append(subprocess.Popen(
-                ["setpriv", "--pdeathsig=KILL", *map(str, command)], env=self.environment,
-                stdout=log, stderr=log))
-
-    def busctl(self, user, *words, good=True):
-        return run(*self.as_user(user), "busctl", *words, env=self.environment, good=good)
-
-    def publishes(self):
-        assert all(process.poll() is None for process in self.processes)
-        names = self.busctl("root", "list", "--acquired")
-        return SERVICE in names and SENSOR in self.busctl("root", "tree", "--list", SERVICE)
-
-    def stop(self):
-        for process in reversed(self.processes):
-            process.kill()
-            process.wait()
+def as_user(user):
+    if user == "root":
+        return []
+    return ["setpriv", f"--reuid={user}", f"--regid={user}" if user != "nobody" else
+            "--regid=nogroup", "--clear-groups", "--no-new-privs", "--inh-caps=-all"]
 
 
-def check_rights(service):
+def serve(server, plain, source, image, libraries):
+    """Starts a bus with the shipped policy, a simulator and the service's command line as its user.
+    Returns the user."""
+    unit = (image / "usr/lib/systemd/system/vantricd.service").read_text()
+    command = re.search(r"^ExecStart=(\S+)$", unit, re.MULTILINE).group(1)
+    user = re.search(r"^User=(\S+)$", unit, re.MULTILINE).group(1)
+    configuration = server.folder / "bus.conf"
+    write_bus_configuration(configuration, image / f"usr/share/dbus-1/system.d/{SERVICE}.conf")
+    server.start_bus(f"--config-file={configuration}")
+    server.start_simulator(plain / "simulator/simulator", source / "simulator/scenarios/first.yaml")
+    for name in ("bus", "socket"):
+        (server.folder / name).chmod(0o777)
+    server.environment["LD_LIBRARY_PATH"] = str(libraries)
+    server.start(*as_user(user), "--bounding-set=-all", image / command[1:])
+    server.wait_for("sensor", lambda: SERVICE in server.run("busctl", "list", "--acquired")
+                    and SENSOR in server.run("busctl", "tree", "--list", SERVICE))
+    return user
+
+
+def check_rights(server, service_user):
     """Everybody reads; root writes; root and the service's user may have the name."""
+    def busctl(user, *words, **options):
+        return server.run(*as_user(user), "busctl", *words, **options)
+
     probe = (SERVICE, SENSOR, "com.korv.zenth.Sensor.ProbeObj", "ObjectStatus")
-    for user in ("root", "nobody", service.user):
-        assert service.busctl(user, "get-property", *probe) == "y 2\n"
-        service.busctl(user, "introspect", SERVICE, SENSOR)
-    for user, may in (("nobody", False), (service.user, False), ("root", True)):
-        told = service.busctl(user, "set-property", *probe, "y", "1", good=may)
+    for user in ("root", "nobody", service_user):
+        assert busctl(user, "get-property", *probe) == "y 2\n"
+        busctl(user, "introspect", SERVICE, SENSOR)
+    for user, may in (("nobody", False), (service_user, False), ("root", True)):
+        told = busctl(user, "set-property", *probe, "y", "1", good=may)
         assert may or "Access denied" in told, told
     bus = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName")
-    for user, may in (("nobody", False), (service.user, True), ("root", True)):
-        told = service.busctl(user, "call", *bus, "su", SERVICE, "4", good=may)
+    for user, may in (("nobody", False), (service_user, True), ("root", True)):
+        told = busctl(user, "call", *bus, "su", SERVICE, "4", good=may)
         assert told == "u 3\n" if may else "Access denied" in told, told
 
 
 def main():
     if sys.argv[1] == "--serve":
         plain, source, image, libraries = map(Path, sys.argv[2:])
-        service = Service(plain, source, image, libraries)
-        try:
-            wait_for("sensor", service.publishes)
-            check_rights(service)
-        finally:
-            service.stop()
-            print((image.parent / "log").read_text())
+        with Server(image.parent) as server:
+            check_rights(server, serve(server, plain, source, image, libraries))
         return
     source, plain, board = map(Path, sys.argv[1:4])
     with tempfile.TemporaryDirectory() as name:

@@ -13,10 +13,10 @@ import shutil
 import subprocess
 import sys
 import tempfile
-import time
 from pathlib import Path
 
-SERVICE = "com.korv.zenth.vantricd"
+from processes import Server
+
 PAGES = ("README.md", "CONTRIBUTING.md", "docs/*.md", "docs/man/*.rst", "platform/*.md", "demo")
 RUN = re.compile(r"(build/simulator/)?(simctl|simulator|busctl|export|kill)\s|vantric(d|-monitor) +--")
 # Seen by other tests, by ./check itself, or on a board only.
@@ -57,53 +57,32 @@ def script_of(source, block):
     return "\n".join(lines)
 
 
-def wait_for(condition):
-    deadline = time.monotonic() + 60
-    while not condition():
-        assert time.monotonic() < deadline
-        time.sleep(0.05)
+def beside_a_daemon(script):
+    # A simulator in the background needs a moment until it listens.
+    script = re.sub(r" &$", " &\nuntil simctl list >/dev/null 2>&1; do sleep 0.05; done", script,
+                    flags=re.M)
+    # What a failure leaves in the background must not keep the output open.
+    return "trap 'kill $(jobs -p) 2>/dev/null || true' EXIT\n" + script
 
 
 def main():
     source, build = (Path(word).resolve() for word in sys.argv[1:])
-    scripts = {script_of(source, block): page.name for pattern in PAGES
-               for page in sorted(source.glob(pattern)) for block in blocks_of(page)}
+    scripts = dict.fromkeys(script_of(source, block) for pattern in PAGES
+                            for page in sorted(source.glob(pattern)) for block in blocks_of(page))
     assert len(scripts) > 5, scripts
-    with tempfile.TemporaryDirectory() as name:
-        folder = Path(name)
-        (folder / "build").symlink_to(build)
-        (folder / "simulator").symlink_to(source / "simulator")
-        address = f"unix:path={folder}/bus"
-        places = [build / "simulator", build / "monitor", build / "src/vantric"]
-        environment = os.environ | {
-            "DBUS_SYSTEM_BUS_ADDRESS": address, "SIMULATOR_SOCKET": f"{folder}/socket",
-            "PATH": os.pathsep.join([*map(str, places), os.environ["PATH"]])}
-        started = []
-
-        def start(*command):
-            started.append(subprocess.Popen(command, cwd=folder, env=environment))
-
-        try:
-            start("dbus-daemon", "--session", f"--address={address}", "--nofork", "--nopidfile")
-            wait_for((folder / "bus").exists)
-            start("simulator", "simulator/scenarios/first.yaml")
-            wait_for((folder / "socket").exists)
-            start("vantricd")
-            wait_for(lambda: subprocess.run(["vantric-monitor", "--once"], env=environment, check=False,
-                                            capture_output=True).returncode == 0)
-            for script, page in scripts.items():
-                # A simulator in the background needs a moment until it listens.
-                script = re.sub(r" &$", " &\nuntil simctl list >/dev/null 2>&1; do sleep 0.05; done",
-                                script, flags=re.M)
-                # What a failure leaves in the background must not keep the output open.
-                script = "trap 'kill $(jobs -p) 2>/dev/null || true' EXIT\n" + script
-                done = subprocess.run(["bash", "-emc", script], cwd=folder, env=environment, check=False,
-                                      stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
-                assert done.returncode == 0, f"{page}:\n{script}\n{done.stdout}"
-        finally:
-            for process in reversed(started):
-                process.kill()
-                process.wait()
+    places = [build / "simulator", build / "monitor", build / "src/vantric", os.environ["PATH"]]
+    with tempfile.TemporaryDirectory() as name, \
+            Server(name, PATH=os.pathsep.join(map(str, places))) as server:
+        (server.folder / "build").symlink_to(build)
+        (server.folder / "simulator").symlink_to(source / "simulator")
+        server.start_bus()
+        server.start_simulator(build / "simulator/simulator", "simulator/scenarios/first.yaml")
+        server.start(build / "src/vantric/vantricd")
+        server.wait_for("daemon", lambda: subprocess.run(
+            [build / "monitor/vantric-monitor", "--once"], env=server.environment, check=False,
+            capture_output=True).returncode == 0)
+        for script in scripts:
+            server.run("bash", "-emc", beside_a_daemon(script))
 
 
 if __name__ == "__main__":
