@@ -4,8 +4,8 @@
 
 #include "dbus_handler/dbus_handler.hpp"
 #include "dbus_handler/handlers.hpp"
-#include "dbus_handler/log_recorder.hpp"
 #include "support/bus_client.hpp"
+#include "support/captured_log.hpp"
 
 #include "dbus_handler/channel_publisher.hpp"
 

@@ -228,7 +228,9 @@ TEST_F(SensorObjects, SignalEachChangeOnceAndInOrder) {
           "Functional=true"}},
         {0,
          {"ProbeStatus=0", "ObjectStatus=6", "ProbeReading=2147483647", "Value=0",
-          "Available=false", "Functional=false"}}};
+          "Available=false", "Functional=false"}},
+        {std::nan(""), {"Value=nan"}},
+        {-std::nan(""), {}}};
     for (const auto& [kind, interfaces] : interfacesOfKind) {
         auto request = CardSensor(kind, kind);
         request.sensor.temperature = 95;

@@ -1,29 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-/** How a property behaves under writes from inside and from clients, and how an interface is
- *  announced. One class stands for all: they come from the same template. */
+/** What an interface tells of its first values, and what a client may write. A few classes stand
+ * for all: they come from the same template. */
 #include "interfaces/served_bus.hpp"
 
-#include <com/korv/zenth/PLDM/StateSensor/server.hpp>
 #include <com/korv/zenth/Sensor/ProbeObj/server.hpp>
 #include <xyz/openbmc_project/Association/Definitions/server.hpp>
-#include <xyz/openbmc_project/Sensor/Threshold/Warning/server.hpp>
 #include <xyz/openbmc_project/Sensor/Value/server.hpp>
-
-#include <sdbusplus/server/manager.hpp>
-
-#include <cmath>
-#include <limits>
-#include <optional>
 
 namespace vantric::test {
 
 namespace {
 
-using sdbusplus::server::com::korv::zenth::pldm::StateSensor;
 using sdbusplus::server::com::korv::zenth::sensor::ProbeObj;
 using sdbusplus::server::xyz::openbmc_project::association::Definitions;
 using sdbusplus::server::xyz::openbmc_project::sensor::Value;
-using sdbusplus::server::xyz::openbmc_project::sensor::threshold::Warning;
 
 constexpr auto path = "/sensors/one";
 
@@ -48,17 +38,6 @@ protected:
         return client.SetProperty(service, path, interface, property, value).error;
     }
 };
-
-TEST_F(Binding, TakesOneNaNForAnother) {
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    Warning thresholds(bus, path);
-    thresholds.warningHigh(-nan);
-    thresholds.warningHigh(90);
-    thresholds.warningHigh(nan);
-    EXPECT_EQ((std::vector{Changed(Warning::interface, "WarningHigh", "90"),
-                           Changed(Warning::interface, "WarningHigh", "nan")}),
-              Sent());
-}
 
 TEST_F(Binding, WritesTheMapInItsOrderAndTellsNoChangeOfAConstProperty) {
     const std::map<std::string, ProbeObj::PropertiesVariant> values{
@@ -106,32 +85,6 @@ TEST_F(Binding, RefusesWhatAClientCantWrite) {
     EXPECT_EQ(0, sensor.value());
     EXPECT_EQ(0, probe.probeReading());
     EXPECT_EQ(std::vector<Signal>{}, Sent());
-}
-
-TEST_F(Binding, AnnouncesAndWithdrawsOnce) {
-    const sdbusplus::server::manager_t manager(bus, "/sensors");
-    const auto members = [this] {
-        std::string sent;
-        for (const auto& signal : Sent()) {
-            sent += signal.path + ' ' + signal.member + ' ';
-        }
-        return sent;
-    };
-    std::optional<StateSensor> sensor(std::in_place, bus, path);
-    sensor->stateSensorDetails({{"a", {"Health State", "Normal"}}}, true);
-    sensor->emit_removed();
-    EXPECT_EQ("", members());
-    sensor->emit_added();
-    sensor->emit_added();
-    EXPECT_EQ("/sensors InterfacesAdded ", members());
-    sensor.reset();
-    EXPECT_EQ("/sensors InterfacesRemoved ", members());
-    EXPECT_EQ(0u, client.GetManagedObjects(service, "/sensors").count(path));
-    sensor.emplace(bus, path);
-    sensor->emit_added();
-    sensor->emit_removed();
-    sensor->emit_removed();
-    EXPECT_EQ("/sensors InterfacesAdded /sensors InterfacesRemoved ", members());
 }
 
 } // namespace

@@ -2,41 +2,28 @@
 /** Runs a piece of a test in a process of its own: for what exists once in a process. */
 #pragma once
 
+#include "support/process.hpp"
+
 #include <gtest/gtest.h>
 
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <functional>
-#include <string>
-#include <vector>
 
-namespace test {
+namespace vantric::test {
 
-/** Starts a forked child, which ends with 0 unless an expectation in body failed. */
-inline pid_t StartChild(const std::function<void()>& body) {
-    std::fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
+/** A copy of this process that ends with 0 unless an expectation in body failed. */
+inline Process Child(const std::function<void()>& body) {
+    return Process([&] {
         body();
-        std::exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    return child;
+        return testing::Test::HasFailure() ? 1 : 0;
+    });
 }
 
-/** Waits for a child's end and returns its exit status, or -1 if it didn't exit by itself. */
-inline int EndOf(pid_t child) {
-    int status = 0;
-    return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-/** Runs body in a forked child, whose failure is the test's. */
+/** Runs body in a copy of this process, whose failure is the test's. */
 inline void InAChild(const std::function<void()>& body) {
-    EXPECT_EQ(0, EndOf(StartChild(body)));
+    EXPECT_EQ(0, Child(body).WaitForEnd());
 }
 
 /** Does the same and returns what the child wrote to standard error, one string for each write. */
@@ -44,7 +31,7 @@ inline std::vector<std::string> CaptureWrites(const std::function<void()>& body)
     std::array<int, 2> ends{};
     // Each write into a socket of this kind stays a record of its own.
     EXPECT_EQ(0, socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends.data()));
-    const pid_t child = StartChild([&] {
+    Process child = Child([&] {
         close(ends[0]);
         dup2(ends[1], STDERR_FILENO);
         close(ends[1]);
@@ -58,8 +45,8 @@ inline std::vector<std::string> CaptureWrites(const std::function<void()>& body)
         writes.emplace_back(buffer.data(), static_cast<std::size_t>(length));
     }
     close(ends[0]);
-    EXPECT_EQ(0, EndOf(child));
+    EXPECT_EQ(0, child.WaitForEnd());
     return writes;
 }
 
-} // namespace test
+} // namespace vantric::test

@@ -16,8 +16,8 @@
 namespace {
 
 using namespace std::chrono_literals;
-using test::CaptureWrites;
-using test::InAChild;
+using vantric::test::CaptureWrites;
+using vantric::test::InAChild;
 using testing::ElementsAre;
 using testing::MatchesRegex;
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-using test::CaptureWrites;
+using vantric::test::CaptureWrites;
 using testing::ElementsAre;
 using Writes = std::vector<std::string>;
 

@@ -92,3 +92,13 @@ int CapturedLog::Count(int level, const std::string& message) const {
     const auto messages = Messages(level);
     return static_cast<int>(std::ranges::count(messages, message));
 }
+
+std::vector<std::string> TakeLog() {
+    static CapturedLog log;
+    std::vector<std::string> texts;
+    for (const auto& line : log.Take()) {
+        texts.push_back(std::to_string(line.level) + " " + line.function + ": " +
+                        line.message.substr(0, line.message.find('\n')));
+    }
+    return texts;
+}

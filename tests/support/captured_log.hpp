@@ -41,3 +41,7 @@ public:
     /** How often exactly this message was logged at this level. */
     int Count(int level, const std::string& message) const;
 };
+
+/** Returns the lines logged by all threads since the last call, in their order, as in
+ *  "1 dbusClear: text": level, function and message. The first call begins it and returns none. */
+std::vector<std::string> TakeLog();

@@ -7,10 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -24,7 +24,6 @@ namespace {
 [[noreturn]] void BecomeProgram(const std::vector<std::string>& command,
                                 const std::map<std::string, std::string>& environment,
                                 const std::filesystem::path& log) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int output = open(log.c_str(), O_CREAT | O_WRONLY | O_APPEND, 0600);
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
@@ -42,13 +41,20 @@ namespace {
 
 } // namespace
 
-Process::Process(const std::vector<std::string>& command,
-                 const std::map<std::string, std::string>& environment, std::filesystem::path log)
-    : log(std::move(log)) {
+Process::Process(const std::function<int()>& body) {
+    std::fflush(nullptr);
     process = fork();
     if (process == 0) {
-        BecomeProgram(command, environment, this->log);
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        std::exit(body());
     }
+}
+
+Process::Process(const std::vector<std::string>& command,
+                 const std::map<std::string, std::string>& environment,
+                 const std::filesystem::path& log)
+    : Process([&]() -> int { BecomeProgram(command, environment, log); }) {
+    this->log = log;
 }
 
 Process::~Process() {

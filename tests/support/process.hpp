@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,15 +13,19 @@
 
 namespace vantric::test {
 
-/** Starts a program, with standard output and error in a file. It ends with this object, and also
- *  when the test's thread dies. */
+/** A program with standard output and error in a file, or a copy of the test's own process. It ends
+ *  with this object, and also when the test's thread dies. */
 class Process {
 public:
+    /** Runs body in a copy of this process, which exits with its result. */
+    explicit Process(const std::function<int()>& body);
+
     /** @param command program and arguments
      *  @param environment added to the test's own
      *  @param log receives what the program writes */
     Process(const std::vector<std::string>& command,
-            const std::map<std::string, std::string>& environment, std::filesystem::path log);
+            const std::map<std::string, std::string>& environment,
+            const std::filesystem::path& log);
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
