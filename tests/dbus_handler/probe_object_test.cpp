@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-/** What the probe object tells the sensor data cache. */
+/** What the probe object tells the sensor data cache, and what clients can't write. */
 #include "dbus_handler/probe_object.hpp"
-#include "interfaces/served_bus.hpp"
+#include "support/bus_client.hpp"
+#include "support/private_bus.hpp"
 
 #include <sensorstore.hpp>
+#include <xyz/openbmc_project/Sensor/Value/server.hpp>
+
+#include <gtest/gtest.h>
 
 #include <utility>
 
@@ -37,7 +41,6 @@ std::string Text(const SensorStoreValue& value) {
 Texts TakeStoreCalls() {
     return std::exchange(calls, {});
 }
-using Bag = PropertyBag<bindings::ProbeObj>;
 
 } // namespace
 
@@ -69,23 +72,6 @@ int SensorStoreKeys::remove(const std::string& key) {
     return 0;
 }
 
-int sensorstore_probeobj_create(const std::string& path,
-                                const std::map<std::string, SensorStoreValue>& /*values*/) {
-    calls.push_back("create " + path);
-    return 0;
-}
-
-int sensorstore_probeobj_set_property(const std::string& path, const std::string& property,
-                                      const SensorStoreValue& /*value*/) {
-    calls.push_back("set " + path + " " + property);
-    return 0;
-}
-
-int sensorstore_probeobj_remove(const std::string& path) {
-    calls.push_back("remove " + path);
-    return 0;
-}
-
 std::string sensorstore_service() {
     return "store";
 }
@@ -94,19 +80,41 @@ namespace vantric::test {
 
 namespace {
 
-class Probe : public ServedBus {
+class Probe : public testing::Test {
 protected:
-    Probe() { TakeStoreCalls(); }
+    static constexpr auto service = "test.Service";
+
+    Probe() {
+        client.Serve(connection);
+        bus.request_name(service);
+        TakeStoreCalls();
+    }
+
+    static sd_bus* Open() {
+        sd_bus* opened = nullptr;
+        EXPECT_LE(0, sd_bus_open_system(&opened));
+        return opened;
+    }
 
     std::size_t SignalCount() {
         client.Settle(service);
         return client.TakeSignals().size();
     }
 
-    const Bag bag{{"Key", std::string("K")},
-                  {"ObjectStatus", std::uint8_t{6}},
-                  {"ProbeReading", std::int32_t{0}},
-                  {"meta-NonCached", std::string("K")}};
+    /** Writes a property as a client; returns the error's name. */
+    template <typename T>
+    std::string Write(const char* interface, const char* property, const T& value) {
+        return client.SetProperty(service, "/p", interface, property, value).error;
+    }
+
+    const PropertyBag<bindings::ProbeObj> bag{{"Key", std::string("K")},
+                                              {"ObjectStatus", std::uint8_t{6}},
+                                              {"ProbeReading", std::int32_t{0}},
+                                              {"meta-NonCached", std::string("K")}};
+    PrivateBus daemon;
+    sd_bus* connection = Open();
+    sdbusplus::bus_t bus{connection, std::false_type()};
+    BusClient client;
 };
 
 TEST_F(Probe, ReportsItsChangesAndItsKey) {
@@ -128,12 +136,29 @@ TEST_F(Probe, ReportsItsChangesAndItsKey) {
 TEST_F(Probe, TakesAClientsWriteTheSameWay) {
     ProbeObject object(bus, "/p", bag);
     TakeStoreCalls();
-    constexpr auto interface = ProbeObject::interface;
     const ProbeThresholds thresholds{6, 5, 4, 3, 2, 1};
-    EXPECT_EQ("",
-              client.SetProperty(service, "/p", interface, "ProbeThresholds", thresholds).error);
+    EXPECT_EQ("", Write(ProbeObject::interface, "ProbeThresholds", thresholds));
     EXPECT_EQ(Texts{"changed /p ProbeThresholds=2:6;5;4;3;2;1;"}, TakeStoreCalls());
-    EXPECT_NE("", client.SetProperty(service, "/p", interface, "Key", std::string("L")).error);
+}
+
+TEST_F(Probe, RefusesWhatAClientCantWrite) {
+    bindings::Value sensor(bus, "/p");
+    ProbeObject probe(bus, "/p", bag);
+    TakeStoreCalls();
+    SignalCount();
+    const std::string error = "org.freedesktop.DBus.Error.";
+    const std::string text = "5";
+    EXPECT_EQ("", Write(bindings::Value::interface, "Unit",
+                        std::string("xyz.openbmc_project.Sensor.Value.Unit.Volts")));
+    EXPECT_EQ(error + "InvalidArgs", Write(bindings::Value::interface, "Unit", text));
+    EXPECT_EQ(error + "InvalidArgs", Write(bindings::Value::interface, "Value", text));
+    EXPECT_EQ(error + "PropertyReadOnly", Write(ProbeObject::interface, "ProbeReading", 5));
+    EXPECT_EQ(error + "PropertyReadOnly", Write(ProbeObject::interface, "Key", text));
+    EXPECT_EQ(error + "UnknownProperty", Write(bindings::Value::interface, "Other", 5.0));
+    EXPECT_EQ(bindings::Value::Unit::Volts, sensor.unit());
+    EXPECT_EQ(0, sensor.value());
+    EXPECT_EQ(0, probe.probeReading());
+    EXPECT_EQ(1U, SignalCount());
     EXPECT_EQ(Texts{}, TakeStoreCalls());
 }
 

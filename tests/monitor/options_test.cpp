@@ -18,17 +18,6 @@ Options Parse(std::vector<std::string> arguments) {
     return ParseOptions(static_cast<int>(pointers.size() - 1), pointers.data());
 }
 
-TEST(Options, TellWhatToShow) {
-    EXPECT_EQ(Parse({}).output, Output::LIVE);
-    EXPECT_EQ(Parse({"--once"}).output, Output::TABLE);
-    EXPECT_EQ(Parse({"--json", "--card", "slot 3"}).output, Output::JSON);
-    EXPECT_EQ(Parse({"--json", "--card", "slot 3"}).card, "slot 3");
-    EXPECT_EQ(Parse({"--for", "30"}).duration, std::chrono::seconds(30));
-    EXPECT_EQ(Parse({"-h"}).output, Output::HELP);
-    EXPECT_EQ(Parse({"--help", "--what"}).output, Output::HELP);
-    EXPECT_EQ(Parse({"--version"}).output, Output::VERSION);
-}
-
 TEST(Options, AreRefusedInOneLine) {
     const std::string hint = "; vantric-monitor --help tells the options";
     const std::string seconds = "--for takes seconds from 1 to 604800";

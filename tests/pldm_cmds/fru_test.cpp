@@ -62,33 +62,6 @@ TEST(GetFRUMetaData, StoresLengthAndCount) {
     EXPECT_EQ(log.Count(4, "Total Number of Records in Table = 263\n"), 1);
 }
 
-TEST(GetFRUContents, StoresEachFieldInItsMember) {
-    Bytes fields;
-    for (std::uint8_t type = 1; type <= 14; ++type) {
-        if (type == 6) {
-            fields.Add(Field(6, {0, 0, 0, 0, 0, 9, 5, 7, 12, 3, 0xE5, 0x07, 0x10}));
-        } else {
-            fields.Add(Field(type, "value" + std::to_string(type)));
-        }
-    }
-    fields.Add(Field(15, {0x8C, 0x1A, 0x00, 0x00}));
-    FruEndpoint endpoint;
-    const auto contents = endpoint.Parse(Record(1, 15, fields));
-    ASSERT_TRUE(contents);
-    const std::vector<std::string> values{
-        contents->ChassisType, contents->Model,        contents->PN,
-        contents->SN,          contents->Manufacturer, contents->ManufacturerDate,
-        contents->Vendor,      contents->Name,         contents->SKU,
-        contents->Version,     contents->AssetTag,     contents->Description,
-        contents->ECLevel,     contents->Other,        contents->IANA};
-    EXPECT_EQ(values, (std::vector<std::string>{"value1", "value2", "value3", "value4", "value5",
-                                                "2021-03-12 - 07:05:09", "value7", "value8",
-                                                "value9", "value10", "value11", "value12",
-                                                "value13", "value14", "6796"}));
-    EXPECT_EQ(contents->FirmwareVersion, "");
-    EXPECT_EQ(contents->vendorId, 0);
-}
-
 TEST(GetFRUContents, FieldRules) {
     struct Row {
         const char* name;

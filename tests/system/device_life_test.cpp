@@ -54,13 +54,6 @@ TEST(SilentEndpoint, IsLeftForI2cUntilATableBringsItBack) {
     server.See(slot3 + " Value=55").Do("unsilence 11").Do("table").See(slot3 + " Value=50");
 }
 
-TEST(SilentEndpoint, WithoutI2cShowsNoReadingAndIsTriedAgain) {
-    PlayedServer server(twoCards);
-    server.See(slot4 + " Value=40").Do("silence 13").See(slot4 + " Value=2147483647");
-    server.Read("Device in Slot 4 waiting 115 seconds").Do("unsilence 13");
-    server.See(slot4 + " Value=40");
-}
-
 TEST(Table, IsTakenDuringTimeOuts) {
     PlayedServer server(i2cAlone);
     server.See(slot3 + " Value=50").Do("silence 12");
@@ -76,14 +69,6 @@ TEST(Table, DuringAnInventoryLeadsToANewOneOnItsEndpoints) {
     server.Read("MCTP Timeout::For CMD = 4 and EID = 12").Do("move 21 31");
     server.Read("Updating EID = 31 for slot 3").Do("set 31 1 60").See(controller2 + " Value=60");
     EXPECT_EQ(CountOf(server.Log(), "PLDM Inventory failed"), 0);
-}
-
-TEST(Table, TakesADeviceAwayThatSitsInATimeOut) {
-    PlayedServer server(twoCards);
-    server.See(slot3 + " Value=50").See(slot4 + " Value=40").Do("silence 11");
-    server.Read("MCTP Timeout::For CMD = 11 and EID = 11").Do("pull 3").Miss(slot3);
-    server.Do("set 13 1 60").See(slot4 + " Value=60");
-    server.Do("plug 3").Do("recover 11").See(slot3 + " Value=50");
 }
 
 TEST(Controllers, OverI2cAreOrderedByTheirUdids) {
