@@ -49,15 +49,6 @@ protected:
         request.searchKey = "/sensor/state/sensorid_9";
         return request;
     }
-
-    /** The object is there already. */
-    void ExpectNothingNew(const PlainInventoryRequest& request) {
-        TakeLog();
-        Sent();
-        EXPECT_EQ(0, Do(dbusInvDataInsert, request));
-        EXPECT_EQ(std::vector<Signal>{}, Sent());
-        EXPECT_EQ(Texts{}, TakeLog());
-    }
 };
 
 TEST_F(InventoryObjects, ShowTheFruOfACard) {

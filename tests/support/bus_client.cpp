@@ -111,14 +111,6 @@ std::map<std::string, Interfaces> BusClient::GetManagedObjects(const char* servi
     });
 }
 
-std::string BusClient::Introspect(const char* service, const std::string& path) {
-    const auto result = Call(service, path, "org.freedesktop.DBus.Introspectable", "Introspect");
-    if (!result.error.empty()) {
-        throw std::runtime_error(result.error + ": " + result.text);
-    }
-    return result.text.substr(1, result.text.size() - 2);
-}
-
 void BusClient::Settle(const char* service) {
     const auto result = Call(service, "/", "org.freedesktop.DBus.Peer", "Ping");
     if (!result.error.empty()) {

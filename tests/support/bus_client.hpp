@@ -96,10 +96,6 @@ public:
     std::map<std::string, Interfaces> GetManagedObjects(const char* service,
                                                         const std::string& path);
 
-    /** Returns the introspection of an object, in XML.
-     *  @throws std::runtime_error if the service doesn't answer. */
-    std::string Introspect(const char* service, const std::string& path);
-
     /** Waits until everything that the service sent before has arrived here: signals that aren't
      *  recorded then were not sent.
      *  @throws std::runtime_error if the service doesn't answer. */

@@ -7,6 +7,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <map>
 #include <stdexcept>
 #include <vector>
 
@@ -21,39 +22,33 @@ T ReadBasic(sd_bus_message* message, char type) {
     return value;
 }
 
-std::string DoubleText(double value) {
+template <typename Number>
+std::string NumberText(sd_bus_message* message, char type) {
     std::array<char, 32> text{};
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
+    const auto [end, error] =
+        std::to_chars(text.data(), text.data() + text.size(), ReadBasic<Number>(message, type));
     return std::string(text.data(), error == std::errc() ? end : text.data());
 }
 
+std::string BooleanText(sd_bus_message* message, char type) {
+    return ReadBasic<int>(message, type) != 0 ? "true" : "false";
+}
+
+std::string QuotedText(sd_bus_message* message, char type) {
+    return '"' + std::string(ReadBasic<const char*>(message, type)) + '"';
+}
+
 std::string BasicText(sd_bus_message* message, char type) {
-    switch (type) {
-    case SD_BUS_TYPE_BYTE:
-        return std::to_string(ReadBasic<std::uint8_t>(message, type));
-    case SD_BUS_TYPE_BOOLEAN:
-        return ReadBasic<int>(message, type) != 0 ? "true" : "false";
-    case SD_BUS_TYPE_INT16:
-        return std::to_string(ReadBasic<std::int16_t>(message, type));
-    case SD_BUS_TYPE_UINT16:
-        return std::to_string(ReadBasic<std::uint16_t>(message, type));
-    case SD_BUS_TYPE_INT32:
-        return std::to_string(ReadBasic<std::int32_t>(message, type));
-    case SD_BUS_TYPE_UINT32:
-        return std::to_string(ReadBasic<std::uint32_t>(message, type));
-    case SD_BUS_TYPE_INT64:
-        return std::to_string(ReadBasic<std::int64_t>(message, type));
-    case SD_BUS_TYPE_UINT64:
-        return std::to_string(ReadBasic<std::uint64_t>(message, type));
-    case SD_BUS_TYPE_DOUBLE:
-        return DoubleText(ReadBasic<double>(message, type));
-    case SD_BUS_TYPE_STRING:
-    case SD_BUS_TYPE_OBJECT_PATH:
-    case SD_BUS_TYPE_SIGNATURE:
-        return '"' + std::string(ReadBasic<const char*>(message, type)) + '"';
-    default:
-        throw std::runtime_error(std::string("no text for the D-Bus type ") + type);
-    }
+    static const std::map<char, std::string (*)(sd_bus_message*, char)> texts{
+        {SD_BUS_TYPE_BYTE, NumberText<std::uint8_t>},
+        {SD_BUS_TYPE_BOOLEAN, BooleanText},
+        {SD_BUS_TYPE_UINT16, NumberText<std::uint16_t>},
+        {SD_BUS_TYPE_INT32, NumberText<std::int32_t>},
+        {SD_BUS_TYPE_UINT32, NumberText<std::uint32_t>},
+        {SD_BUS_TYPE_DOUBLE, NumberText<double>},
+        {SD_BUS_TYPE_STRING, QuotedText},
+        {SD_BUS_TYPE_OBJECT_PATH, QuotedText}};
+    return texts.at(type)(message, type);
 }
 
 /** The texts of all values up to the end of the container. */

@@ -27,9 +27,6 @@ TEST(Cards, ShowReadingsStatesHealthAndModels) {
                "\"Fatal\")}");
     server.See("Nic/Slot/5 DeviceStatus=5").See("Nic/Slot/3 DeviceStatus=2");
 
-    server.Do("fru 3 \"MX-200 OCP3\"").See(sensor5 + " DeviceType=OCP3");
-    server.See("temperature/NIC_Slot_3_sensorid_7 DeviceType=OCP3");
-    server.See("temperature/NIC_Slot_6_sensorid_5 DeviceType=");
 }
 
 TEST(Cards, AreModelledAgainWithTheirNumbersWhenTheirRecordsChange) {
