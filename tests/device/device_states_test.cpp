@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
+#include <regex>
 #include <sstream>
 #include <thread>
 
@@ -141,17 +142,13 @@ struct Step {
 
 std::vector<Step> Steps(const std::string& story) {
     std::vector<Step> steps;
-    for (auto word : Split(story, ' ')) {
-        Step step;
-        if (word.back() == '!' || word.back() == 'x') {
-            step.then = word.back();
-            word.pop_back();
-        }
-        const auto at = word.find_first_of("*=");
-        const int number = at != std::string::npos ? std::stoi(word.substr(at + 1)) : 1;
-        step.event = word.substr(0, at);
-        step.status = at != std::string::npos && word[at] == '=' ? number : 0;
-        steps.insert(steps.end(), step.status == 0 ? number : 1, step);
+    static const std::regex form("([IM]?[\\d,]+)(?:([*=])(\\d+))?([!x]?)");
+    for (const auto& word : Split(story, ' ')) {
+        std::smatch part;
+        std::regex_match(word, part, form);
+        const int number = part[3].matched ? std::stoi(part[3]) : 1;
+        const Step step{part[1], part[2] == "=" ? number : 0, part[4].str()[0]};
+        steps.insert(steps.end(), part[2] == "*" ? number : 1, step);
     }
     return steps;
 }

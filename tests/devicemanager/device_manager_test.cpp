@@ -21,7 +21,6 @@
 #include <mutex>
 #include <thread>
 
-#include <sched.h>
 #include <unistd.h>
 
 namespace vantric {
@@ -198,44 +197,6 @@ TEST_F(DeviceManagerLife, MakesCommandsGiveWayOnlyWhileATableReachesForADevice) 
                                     {"Index ", false}, // a new device
                                     {"SlotNu", false},
                                     {"Index ", true}})); // one that exists
-}
-
-TEST_F(DeviceManagerLife, NoThreadGetsTheDevicesBeforeCommandsStopGivingWay) {
-    // The table's thread runs when nothing else wants to, and who waits for the devices on the same
-    // processor: it goes on as soon as they are free, before the table's thread does.
-    const auto beginOnIt = [processor = sched_getcpu()](std::atomic<pid_t>& thread, int policy) {
-        cpu_set_t set;
-        CPU_ZERO(&set);
-        CPU_SET(processor, &set);
-        const sched_param parameter{};
-        EXPECT_EQ(sched_setaffinity(0, sizeof(set), &set), 0);
-        EXPECT_EQ(sched_setscheduler(0, policy, &parameter), 0);
-        thread = gettid();
-    };
-    Bring({{.eid = 12, .i2c = 1}});
-    std::atomic<bool> free{false};
-    InCycle([&](Device&) { EXPECT_TRUE(Eventually([&] { return free.load(); })); });
-    std::atomic<pid_t> tableId{0};
-    std::thread table([&] {
-        beginOnIt(tableId, SCHED_IDLE);
-        Bring({{.eid = 32, .i2c = 1}});
-    });
-    EXPECT_TRUE(Eventually([&] {
-        return log.Count(4, "END_POINT_TABLE_UPDATED\n") == 2 && useNewEndPoints && Sleeps(tableId);
-    }));
-    std::atomic<pid_t> waiterId{0};
-    bool givesWay = false;
-    std::thread waiter([&] {
-        beginOnIt(waiterId, SCHED_OTHER);
-        manager.Update(FW_UPDATE_START, std::string("Event"));
-        givesWay = useNewEndPoints;
-    });
-    EXPECT_TRUE(
-        Eventually([&] { return log.Count(4, "FW_UPDATE_START\n") == 1 && Sleeps(waiterId); }));
-    free = true;
-    waiter.join();
-    table.join();
-    EXPECT_FALSE(givesWay);
 }
 
 TEST_F(DeviceManagerLife, SaysWhichEventItWasTold) {

@@ -10,11 +10,7 @@ namespace {
 using UpdatesTest = ModelingTest;
 
 TEST_F(UpdatesTest, AReadingCarriesTheKeyOfItsSensor) {
-    const struct {
-        Controller controller;
-        const char* key;
-        const char* stateKey;
-    } rows[] = {
+    const std::tuple<Controller, const char*, const char*> rows[] = {
         {onlyController, "_sensorid_5", "/sensor/state/sensorid_5"},
         {first, "_sensorid_ctrl1_5", "/sensor/state/sensorid_ctrl1_5"},
         {second, "sensorid_ctrl2_5", "/sensor/state/sensorid_ctrl2_5"},
@@ -25,16 +21,13 @@ TEST_F(UpdatesTest, AReadingCarriesTheKeyOfItsSensor) {
         modeling->UpdateStateSensorValue({{5, {}}}, controller);
         const auto posted = TakePosted();
         const auto& value = posted.values.at(0);
-        EXPECT_EQ(value.pathText, key);
-        EXPECT_EQ(value.value, -40.0);
-        EXPECT_EQ(value.deviceLdid, "NIC.Slot.3");
-        EXPECT_EQ(value.slot, 3);
-        EXPECT_EQ(value.sensorKind, SENSOR_KIND_THERMAL);
-        EXPECT_EQ(value.controller, controller.number);
-        EXPECT_EQ(posted.states.at(0).searchKey, stateKey);
-        EXPECT_EQ(posted.states.at(0).deviceLdid, "NIC.Slot.3");
-        EXPECT_EQ(posted.states.at(0).slot, 3);
-        EXPECT_EQ(posted.states.at(0).controller, controller.number);
+        EXPECT_EQ(std::tuple(value.pathText, value.value, value.sensorKind, value.controller),
+                  std::tuple(key, -40.0, SENSOR_KIND_THERMAL, controller.number));
+        const auto& state = posted.states.at(0);
+        EXPECT_EQ(std::tuple(state.searchKey, state.controller),
+                  std::tuple(stateKey, controller.number));
+        EXPECT_EQ(std::tuple(value.deviceLdid, value.slot), std::tuple("NIC.Slot.3", 3));
+        EXPECT_EQ(std::tuple(state.deviceLdid, state.slot), std::tuple("NIC.Slot.3", 3));
     }
 }
 

@@ -147,28 +147,6 @@ TEST(InstanceId, CountsFromOneModulo32) {
     EXPECT_EQ(endpoint.transport.requests[32][0], 0x81);
 }
 
-TEST(ResetEID, LetsTheOldTransportGoAndKeepsWhatWasRead) {
-    class Leaving : public ScriptedTransport {
-    public:
-        explicit Leaving(bool& gone) : ScriptedTransport(3, 9), gone(gone) {}
-        ~Leaving() override { gone = true; }
-
-    private:
-        bool& gone;
-    };
-    const CapturedLog log;
-    bool gone = false;
-    auto owned = std::make_unique<Leaving>(gone);
-    auto* const leaving = owned.get();
-    PLDMCmds cmds(3, 9, std::move(owned));
-    leaving->answers = {Good({5})};
-    EXPECT_EQ(cmds.GetTID(), 0);
-    cmds.ResetEID(12);
-    EXPECT_TRUE(gone);
-    EXPECT_EQ(cmds.ExtractedData().TID, 5);
-    EXPECT_EQ(log.Messages(1), std::vector<std::string>{"Updating EID = 12 for slot 3\n"});
-}
-
 TEST(GetPLDMTypes, TakesEachBitAndKeepsKnownVersions) {
     ScriptedEndpoint endpoint;
     endpoint.Supports(2, {v120});
