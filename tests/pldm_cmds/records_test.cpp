@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 
 using namespace vantric;
 
@@ -133,6 +134,25 @@ INSTANTIATE_TEST_SUITE_P(
             "ContainedEntityType=9999 ContainedEntityInstanceNumber=7 ContainerID=2 "
             "ContainedEntityContainerID=8 "}),
     [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Records, HoldNothingUntilTheyAreFilled) {
+    ScriptedEndpoint endpoint;
+    auto& data = endpoint.Data();
+    data.numericSensors = {std::make_shared<__Temp_sensors>()};
+    data.effectors = {std::make_shared<_Effectors>()};
+    data.stateSensors = {std::make_shared<_StateSensors>()};
+    data.stateSensors[0]->compositeSensors.resize(1);
+    data.entityAssociations = {std::make_shared<EAPDR>()};
+    data.entityAssociations[0]->containedEntities = {std::make_shared<CEList>()};
+    const CapturedLog log;
+    endpoint.cmds.GetExtractedData();
+    std::string filled;
+    for (const auto& line : log.Messages(4)) {
+        static const std::regex nothing("(.* having EID = 9|[^=]*|.* = [-0:. ]*)\n");
+        filled += std::regex_match(line, nothing) ? "" : line;
+    }
+    EXPECT_EQ(filled, "");
+}
 
 Bytes AssociationPdr(std::uint16_t containerType) {
     return Pdr(15, Bytes(3, 1).Add(containerType).AddZeros(5));
