@@ -1,45 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 /** Changes a running simulator. */
 
-#include "connection.hpp"
+#include "control/command.hpp"
 #include "control/control.hpp"
-#include "number_text.hpp"
-#include "payload.hpp"
 
 #include <cstdio>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace {
 
-/** How long the simulator may take: a command that waits says so in its last word. */
-std::chrono::milliseconds LimitOf(int argc, char** argv) {
-    constexpr std::chrono::seconds usualWait{60};
-    if (std::string_view(argv[1]) != "wait-requests") {
-        return simulator_link::answerTimeout;
-    }
-    const auto seconds = argc > 4 ? simulator::ParseInteger(argv[4]) : std::nullopt;
-    return std::chrono::seconds(seconds.value_or(usualWait.count()));
-}
-
-simulator_link::Frame FrameOf(int argc, char** argv) {
-    simulator_link::PayloadWriter writer;
-    for (int i = 1; i < argc; ++i) {
-        if (i > 1) {
-            writer.Write(std::uint8_t{0});
-        }
-        writer.Write(std::string_view(argv[i]));
-    }
-    return {simulator_link::FrameKind::Control, 1, writer.Finish()};
-}
-
-int Complain(const std::string& text) {
-    std::fprintf(stderr, "simctl: %s\n", text.c_str());
-    return 1;
-}
-
-bool WantsHelp(int argc, char** argv) {
-    const std::string_view word = argc < 2 ? "--help" : argv[1];
+bool WantsHelp(const std::vector<std::string>& words) {
+    const std::string word = words.empty() ? "--help" : words.front();
     return word == "--help" || word == "-h" || word == "help";
 }
 
@@ -53,29 +25,20 @@ void PrintHelp() {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (WantsHelp(argc, argv)) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (WantsHelp(words)) {
         PrintHelp();
         return 0;
     }
-    if (std::string_view(argv[1]) == "--version") {
+    if (words.front() == "--version") {
         std::puts("simctl " VANTRIC_VERSION);
         return 0;
     }
-    auto connection = simulator_link::Connection::Open(simulator_link::SocketPath());
-    if (!connection || !connection->Send(FrameOf(argc, argv))) {
-        return Complain("no simulator listens at \"" + simulator_link::SocketPath() +
-                        "\"; start one, or set SIMULATOR_SOCKET to the socket of one that runs");
+    const auto outcome = simulator::Command(words);
+    if (!outcome.good) {
+        std::fprintf(stderr, "simctl: %s\n", outcome.text.c_str());
+        return 1;
     }
-    const auto reply = connection->Receive(LimitOf(argc, argv));
-    if (!reply) {
-        return Complain("the simulator gave no answer in time");
-    }
-    simulator_link::PayloadReader reader(reply->payload);
-    const auto result = reader.Read<std::uint8_t>();
-    const auto text = reader.RestAsText();
-    if (result != 0) {
-        return Complain(text);
-    }
-    std::printf("%s\n", text.c_str());
+    std::printf("%s\n", outcome.text.c_str());
     return 0;
 }

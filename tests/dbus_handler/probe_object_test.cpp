@@ -72,6 +72,20 @@ int SensorStoreKeys::remove(const std::string& key) {
     return 0;
 }
 
+int sensorstore_probeobj_create(const std::string& /*path*/,
+                                const std::map<std::string, SensorStoreValue>& /*values*/) {
+    return 1;
+}
+
+int sensorstore_probeobj_set_property(const std::string& /*path*/, const std::string& /*property*/,
+                                      const SensorStoreValue& /*value*/) {
+    return 1;
+}
+
+int sensorstore_probeobj_remove(const std::string& /*path*/) {
+    return 1;
+}
+
 std::string sensorstore_service() {
     return "store";
 }

@@ -10,14 +10,15 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 
 namespace vantric::test {
 
-/** A copy of this process that ends with 0 unless an expectation in body failed. */
+/** A copy of this process that exits with 0 unless an expectation in body failed. */
 inline Process Child(const std::function<void()>& body) {
-    return Process([&] {
+    return Process([&]() -> int {
         body();
-        return testing::Test::HasFailure() ? 1 : 0;
+        std::exit(testing::Test::HasFailure() ? 1 : 0);
     });
 }
 

@@ -16,10 +16,10 @@
 namespace {
 
 using namespace std::chrono_literals;
-using vantric::test::CaptureWrites;
-using vantric::test::InAChild;
 using testing::ElementsAre;
 using testing::MatchesRegex;
+using vantric::test::CaptureWrites;
+using vantric::test::InAChild;
 
 /** A loop with the process's channel on it. Its test runs in a child, where the channel is new. */
 class Loop {

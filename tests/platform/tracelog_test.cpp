@@ -9,8 +9,8 @@
 
 namespace {
 
-using vantric::test::CaptureWrites;
 using testing::ElementsAre;
+using vantric::test::CaptureWrites;
 using Writes = std::vector<std::string>;
 
 /** Writes one line at each of the given levels, with TRACELOG_LEVEL as given. */

@@ -2,9 +2,6 @@
 #include "support/process.hpp"
 
 #include "support/eventually.hpp"
-#include "support/temporary_folder.hpp"
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 #include <cstdio>
@@ -46,7 +43,7 @@ Process::Process(const std::function<int()>& body) {
     process = fork();
     if (process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        std::exit(body());
+        std::_Exit(body());
     }
 }
 
@@ -90,14 +87,6 @@ const std::string& Process::Log() {
     file.seekg(static_cast<std::streamoff>(written.size()));
     written.append(std::istreambuf_iterator<char>(file), {});
     return written;
-}
-
-std::string Run(const std::vector<std::string>& command,
-                const std::map<std::string, std::string>& environment) {
-    const TemporaryFolder folder;
-    Process program(command, environment, folder.path / "output");
-    EXPECT_EQ(program.WaitForEnd(), 0) << command.front() << ": " << program.Log();
-    return program.Log();
 }
 
 } // namespace vantric::test

@@ -17,7 +17,7 @@ namespace vantric::test {
  *  with this object, and also when the test's thread dies. */
 class Process {
 public:
-    /** Runs body in a copy of this process, which exits with its result. */
+    /** Runs body in a copy of this process, which ends with its result and destroys nothing. */
     explicit Process(const std::function<int()>& body);
 
     /** @param command program and arguments
@@ -52,10 +52,5 @@ private:
     std::filesystem::path log;
     std::string written;
 };
-
-/** Runs a program to its end and returns what it wrote. A status other than 0 is a failure of the
- *  test. */
-std::string Run(const std::vector<std::string>& command,
-                const std::map<std::string, std::string>& environment);
 
 } // namespace vantric::test

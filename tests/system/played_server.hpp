@@ -31,7 +31,7 @@ public:
      *  @param logLevel what of the daemon's log is kept */
     explicit PlayedServer(const std::string& scenario, int logLevel = 4);
 
-    /** Runs a command of simctl. */
+    /** Has the simulator carry out a command of simctl. */
     PlayedServer& Do(const std::string& command);
 
     /** Waits until the bus shows an object with a property, such as
@@ -54,7 +54,7 @@ public:
     /** How many requests each endpoint has answered so far, by EID. */
     std::map<int, int> Answered() const;
 
-    /** Runs simctl with the words of a command and returns what it wrote. */
+    /** Has the simulator carry out the words of a command and returns what it says. */
     std::string Simctl(const std::vector<std::string>& words) const;
 
     /** What stands on the bus now; empty while the daemon has no name. */

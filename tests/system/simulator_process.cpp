@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "system/simulator_process.hpp"
 
+#include "control/command.hpp"
 #include "support/eventually.hpp"
+
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <iomanip>
@@ -33,9 +36,9 @@ void SimulatorProcess::Start(const std::string& scenario) {
 }
 
 std::string SimulatorProcess::Control(const std::vector<std::string>& words) {
-    std::vector<std::string> command{SIMCTL_PROGRAM};
-    command.insert(command.end(), words.begin(), words.end());
-    return Run(command, {});
+    const auto outcome = simulator::Command(words);
+    EXPECT_TRUE(outcome.good) << outcome.text;
+    return outcome.text;
 }
 
 std::vector<std::string> WordsOf(const std::string& text) {

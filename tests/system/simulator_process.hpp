@@ -27,7 +27,7 @@ public:
     /** Ends it as a crash would. */
     void Kill() { process.reset(); }
 
-    /** Runs simctl with the words of a command and returns what it wrote. A command that fails is a
+    /** Has the simulator carry out a command and returns what it says. A command that fails is a
      *  failure of the test. */
     static std::string Control(const std::vector<std::string>& words);
 
