@@ -26,7 +26,6 @@ TEST(Cards, ShowReadingsStatesHealthAndModels) {
     server.See("sensorid_ctrl2_20 StateSensorDetails={\"StateSensor.20.1\": (\"Health State\", "
                "\"Fatal\")}");
     server.See("Nic/Slot/5 DeviceStatus=5").See("Nic/Slot/3 DeviceStatus=2");
-
 }
 
 TEST(Cards, AreModelledAgainWithTheirNumbersWhenTheirRecordsChange) {
