@@ -113,21 +113,6 @@ TEST(NumericSensorPdr, SupportedBitsSelectThresholds) {
     }
 }
 
-TEST(NumericSensorPdr, RecordThatEndsInItsFieldsIsDropped) {
-    const Bytes whole = NumericSensorPdr{}.Build();
-    for (std::size_t length = 0; length < whole.size(); ++length) {
-        const CapturedLog log;
-        EXPECT_FALSE(Parse(Slice(whole, 0, length)));
-        if (length > 10) {
-            EXPECT_EQ(log.Messages(2).size(), 1U) << length;
-        }
-    }
-    // Slots that nobody reads may be missing.
-    NumericSensorPdr few{.supportedThresholds = 0x01};
-    few.slots.resize(4);
-    EXPECT_TRUE(Parse(few.Build()));
-}
-
 TEST(DecodeReal32, IsTheValueButForWhatIsNotANumber) {
     for (const std::uint32_t word : {0x3DCCCCCDU, 0xBF000000U, 0x00000001U, 0x807FFFFFU,
                                      0x7F7FFFFFU, 0x42280000U, 0x00800000U}) {
@@ -168,7 +153,6 @@ TEST(CompactSensorPdr, NameEndsAtNulAtTheRecordOrAt96) {
         EXPECT_EQ(sensor->auxSensorName, row.expected);
     }
     EXPECT_FALSE(Parse(CompactSensorPdr{.baseUnit = 5}.Build()));
-    EXPECT_FALSE(Parse(Cut(CompactSensorPdr{}.Build())));
 }
 
 } // namespace

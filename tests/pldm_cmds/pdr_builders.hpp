@@ -5,8 +5,10 @@
 
 #include "bytes.hpp"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
-#include <optional>
+#include <vector>
 
 /** A record with its common header around a body. */
 inline Bytes Pdr(std::uint8_t type, const Bytes& body, std::uint16_t changeNumber = 0) {
@@ -23,57 +25,33 @@ inline Bytes Pdr(std::uint8_t type, const Bytes& body, std::uint16_t changeNumbe
 struct NumericSensorPdr {
     std::uint16_t id = 5;
     std::size_t idWidth = 2; ///< 1 in the old layout
-    std::uint8_t init = 0;
     std::uint8_t auxNames = 1;
     std::uint8_t baseUnit = 2;
-    std::int8_t unitModifier = 0;
     std::uint8_t dataSize = 4;
-    std::uint32_t resolution = 0x3F800000; ///< 1.0
-    std::uint32_t offset = 0;
     std::uint64_t hysteresis = 3;
     std::uint8_t supportedThresholds = 0x3F;
     std::uint64_t maxReadable = 120;
-    std::uint64_t minReadable = 1;
     std::uint8_t rangeFormat = 0;
     std::vector<std::uint64_t> slots{50, 60, 40, 80, 10, 90, 8, 100, 6};
 
     Bytes Build() const {
-        const auto widthOf = [](std::uint8_t format) -> std::size_t {
-            return format <= 1 ? 1 : format <= 3 ? 2 : format <= 6 ? 4 : 8;
-        };
-        const std::size_t width = dataSize <= 1 ? 1 : dataSize <= 3 ? 2 : dataSize <= 5 ? 4 : 8;
-        Bytes body;
-        body.Add(std::uint16_t{0xAAAA}) // terminus handle
-            .AddWide(id, idWidth)
-            .Add(std::uint16_t{144})
-            .Add(std::uint16_t{2})
-            .Add(std::uint16_t{7})
-            .Add(init)
-            .Add(auxNames)
-            .Add(baseUnit)
-            .Add(unitModifier)
-            .Add(std::uint8_t{3})
-            .AddWide(0xEEEEEEEE, 4)  // OEM and auxiliary unit fields
-            .Add(std::uint8_t{1})    // rel
-            .Add(std::uint8_t{0xEE}) // auxOEMUnitHandle
-            .Add(std::uint8_t{1})    // isLinear
+        const std::size_t width = std::size_t{1} << std::min(dataSize / 2, 3);
+        constexpr std::array<std::size_t, 10> slotWidths{1, 1, 2, 2, 4, 4, 4, 8, 8, 8};
+        Bytes body = Bytes::FromHex("AA AA");
+        body.AddWide(id, idWidth)
+            .Add(Bytes::FromHex("90 00 02 00 07 00 00"))
+            .Add(Bytes{auxNames, baseUnit})
+            .Add(Bytes::FromHex("00 03 EE EE EE EE 01 EE 01")) // OEM and auxiliary units, linear
             .Add(dataSize)
-            .Add(resolution)
-            .Add(offset)
-            .Add(std::uint16_t{250})
-            .Add(std::uint8_t{4})
-            .Add(std::uint8_t{5})
+            .Add(Bytes::FromHex("00 00 80 3F 00 00 00 00 FA 00 04 05")) // 1.0, 0.0
             .AddWide(hysteresis, width)
             .Add(supportedThresholds)
-            .Add(std::uint8_t{0x0F})
-            .Add(std::uint32_t{0x3FC00000}) // 1.5
-            .Add(std::uint32_t{0x40000000}) // 2.0
+            .Add(Bytes::FromHex("0F 00 00 C0 3F 00 00 00 40")) // 1.5 and 2.0 s
             .AddWide(maxReadable, width)
-            .AddWide(minReadable, width)
-            .Add(rangeFormat)
-            .Add(std::uint8_t{0x7F});
+            .AddWide(1, width)
+            .Add(Bytes{rangeFormat, 0x7F});
         for (const auto slot : slots) {
-            body.AddWide(slot, widthOf(rangeFormat));
+            body.AddWide(slot, slotWidths.at(rangeFormat));
         }
         return Pdr(2, body);
     }
@@ -84,28 +62,15 @@ struct CompactSensorPdr {
     std::uint16_t id = 12;
     std::uint8_t nameLength = 0;
     std::uint8_t baseUnit = 7;
-    std::int8_t unitModifier = -1;
-    std::int32_t warningHigh = -1;
     Bytes name = {};
 
     Bytes Build() const {
-        return Pdr(21, Bytes()
-                           .Add(std::uint16_t{0xAAAA})
+        return Pdr(21, Bytes::FromHex("AA AA")
                            .Add(id)
-                           .Add(std::uint16_t{68})
-                           .Add(std::uint16_t{1})
-                           .Add(std::uint16_t{9})
-                           .Add(nameLength)
-                           .Add(baseUnit)
-                           .Add(unitModifier)
-                           .Add(std::uint8_t{2})
-                           .Add(std::uint8_t{0x15})
-                           .Add(warningHigh)
-                           .Add(std::int32_t{-20})
-                           .Add(std::int32_t{300})
-                           .Add(std::int32_t{-40})
-                           .Add(std::int32_t{0})
-                           .Add(std::int32_t{-60})
+                           .Add(Bytes::FromHex("44 00 01 00 09 00"))
+                           .Add(Bytes{nameLength, baseUnit})
+                           .Add(Bytes::FromHex("FF 02 15 FF FF FF FF EC FF FF FF 2C 01 00 00 "
+                                               "D8 FF FF FF 00 00 00 00 C4 FF FF FF"))
                            .Add(name));
     }
 };

@@ -47,14 +47,11 @@ public:
         commands.push_back(packet.command);
         capacities.push_back(packet.responseLength);
         buffers.push_back(packet.responseBytes.size());
-        if (const Answer answer = Next(requests.back()); answer.status != 0) {
-            return static_cast<vantric::VantricStatus>(answer.status);
-        } else {
-            const auto length = std::min<std::size_t>(answer.bytes.size(), packet.responseLength);
-            std::copy_n(answer.bytes.begin(), length, packet.responseBytes.begin());
-            packet.responseLength = static_cast<std::uint32_t>(length);
-        }
-        return vantric::STATUS_SUCCESS;
+        const Answer answer = Next(requests.back());
+        packet.responseLength = static_cast<std::uint32_t>(
+            std::min<std::size_t>(answer.bytes.size(), packet.responseLength));
+        std::copy_n(answer.bytes.begin(), packet.responseLength, packet.responseBytes.begin());
+        return static_cast<vantric::VantricStatus>(answer.status);
     }
 
     std::deque<Answer> answers;
@@ -84,8 +81,6 @@ public:
     static constexpr std::uint8_t slot = 3;
     static constexpr std::uint8_t eid = 9;
 
-    ScriptedEndpoint() : ScriptedEndpoint(std::make_unique<ScriptedTransport>(slot, eid)) {}
-
     ScriptedEndpoint& Answers(std::initializer_list<Answer> more) {
         transport.answers.insert(transport.answers.end(), more);
         return *this;
@@ -107,10 +102,9 @@ public:
     std::size_t Asked() const { return transport.requests.size(); }
 
 private:
-    explicit ScriptedEndpoint(std::unique_ptr<ScriptedTransport> owned)
-        : transport(*owned), cmds(slot, eid, std::move(owned)) {}
+    std::unique_ptr<ScriptedTransport> owned = std::make_unique<ScriptedTransport>(slot, eid);
 
 public:
-    ScriptedTransport& transport;
-    vantric::PLDMCmds cmds;
+    ScriptedTransport& transport = *owned;
+    vantric::PLDMCmds cmds{slot, eid, std::move(owned)};
 };

@@ -1,41 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-/** State sensors: their PDR, their names and their poll. */
+/** State sensors and names: the Sensor Auxiliary Names PDR, and the poll. */
 #include "pdr_builders.hpp"
 #include "scripted_endpoint.hpp"
 #include "support/captured_log.hpp"
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 using namespace vantric;
 
 namespace {
 
-/** One entry of a State Sensor PDR. */
-struct Entry {
-    std::uint16_t stateSetId;
-    Bytes possibleStates;
-};
-
-Bytes StateSensorPdr(std::uint16_t id, const std::vector<Entry>& entries, std::uint8_t aux = 0) {
-    Bytes body;
-    body.Add(std::uint16_t{0x0A0B})
-        .Add(id)
-        .Add(std::uint16_t{144})
-        .Add(std::uint16_t{2})
-        .Add(std::uint16_t{7})
-        .Add(std::uint8_t{1})
-        .Add(aux)
-        .Add(static_cast<std::uint8_t>(entries.size()));
-    for (const auto& entry : entries) {
-        body.Add(entry.stateSetId)
-            .Add(static_cast<std::uint8_t>(entry.possibleStates.size()))
-            .Add(entry.possibleStates);
-    }
-    return Pdr(4, body);
-}
-
 /** One string of a Sensor Auxiliary Names PDR: tag, then UTF-16, big-endian. */
-Bytes Name(std::string_view tag, std::u16string_view name) {
+Bytes Name(std::string_view tag, const std::u16string& name) {
     Bytes bytes;
     bytes.Add(tag).AddZeros(1);
     for (const char16_t unit : name) {
@@ -45,121 +23,80 @@ Bytes Name(std::string_view tag, std::u16string_view name) {
     return bytes.AddZeros(2);
 }
 
-Bytes AuxNamesPdr(std::uint16_t id, std::uint8_t sensors, std::uint8_t strings, const Bytes& area) {
-    return Pdr(6, Bytes().Add(std::uint16_t{0x0A0B}).Add(id).Add(sensors).Add(strings).Add(area));
-}
-
-TEST(StateSensorPdr, IsDroppedWhereItEndsInItsFields) {
+/** What numeric sensors 5, 6 and again 5 and state sensors 9, with two members, and 6 are called
+ *  after a Sensor Auxiliary Names PDR: tag and name of each. */
+std::string Named(std::uint16_t id, const Bytes& countsAndArea) {
     ScriptedEndpoint endpoint;
-    const Bytes whole = StateSensorPdr(9, {{1, {0x06}}, {2, {0x06}}});
-    for (std::size_t less = 1; less < whole.size(); ++less) {
-        endpoint.HandlePDR(Cut(whole, less));
+    for (const std::uint16_t numeric : {5, 6, 5}) {
+        endpoint.HandlePDR(CompactSensorPdr{.id = numeric}.Build());
     }
-    EXPECT_TRUE(endpoint.Data().stateSensors.empty());
-    endpoint.HandlePDR(StateSensorPdr(9, {}));
-    ASSERT_EQ(endpoint.Data().stateSensors.size(), 1U);
-    EXPECT_TRUE(endpoint.Data().stateSensors[0]->compositeSensors.empty());
+    for (const auto* state : {"0B 0A 09 00 90 00 02 00 07 00 01 01 02 01 00 01 02 01 00 01 02",
+                              "0B 0A 06 00 90 00 02 00 07 00 01 01 01 01 00 01 02"}) {
+        endpoint.HandlePDR(Pdr(4, Bytes::FromHex(state)));
+    }
+    endpoint.HandlePDR(Pdr(6, Bytes{0x0B, 0x0A}.Add(id).Add(countsAndArea)));
+    std::string names;
+    for (const auto& sensor : endpoint.Data().numericSensors) {
+        names += sensor->auxLanguageTag + ':' + sensor->auxSensorName + ' ';
+    }
+    for (const auto& sensor : endpoint.Data().stateSensors) {
+        for (const auto& member : sensor->compositeSensors) {
+            names += member.langTag + ':' + member.sensorName + ' ';
+        }
+    }
+    return names;
 }
 
-/** Two numeric sensors with ID 5 and 6, a state sensor with ID 9 and two members, ID 6 twice. */
-class AuxNames : public testing::Test {
-protected:
-    AuxNames() {
-        endpoint.HandlePDR(CompactSensorPdr{.id = 5}.Build());
-        endpoint.HandlePDR(CompactSensorPdr{.id = 6}.Build());
-        endpoint.HandlePDR(StateSensorPdr(9, {{1, {2}}, {1, {2}}}, 1));
-        endpoint.HandlePDR(StateSensorPdr(6, {{1, {2}}}, 1));
-    }
-
-    std::string NumericName(std::size_t index = 0) {
-        return endpoint.Data().numericSensors[index]->auxSensorName;
-    }
-
-    std::string StateName(std::size_t member) {
-        return endpoint.Data().stateSensors[0]->compositeSensors[member].sensorName;
-    }
-
-    ScriptedEndpoint endpoint;
-};
-
-TEST_F(AuxNames, LastStringOfANumericSensorStands) {
-    endpoint.HandlePDR(AuxNamesPdr(5, 1, 2, Name("en", u"Temp").Add(Name("de", u"Wärme€😀"))));
-    EXPECT_EQ(NumericName(), "Wärme€😀");
-    EXPECT_EQ(endpoint.Data().numericSensors[0]->auxLanguageTag, "de");
-    endpoint.HandlePDR(CompactSensorPdr{.id = 5}.Build());
-    endpoint.HandlePDR(AuxNamesPdr(5, 2, 1, Name("en", u"First").Add(Name("en", u"Second"))));
-    EXPECT_EQ(NumericName(), "Second") << "whichever of its sensors";
-    EXPECT_EQ(NumericName(2), "power5") << "of two records the first has the name";
-}
-
-TEST_F(AuxNames, GoToTheMembersOfAStateSensor) {
-    EXPECT_EQ(StateName(0), "") << "names were promised";
-    Bytes names;
-    for (const auto& [german, english] :
-         {std::pair{u"Verbindung", u"Link"}, {u"Zustand", u"Health"}, {u"niemand", u"nobody"}}) {
-        names.Add(Name("de", german)).Add(Name("en", english));
-    }
-    endpoint.HandlePDR(AuxNamesPdr(9, 3, 2, names));
-    EXPECT_EQ(StateName(0), "Link");
-    EXPECT_EQ(StateName(1), "Health");
-    EXPECT_EQ(endpoint.Data().stateSensors[0]->compositeSensors[1].langTag, "en");
-}
-
-TEST_F(AuxNames, ChangeNothingWhereTheSensorIsUnknownOrUnclear) {
-    endpoint.HandlePDR(AuxNamesPdr(6, 1, 1, Name("en", u"Both")));
-    endpoint.HandlePDR(AuxNamesPdr(77, 1, 1, Name("en", u"Nobody")));
-    endpoint.HandlePDR(AuxNamesPdr(5, 0, 1, Name("en", u"None")));
-    endpoint.HandlePDR(AuxNamesPdr(5, 1, 0, Name("en", u"None")));
-    EXPECT_EQ(NumericName(0), "power5");
-    EXPECT_EQ(NumericName(1), "power6");
-    EXPECT_EQ(endpoint.Data().stateSensors[1]->compositeSensors[0].sensorName, "");
-}
-
-TEST_F(AuxNames, StopAtTheEndOfTheRecord) {
+TEST(AuxNames, GoToTheFirstSensorWithTheirId) {
     struct Row {
-        Bytes area;
-        std::string expected;
+        Bytes countsAndArea; ///< sensors, strings of each, strings
+        std::string first;   ///< of the numeric sensors 5
+        std::uint16_t id = 5;
+        std::string members = ": :"; ///< of state sensor 9
     };
     const Bytes name = Name("en", u"Ab");
+    const Bytes late = Name("de", u"late");
+    Bytes members{3, 2};
+    for (const auto& [german, english] :
+         {std::pair{u"Verbindung", u"Link"}, {u"Zustand", u"Health"}, {u"niemand", u"nobody"}}) {
+        members.Add(Name("de", german)).Add(Name("en", english));
+    }
+    const std::string none = ":power5";
     const std::vector<Row> rows{
-        {name, "Ab"},                                        // two strings promised, one there
-        {Cut(name, 2), "Ab"},                                // no end
-        {Cut(name, 3), "A"},                                 // half a unit
-        {Cut(name, 4), "A"},  {Bytes().Add("en"), "power5"}, // a tag without end
-        {Bytes(), "power5"},
+        // Of several strings the last one stands.
+        {Bytes{1, 2}.Add(Name("en", u"Temp")).Add(Name("de", u"Wärme€😀")), "de:Wärme€😀"},
+        {Bytes{2, 1}.Add(late).Add(name), "en:Ab"},
+        {members, none, 9, "en:Link en:Health"},
+        // Unknown or unclear sensors, and no strings.
+        {Bytes{1, 1}.Add(name), none, 6},
+        {Bytes{1, 1}.Add(name), none, 77},
+        {Bytes{0, 1}.Add(name), none},
+        {Bytes{1, 0}.Add(name), none},
+        // The record ends before its strings do: after one, without end, in a unit, in a tag.
+        {Bytes{1, 2}.Add(name), "en:Ab"},
+        {Bytes{1, 2}.Add(Cut(name, 2)), "en:Ab"},
+        {Bytes{1, 2}.Add(Cut(name, 3)), "en:A"},
+        {Bytes{1, 2}.Add(Cut(name, 4)), "en:A"},
+        {Bytes{1, 2}.Add("en"), none},
+        {{1, 2}, none},
+        // Of 768 bytes three bytes of tag leave 765, two leave 766.
+        {Bytes{1, 2}.Add(Name("en", std::u16string(500, u'x'))).Add(late),
+         "en:" + std::string(382, 'x')},
+        {Bytes{1, 2}.Add(Name("e", std::u16string(500, u'x'))).Add(late),
+         "e:" + std::string(383, 'x')},
+        {Bytes{1, 2}.Add(name).Add(Name(std::string(800, 't'), u"late")), "en:Ab"},
+        // Surrogates and the longest of each length of UTF-8.
+        {Bytes{1, 1}.Add(Name("", {0xD83D, u'a'})), ":\uFFFDa"},
+        {Bytes{1, 1}.Add(Name("", {0xDE00, u'a'})), ":\uFFFDa"},
+        {Bytes{1, 1}.Add(Name("", {u'a', 0xD83D})), ":a\uFFFD"},
+        {Bytes{1, 1}.Add(Name("", {0xD83D, 0xD83D, 0xDE00})), ":\uFFFD😀"},
+        {Bytes{1, 1}.Add(Name("", {0xDBFF, 0xDFFF})), ":\U0010FFFF"},
+        {Bytes{1, 1}.Add(Name("", {0x07FF, 0x0800, 0xFFFF})), ":\u07FF\u0800\uFFFF"},
     };
     for (const auto& row : rows) {
-        endpoint.Data().numericSensors[0]->auxSensorName = "power5";
-        endpoint.HandlePDR(AuxNamesPdr(5, 1, 2, row.area));
-        EXPECT_EQ(NumericName(), row.expected);
-    }
-}
-
-TEST_F(AuxNames, AreaIsBoundedAt768Bytes) {
-    // Three bytes of tag leave 765, two leave 766.
-    for (const auto& [tag, units] : {std::pair{"en", 382}, {"e", 383}}) {
-        endpoint.HandlePDR(
-            AuxNamesPdr(5, 1, 2, Name(tag, std::u16string(500, u'x')).Add(Name("de", u"late"))));
-        EXPECT_EQ(NumericName(), std::string(units, 'x')) << tag;
-    }
-    endpoint.HandlePDR(
-        AuxNamesPdr(5, 1, 2, Name("en", u"ok").Add(Name(std::string(800, 't'), u"late"))));
-    EXPECT_EQ(NumericName(), "ok");
-}
-
-TEST_F(AuxNames, UnpairedSurrogatesAreReplaced) {
-    struct Row {
-        std::u16string name;
-        std::string expected;
-    };
-    const std::vector<Row> rows{
-        {{0xD83D, u'a'}, "\uFFFDa"},      {{0xDE00, u'a'}, "\uFFFDa"},
-        {{u'a', 0xD83D}, "a\uFFFD"},      {{0xD83D, 0xD83D, 0xDE00}, "\uFFFD😀"},
-        {{0xDBFF, 0xDFFF}, "\U0010FFFF"}, {{0x07FF, 0x0800, 0xFFFF}, "\u07FF\u0800\uFFFF"},
-    };
-    for (const auto& row : rows) {
-        endpoint.HandlePDR(AuxNamesPdr(5, 1, 1, Name("en", row.name)));
-        EXPECT_EQ(NumericName(), row.expected);
+        EXPECT_EQ(Named(row.id, row.countsAndArea),
+                  row.first + " :power6 :power5 " + row.members + " : ")
+            << &row - rows.data();
     }
 }
 
@@ -173,25 +110,32 @@ Answer States(const std::vector<std::pair<std::uint8_t, std::uint8_t>>& members)
     return Good(data);
 }
 
-std::shared_ptr<_StateSensors> MakeStateSensor(std::uint16_t id, std::size_t members) {
-    auto sensor = std::make_shared<_StateSensors>();
-    sensor->sensorId = id;
-    sensor->compositeSensorCount = static_cast<std::uint8_t>(members);
-    for (std::size_t i = 0; i < members; ++i) {
-        _CompositeSensorData member;
-        member.sensorName = "m" + std::to_string(i);
-        member.stateSetID = static_cast<std::uint16_t>(i + 1);
-        sensor->compositeSensors.push_back(member);
-    }
-    return sensor;
-}
-
 class StatePoll : public testing::Test {
 protected:
-    StateChangeMap Poll(int status = 0) {
+    _StateSensors& AddSensor(std::uint16_t id, std::size_t members) {
+        auto sensor = std::make_shared<_StateSensors>();
+        sensor->sensorId = id;
+        sensor->compositeSensors.resize(members);
+        for (std::size_t i = 0; i < members; ++i) {
+            sensor->compositeSensors[i].sensorName = "m" + std::to_string(i);
+            sensor->compositeSensors[i].stateSetID = static_cast<std::uint16_t>(i + 1);
+        }
+        return *endpoint.Data().stateSensors.emplace_back(sensor);
+    }
+
+    /** The changed sensors, each with name, state set and state of its members. */
+    std::string Poll(int status = 0) {
         StateChangeMap changes;
         EXPECT_EQ(endpoint.cmds.GetStateSensorReading(changes), status);
-        return changes;
+        std::string text;
+        for (const auto& [id, change] : std::map(changes.begin(), changes.end())) {
+            text += std::to_string(id) + ": ";
+            for (std::size_t i = 0; i < change.memberNames.size(); ++i) {
+                text += change.memberNames[i] + '/' + std::to_string(change.stateSetIds.at(i)) +
+                        '=' + std::to_string(change.presentStates.at(i)) + ' ';
+            }
+        }
+        return text;
     }
 
     ScriptedEndpoint endpoint;
@@ -199,21 +143,16 @@ protected:
 
 TEST_F(StatePoll, AChangeOfOneMemberReportsAll) {
     const CapturedLog log;
-    endpoint.Data().stateSensors = {MakeStateSensor(7, 3)};
+    const auto& sensor = AddSensor(7, 3);
     endpoint.Answers({States({{0, 0}, {0, 4}, {0, 0}}), States({{0, 0}, {0, 4}, {0, 0}}),
                       States({{0, 0}, {1, 4}, {0, 0}}), States({{0, 0}, {1, 4}})});
-    auto changes = Poll();
-    ASSERT_EQ(changes.size(), 1U);
-    EXPECT_EQ(changes[7].presentStates, (std::vector<std::uint8_t>{0, 4, 0}));
-    EXPECT_EQ(changes[7].stateSetIds, (std::vector<std::uint16_t>{1, 2, 3}));
-    EXPECT_EQ(changes[7].memberNames, (std::vector<std::string>{"m0", "m1", "m2"}));
-    EXPECT_EQ(endpoint.Data().stateSensors[0]->compositeSensors[1].previousState, 0);
-
-    EXPECT_TRUE(Poll().empty());
-    EXPECT_EQ(Poll().size(), 1U) << "only the operational state changes";
+    EXPECT_EQ(Poll(), "7: m0/1=0 m1/2=4 m2/3=0 ");
+    EXPECT_EQ(sensor.compositeSensors[1].previousState, 0);
+    EXPECT_EQ(Poll(), "");
+    EXPECT_EQ(Poll(), "7: m0/1=0 m1/2=4 m2/3=0 ") << "only the operational state changes";
     EXPECT_EQ(log.Count(4, "StateSensorID = 7\n"), 3);
     EXPECT_EQ(log.Count(4, "Slot[3]::StateSensorID[7]::StateSetID[2]::PresentState[4]\n"), 2);
-    EXPECT_TRUE(Poll().empty()) << "what is missing reads as 0";
+    EXPECT_EQ(Poll(), "") << "what is missing reads as 0";
 }
 
 TEST_F(StatePoll, FailureIsReportedEachTimeAndDoesNotEndThePoll) {
@@ -227,43 +166,33 @@ TEST_F(StatePoll, FailureIsReportedEachTimeAndDoesNotEndThePoll) {
                             Row{NoAnswer(9), 9, "Send failed for EID = 9 and status = 9\n"},
                             Row{Reply(128), 1, "Failed for EID = 9 and error code = 128\n"}}) {
         const CapturedLog log;
-        endpoint.Data().stateSensors = {MakeStateSensor(1, 2), MakeStateSensor(2, 1),
-                                        MakeStateSensor(3, 0)};
-        endpoint.Data().stateSensors[0]->compositeSensors[0].sensorOperationalState = 2;
-        endpoint.Data().stateSensors[0]->compositeSensors[0].presentState = 5;
-        for (int i = 0; i < 2; ++i) {
-            endpoint.Answers({row.answer, States({{0, static_cast<std::uint8_t>(i + 1)}}), Good()});
-            auto changes = Poll(row.status);
-            EXPECT_EQ(changes.size(), 2U);
-            EXPECT_EQ(changes[1].presentStates, (std::vector<std::uint8_t>{0, 0}));
-            EXPECT_EQ(changes[1].stateSetIds, (std::vector<std::uint16_t>{0, 0}));
-            EXPECT_EQ(changes[1].memberNames, (std::vector<std::string>{"m0", "m1"}));
+        endpoint.Data().stateSensors.clear();
+        auto& member = AddSensor(1, 2).compositeSensors[0];
+        AddSensor(2, 1);
+        AddSensor(3, 0);
+        member.sensorOperationalState = 2;
+        member.presentState = 5;
+        for (const std::uint8_t state : {1, 2}) {
+            endpoint.Answers({row.answer, States({{0, state}}), Good()});
+            EXPECT_EQ(Poll(row.status), "1: m0/0=0 m1/0=0 2: m0/1=" + std::to_string(state) + ' ');
         }
         EXPECT_EQ(log.Count(1, row.message), 2);
-        EXPECT_EQ(endpoint.Data().stateSensors[0]->compositeSensors[0].sensorOperationalState, 2);
+        EXPECT_EQ(member.sensorOperationalState, 2);
         // A good read reports under state set 0, until the PDRs are read again.
         endpoint.Answers({States({{0, 5}, {0, 0}}), Good(), Good()});
-        EXPECT_EQ(Poll()[1].stateSetIds, (std::vector<std::uint16_t>{0, 0}));
+        EXPECT_EQ(Poll(), "1: m0/0=5 m1/0=0 2: m0/1=0 ");
     }
-}
-
-TEST_F(StatePoll, ReturnsTheLastFailure) {
-    endpoint.Data().stateSensors = {MakeStateSensor(1, 1), MakeStateSensor(2, 1),
-                                    MakeStateSensor(3, 0)};
     endpoint.Answers({NoAnswer(3), Reply(2), NoAnswer(4)});
-    EXPECT_EQ(Poll(4).size(), 2U) << "a sensor without members costs an exchange and tells nothing";
-    EXPECT_EQ(endpoint.Asked(), 3U);
+    EXPECT_EQ(Poll(4), "1: m0/0=0 m1/0=0 2: m0/0=0 ") << "the last failure counts";
 }
 
 TEST_F(StatePoll, MembersBeyondTheTenthKeepTheirState) {
-    auto sensor = MakeStateSensor(3, 12);
-    sensor->compositeSensors[10].presentState = 6;
-    endpoint.Data().stateSensors = {sensor};
+    AddSensor(3, 12).compositeSensors[10].presentState = 6;
     const std::vector<std::pair<std::uint8_t, std::uint8_t>> states(12, {0, 2});
     endpoint.Answers({States(states), States(states)});
-    EXPECT_EQ(Poll()[3].presentStates,
-              (std::vector<std::uint8_t>{2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 6, 0}));
-    EXPECT_TRUE(Poll().empty());
+    EXPECT_EQ(Poll(), "3: m0/1=2 m1/2=2 m2/3=2 m3/4=2 m4/5=2 m5/6=2 m6/7=2 m7/8=2 m8/9=2 "
+                      "m9/10=2 m10/11=6 m11/12=0 ");
+    EXPECT_EQ(Poll(), "");
 }
 
 } // namespace
