@@ -25,7 +25,7 @@ public:
     explicit Program(Options options);
 
     /** Returns when the cards have been shown as the options ask: once, or until their time is
-     *  over, a signal or a key asks for the end, or nobody can see them any more.
+     *  over, a signal or a key asks for the end, or the output is closed.
      *  @throws std::exception, whose text says what to do, if the bus went away or there was
      *          nothing to show. */
     void Run();

@@ -110,7 +110,7 @@ bool Crossed(const std::optional<double>& value, const Limits& limits) {
            (value && limits.low && *value <= *limits.low);
 }
 
-/** Before the first reading, the alarms that stand are those of a value that nobody read. */
+/** Before the first reading, the alarms that stand are those of a value that was never read. */
 Severity SensorSeverity(const Sensor& sensor) {
     if (sensor.reading == Reading::NOT_READ || sensor.reading == Reading::NONE) {
         return Severity::OK;

@@ -12,7 +12,7 @@
 
 namespace monitor {
 
-/** Writes all of the text, or returns false if nobody can read it. */
+/** Writes all of the text, or returns false if the output is closed. */
 bool Write(int fd, std::string_view text);
 
 /** Whether there is a terminal that understands escape sequences. */
@@ -33,8 +33,8 @@ public:
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
 
-    /** Shows the lines, writing those that differ. They must fit. Returns false if nobody can see
-     *  them. */
+    /** Shows the lines, writing those that differ. They must fit. Returns false if the output
+     *  is closed. */
     bool Draw(const std::vector<std::string>& lines);
 
     /** What was on the screen may be gone: the next Draw() writes all. */

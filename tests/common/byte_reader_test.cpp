@@ -32,7 +32,7 @@ TEST(ByteReader, WhatIsMissingReadsAsZeroAndIsTold) {
     EXPECT_EQ(reader.Take(5).size(), 0U);
 }
 
-TEST(ByteReader, AnOffsetBehindTheEndReadsNothing) {
+TEST(ByteReader, AnOffsetAfterTheEndReadsNothing) {
     const std::array<std::uint8_t, 2> bytes{0x11, 0x22};
     ByteReader reader(bytes);
     EXPECT_EQ(reader.At<std::uint16_t>(1000), 0U);

@@ -72,7 +72,7 @@ TEST(Connection, DoesWithoutAName) {
                 "RequestName", serviceName, std::uint32_t{0});
     Process child([] {
         std::thread([] {
-            // The process goes on and hears signals, though nobody finds it.
+            // The process goes on and hears signals, though it has no name.
             std::_Exit(WaitUntilDbusReady() ? 7 : 8);
         }).detach();
         return DBusHandler::instance().Run();

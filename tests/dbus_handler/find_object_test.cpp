@@ -30,22 +30,19 @@ TEST(FindObject, FindsTheKeyByItsText) {
     }
 }
 
-TEST(FindObject, KnowsTheDevice) {
-    ObjectStore<int> store;
-    store["NIC.Slot.3"]["/a"] = std::make_shared<int>(3);
-    store["NIC.Slot.31"]["/a"] = std::make_shared<int>(31);
-    EXPECT_EQ(31, *FindObject(store, "NIC.Slot.31", "/a"));
-    EXPECT_EQ(nullptr, FindObject(store, "NIC.Slot.", "/a"));
-}
-
-TEST(FindObject, GoesOnBehindAKeyThatADigitFollows) {
+TEST(FindObject, KnowsTheDeviceAndGoesOnAfterAKeyThatADigitFollows) {
     ObjectStore<int> store;
     for (int id = 1; id < 200; ++id) {
-        store["X"]["/s/x_sensorid_" + std::to_string(id)] = std::make_shared<int>(id);
+        const auto path = "/s/x_sensorid_" + std::to_string(id);
+        store["NIC.Slot.3"][path] = std::make_shared<int>(id);
+        store["NIC.Slot.31"][path] = std::make_shared<int>(-id);
     }
     for (int id = 1; id < 200; ++id) {
-        EXPECT_EQ(id, *FindObject(store, "X", "_sensorid_" + std::to_string(id)));
+        const auto text = "_sensorid_" + std::to_string(id);
+        EXPECT_EQ(id, *FindObject(store, "NIC.Slot.3", text));
+        EXPECT_EQ(-id, *FindObject(store, "NIC.Slot.31", text));
     }
+    EXPECT_EQ(nullptr, FindObject(store, "NIC.Slot.", "_sensorid_1"));
 }
 
 } // namespace

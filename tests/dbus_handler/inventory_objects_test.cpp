@@ -99,18 +99,21 @@ TEST_F(InventoryObjects, ArentMadeWhereTheBusTakesNone) {
     fru.objectPath = "no path";
     auto state = State();
     state.statePath = "no path";
+    auto sensor = CardSensor(SENSOR_KIND_PROBE);
+    sensor.objectPath = "no path";
     // A controller's path isn't made fit for the bus.
     EXPECT_EQ(0, Do(dbusControllerData, ControllerRequest{cardPath + "/no-path", card, 3, 1}));
     EXPECT_EQ(0, Do(dbusFruDataInsert, fru));
     EXPECT_EQ(0, Do(dbusInvDataInsert, Plain(card, "no path", 3)));
     EXPECT_EQ(0, Do(dbusInvDataInsert, Plain(accelerator, "no path", 5)));
     EXPECT_EQ(0, Do(dbusStateSensorDataInsert, state));
+    EXPECT_EQ(0, Do(dbusDataInsert, sensor));
     Texts writers;
     for (const auto& line : TakeLog()) {
         writers.push_back(line.substr(0, line.find(": sd_bus_add_object_vtable")));
     }
     EXPECT_EQ((Texts{"1 UpdateControllerInventory", "1 createDbusObj", "1 createDbusObj",
-                     "1 createDbusObj", "1 createDbusObj"}),
+                     "1 createDbusObj", "1 createDbusObj", "1 createDbusObj"}),
               writers);
     EXPECT_EQ(std::vector<Signal>{}, Sent());
 }

@@ -5,26 +5,18 @@
 
 #include <sdbusplus/message.hpp>
 
-#include <future>
 #include <utility>
 
 namespace vantric::test {
 
 PlatformServices::PlatformServices() {
-    std::promise<void> ready;
-    thread = std::thread([this, &ready] {
-        sd_bus* bus = nullptr;
-        try {
-            Check("sd_bus_open_system", sd_bus_open_system(&bus));
-            Check("sd_bus_add_filter", sd_bus_add_filter(bus, nullptr, OnMessage, this));
-            for (const char* name : {"xyz.openbmc_project.EntityManager", "com.korv.bmc.arp.arp"}) {
-                Check(name, sd_bus_request_name(bus, name, 0));
-            }
-            ready.set_value();
-        } catch (...) {
-            ready.set_exception(std::current_exception());
-            return;
-        }
+    sd_bus* bus = nullptr;
+    Check("sd_bus_open_system", sd_bus_open_system(&bus));
+    Check("sd_bus_add_filter", sd_bus_add_filter(bus, nullptr, OnMessage, this));
+    for (const char* name : {"xyz.openbmc_project.EntityManager", "com.korv.bmc.arp.arp"}) {
+        Check(name, sd_bus_request_name(bus, name, 0));
+    }
+    thread = std::thread([this, bus] {
         while (!stopped) {
             constexpr std::uint64_t lookAgain = 5000; // us
             if (sd_bus_process(bus, nullptr) == 0) {
@@ -33,7 +25,6 @@ PlatformServices::PlatformServices() {
         }
         sd_bus_flush_close_unref(bus);
     });
-    ready.get_future().get();
 }
 
 PlatformServices::~PlatformServices() {

@@ -44,7 +44,7 @@ protected:
     }
 
     /** Returns what was logged about the signals so far: a signal whose log line is known is sent
-     *  behind them, and they are served in order. */
+     *  after them, and they are served in order. */
     Texts Heard() {
         EmitFru("PCIESLOT_FRU");
         Texts log;
@@ -104,7 +104,7 @@ TEST_F(Platform, TellsTheHostsPower) {
     EXPECT_EQ(Texts{}, Heard());
 }
 
-TEST_F(Platform, IsHeardOnBehindASignalThatCantBeRead) {
+TEST_F(Platform, IsHeardOnAfterASignalThatCantBeRead) {
     const auto emitHost = [this](const auto&... values) {
         client.Emit(host, "org.freedesktop.DBus.Properties", "PropertiesChanged", values...);
     };

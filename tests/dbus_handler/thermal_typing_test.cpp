@@ -17,6 +17,7 @@ struct Row {
     std::vector<std::uint16_t> ids;
     bool ocp;
     ThermalType type;
+    PciIdentity identity{.vendorId = 0x15B3, .subVendorId = 0x15B3};
 };
 
 const ThermalType nicAsic{NIC_ASIC, &Numbers::nicAsicInstance, SENSOR_CATEGORY_ASIC};
@@ -49,6 +50,8 @@ const std::vector<Row> rows{
     {network, {80}, {1}, false, nicAsic},
     {network, {80}, {6, 7}, true, ocpOptics},
     {network, {80}, {0, 2, 5, 8}, false, nicOther},
+    {network, {80}, {1}, false, nicOther, {.vendorId = 0x15B3, .subVendorId = 0x1028}},
+    {network, {80}, {1}, false, nicOther, {.vendorId = 0x8086, .subVendorId = 0x15B3}},
     {embedded, {80}, {1}, false, nicAsic},
     {embedded, {80}, {1}, true, ocpAsic},
     {embedded, {80}, {6, 7}, false, nicOptics},
@@ -69,38 +72,18 @@ void ExpectType(const ThermalType& expected, const ThermalType& type, const std:
 }
 
 TEST(ThermalType, FollowsDeviceAndEntity) {
-    const PciIdentity vendor15b3{.vendorId = 0x15B3, .subVendorId = 0x15B3};
     for (const auto& row : rows) {
         for (const auto entity : row.entities) {
             for (const auto id : row.ids) {
                 __Sensor sensor;
                 sensor.entityType = entity;
                 sensor.sensorId = id;
-                ExpectType(row.type, ThermalTypeOf(row.deviceClass, sensor, vendor15b3, row.ocp),
+                ExpectType(row.type, ThermalTypeOf(row.deviceClass, sensor, row.identity, row.ocp),
                            std::to_string(row.deviceClass) + " " + std::to_string(entity) + " " +
                                std::to_string(id));
             }
         }
     }
-}
-
-TEST(ThermalType, KnowsEntity80OfOneVendorOnly) {
-    __Sensor sensor;
-    sensor.entityType = 80;
-    sensor.sensorId = 1;
-    for (const PciIdentity identity : {PciIdentity{.vendorId = 0x15B3, .subVendorId = 0x1028},
-                                       PciIdentity{.vendorId = 0x8086, .subVendorId = 0x15B3}}) {
-        ExpectType(nicOther, ThermalTypeOf(network, sensor, identity, false), "other vendor");
-    }
-}
-
-TEST(DeviceClass, IsToldByPathAndLdid) {
-    const std::string root = "/xyz/openbmc_project/inventory/system/";
-    EXPECT_EQ(cxl, DeviceClassOf(root + "cxl/memory/CXL/Slot/5", "CXLMemory.Slot.5"));
-    EXPECT_EQ(accelerator,
-              DeviceClassOf(root + "accelerator/ProcAccelerator/Slot/5", "ProcAccelerator.Slot.5"));
-    EXPECT_EQ(network, DeviceClassOf(root + "networkdevice/Nic/Slot/3", "NIC.Slot.3"));
-    EXPECT_EQ(embedded, DeviceClassOf(root + "cxl/memory/CXL/Slot/5", "NIC.Embedded.1"));
 }
 
 TEST(ThermalTyping, RemembersAcceleratorsByKey) {

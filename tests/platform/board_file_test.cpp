@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-/** The board file, and the libraries that ask nobody else. */
+/** The board file, and the libraries that ask no other process. */
 #include "board_file.hpp"
 #include "pldm_cmds/bytes.hpp"
 #include "support/temporary_folder.hpp"

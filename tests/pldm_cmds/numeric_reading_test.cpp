@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
         ConversionCase{"OtherUnit", {.raw = 12}, 0, 5},
         // 16777217 isn't a float; one rounding of the sum gives an odd tenth away.
         ConversionCase{"RawIsSinglePrecision", {.raw = 16777217}, 16777216},
-        // Rounded once the product leaves a trace behind the offset, rounded twice none.
+        // Rounded once the product leaves a trace below the offset, rounded twice none.
         ConversionCase{"OneRounding", {.raw = 4097}, 1, 2, 0, 4097.0F, -16785408.0F},
         ConversionCase{
             "SaturatesHigh", {.raw = ~0ULL >> 1, .dataSize = 7}, unavailable, 2, 0, huge},

@@ -4,6 +4,8 @@
 #include "scripted_endpoint.hpp"
 #include "support/captured_log.hpp"
 
+#include "common/byte_reader.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -38,7 +40,7 @@ Answer Part(std::uint32_t nextRecord, std::uint32_t nextPart, std::uint8_t flag,
                     .Add(nextRecord)
                     .Add(nextPart)
                     .Add(flag)
-                    .Add(std::uint16_t{0xFFFF}) // response count, which nobody reads
+                    .Add(std::uint16_t{0xFFFF}) // response count, which is not read
                     .Add(data));
 }
 
@@ -130,99 +132,122 @@ TEST(RepositoryInfo, EmptiesFourListsAndKeepsTheOthers) {
 /** An endpoint whose repository info is known. */
 class WalkedEndpoint : public ScriptedEndpoint {
 public:
-    WalkedEndpoint() { Data().iLargestRecordSize = 2000; }
+    explicit WalkedEndpoint(std::uint32_t records = 2) {
+        Data().iLargestRecordSize = 2000;
+        Data().iRecordCount = records;
+    }
+
+    /** Record handle, transfer handle, operation and change number of each request. */
+    std::string Positions() const {
+        std::string text;
+        for (const auto& request : transport.requests) {
+            ByteReader reader(request);
+            text += std::to_string(reader.At<std::uint32_t>(3)) + '.' +
+                    std::to_string(reader.At<std::uint32_t>(7)) + '.' +
+                    std::to_string(reader.At<std::uint8_t>(11)) + '.' +
+                    std::to_string(reader.At<std::uint16_t>(14)) + ' ';
+        }
+        return text;
+    }
 };
 
-TEST(PdrWalk, PutsPartsTogether) {
-    const Bytes record = Pdr(21, Slice(Sensor(4), 10, Sensor(4).size()), 0xBEEF);
-    WalkedEndpoint endpoint;
-    endpoint.Data().iRecordCount = 2;
-    endpoint.Answers({Part(0, 0x11, 1, Slice(record, 0, 20)),
-                      Part(0, 0x22, 0, Slice(record, 20, 30)),
-                      Part(9, 0x33, 4, Slice(record, 30, record.size())), Whole(0, Sensor(5))});
-
-    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
-
-    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{4, 5}));
-    EXPECT_EQ(endpoint.Data().numericSensors[0]->lowerThresholdFatal, -60);
-    const auto& requests = endpoint.transport.requests;
-    ASSERT_EQ(requests.size(), 4U);
-    EXPECT_EQ(Slice(requests[1], 3, 16),
-              (Bytes{0, 0, 0, 0, 0x11, 0, 0, 0, 0, 0xD0, 7, 0xEF, 0xBE}));
-    EXPECT_EQ(Slice(requests[2], 3, 16),
-              (Bytes{0, 0, 0, 0, 0x22, 0, 0, 0, 0, 0xD0, 7, 0xEF, 0xBE}));
-    EXPECT_EQ(Slice(requests[3], 3, 16), (Bytes{9, 0, 0, 0, 0, 0, 0, 0, 1, 0xD0, 7, 0, 0}));
-}
-
-TEST(PdrWalk, AWholeRecordForgetsPartsBeforeIt) {
-    WalkedEndpoint endpoint;
-    endpoint.Answers({Part(0, 1, 1, Bytes(50, 0xFF)), Whole(0, Sensor(6))});
-    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
-    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{6});
+TEST(PdrWalk, PutsRecordsTogether) {
+    struct Row {
+        const char* positions;
+        Ids sensors;
+        std::vector<Answer> answers;
+        std::uint32_t records = 2;
+        int status = 0;
+    };
+    const Bytes record = Pdr(21, Slice(Sensor(4), 10, Sensor(4).size()), 9);
+    const std::vector<Row> rows{
+        {"0.0.1.0 0.17.0.9 0.34.0.9 9.0.1.0 ",
+         {4, 5},
+         {Part(0, 17, 1, Slice(record, 0, 20)), Part(0, 34, 0, Slice(record, 20, 30)),
+          Part(9, 51, 4, Slice(record, 30, record.size())), Whole(0, Sensor(5))}},
+        // A whole record forgets parts before it.
+        {"0.0.1.0 0.1.0.65535 ", {6}, {Part(0, 1, 1, Bytes(50, 0xFF)), Whole(0, Sensor(6))}},
+        // Other types, and no type.
+        {"0.0.1.0 1.0.1.0 2.0.1.0 3.0.1.0 ",
+         {1},
+         {Whole(1, Pdr(3, {1})), Whole(2, Pdr(200, {})), Whole(3, {}), Whole(0, Sensor(1))}},
+        {"0.0.1.0 4.0.1.0 ", {1}, {Whole(4, Sensor(1)), Reply(0x82)}, 2, 1},
+        // A handle comes again too early; the second one is only that of a header, and no other
+        // header is right either.
+        {"0.0.1.0 1.0.1.0 1.0.1.0 ",
+         {1, 2, 3},
+         {Whole(1, Sensor(1)), Whole(1, Sensor(2)), Whole(0, Sensor(3))},
+         3},
+        {"0.0.1.0 5.0.1.0 1.0.1.0 ",
+         {1, 2, 3},
+         {Whole(5, Sensor(1)), Whole(1, Sensor(2)), Whole(0, Sensor(3))}},
+        // A stray flag costs one request.
+        {"0.0.1.0 8.0.1.0 8.0.1.0 ",
+         {1, 2},
+         {Whole(8, Sensor(1)), Part(99, 77, 3, Sensor(3)), Whole(0, Sensor(2))}},
+    };
+    for (const auto& row : rows) {
+        WalkedEndpoint endpoint(row.records);
+        endpoint.transport.answers.assign(row.answers.begin(), row.answers.end());
+        EXPECT_EQ(endpoint.cmds.GetPDR(), row.status);
+        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), row.sensors);
+        EXPECT_EQ(endpoint.Data().numericSensors.at(0)->lowerThresholdFatal, -60);
+        EXPECT_EQ(endpoint.Positions(), row.positions);
+    }
 }
 
 TEST(PdrWalk, CountsModulo256AndUsesEverything) {
     struct Row {
-        std::uint32_t expected;
-        std::uint32_t delivered;
+        std::uint32_t expected, delivered, empty;
         const char* message;
     };
     for (const auto& row :
-         {Row{300, 300, "Mismatch in expected PDR Count (300) and received PDR Count(44)\n"},
-          Row{12, 11, "Mismatch in expected PDR Count (12) and received PDR Count(11)\n"},
-          Row{11, 11, nullptr}}) {
+         {Row{300, 300, 0, "Mismatch in expected PDR Count (300) and received PDR Count(44)\n"},
+          Row{12, 11, 0, "Mismatch in expected PDR Count (12) and received PDR Count(11)\n"},
+          Row{11, 11, 0, ""}, Row{21, 21, 20, ""}}) {
         const CapturedLog log;
-        WalkedEndpoint endpoint;
-        endpoint.Data().iRecordCount = row.expected;
-        std::uint32_t sent = 0;
-        endpoint.transport.respond = [&](const Bytes&) {
-            ++sent;
-            return Whole(sent < row.delivered ? sent : 0, Sensor(static_cast<std::uint16_t>(sent)));
-        };
-        EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
-        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs().size(), row.delivered);
-        EXPECT_EQ(log.Messages(1),
-                  row.message ? std::vector<std::string>{row.message} : std::vector<std::string>{});
-    }
-}
-
-TEST(PdrWalk, SkipsOtherTypesAndKeepsWhatItHadOnFailure) {
-    for (const bool fails : {false, true}) {
-        const CapturedLog log;
-        WalkedEndpoint endpoint;
-        endpoint.Data().iRecordCount = 4;
-        endpoint.Answers({Whole(1, Pdr(3, {1, 2, 3})), Whole(2, Pdr(200, {})), Whole(3, Bytes{}),
-                          Whole(fails ? 4 : 0, Sensor(1)), Reply(0x82)});
-        EXPECT_EQ(endpoint.cmds.GetPDR(), fails ? 1 : 0);
-        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{1});
-        EXPECT_EQ(log.Messages(1).size(), fails ? 1U : 0U) << "skipped ones count";
-        for (const char* line : {"PDR Type = 3\n", "PDR Type = 200\n", "PDR Type = 0\n"}) {
-            EXPECT_EQ(log.Count(4, line), 1) << line;
+        WalkedEndpoint endpoint(row.expected);
+        for (std::uint16_t sent = 1; sent <= row.delivered; ++sent) {
+            endpoint.Answers({Whole(sent < row.delivered ? sent : 0,
+                                    sent <= row.empty ? Bytes() : Sensor(sent))});
         }
+        EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
+        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs().size(), row.delivered - row.empty);
+        const auto messages = log.Messages(1);
+        EXPECT_EQ(messages.empty() ? "" : messages.front(), row.message);
     }
 }
 
 TEST(PdrWalk, EndsWithAnEndpointThatNeverDoes) {
     struct Row {
         const char* name;
-        Answer answer;
+        Answer answer; ///< to which new handles of records are written
         std::size_t asked;
     };
     const std::vector<Row> rows{
         {"flag without meaning", Part(1, 1, 3, Sensor(1)), 16},
         {"another flag without meaning", Part(0, 0, 6, {}), 16},
-        {"no flag at all", Good(), 16},
+        {"no flag at all", Good(Bytes(4, 0)), 16},
         {"empty parts", Part(1, 1, 0, {}), 16},
         {"endless record", Part(1, 1, 0, Bytes(1000, 1)), 66},
         {"small parts", Part(1, 1, 0, {1}), 8193},
+        {"sensors", Whole(1, Sensor(1)), 8193},
+        {"large records", Whole(1, Pdr(3, Bytes(1000, 1))), 1039},
+        {"empty records", Whole(1, {}), 8193},
     };
     for (const auto& row : rows) {
         const CapturedLog log;
         WalkedEndpoint endpoint;
-        endpoint.transport.respond = [&](const Bytes&) { return row.answer; };
+        std::uint16_t handle = 100;
+        endpoint.transport.respond = [&](const Bytes&) {
+            Answer answer = row.answer;
+            std::ranges::copy(Bytes().Add(++handle), answer.bytes.begin() + 4);
+            return answer;
+        };
         EXPECT_EQ(endpoint.cmds.GetPDR(), 1) << row.name;
         EXPECT_EQ(endpoint.Asked(), row.asked) << row.name;
-        EXPECT_EQ(log.Messages(1).size(), 1U) << row.name;
+        EXPECT_EQ(log.Messages(1), std::vector<std::string>{"PDR walk without end for EID = 9\n"})
+            << row.name;
     }
 }
 
@@ -240,8 +265,7 @@ TEST(PdrWalk, EndsWhereTheLastRecordLeadsBack) {
           Row{"more than counted", 40, 1, 3, 40, 0}, Row{"none counted", 40, 1, 0, 56, 1},
           Row{"far more counted", 40, 1, ~0U, 56, 1}, Row{"one more counted", 40, 1, 41, 56, 1},
           Row{"as many as it has, all but the first out of reach", 1, 1, 40, 17, 1}}) {
-        WalkedEndpoint endpoint;
-        endpoint.Data().iRecordCount = row.claimed;
+        WalkedEndpoint endpoint(row.claimed);
         endpoint.transport.respond = [&](const Bytes& request) {
             const std::uint32_t asked = std::max<std::uint32_t>(1, request[3]);
             Bytes record = Sensor(static_cast<std::uint16_t>(asked));
@@ -254,54 +278,6 @@ TEST(PdrWalk, EndsWhereTheLastRecordLeadsBack) {
             EXPECT_EQ(endpoint.cmds.GetAllSensorIDs().size(), row.size) << row.name;
         }
     }
-}
-
-TEST(PdrWalk, GoesOnWhereAHandleComesAgainTooEarly) {
-    // In the second row the handle is only that of a header, and no other header is right either.
-    for (const auto& [claimed, second] : {std::pair{3U, 1U}, {2U, 5U}}) {
-        WalkedEndpoint endpoint;
-        endpoint.Data().iRecordCount = claimed;
-        endpoint.Answers({Whole(second, Sensor(1)), Whole(1, Sensor(2)), Whole(0, Sensor(3))});
-        EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
-        EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{1, 2, 3})) << claimed;
-    }
-}
-
-TEST(PdrWalk, EndsWhereNewRecordsNeverEnd) {
-    struct Row {
-        const char* name;
-        Bytes record;
-        std::size_t asked;
-    };
-    for (const auto& row :
-         {Row{"sensors", Sensor(1), 8193}, Row{"large records", Pdr(3, Bytes(1000, 1)), 1039},
-          Row{"empty records", {}, 8193}}) {
-        WalkedEndpoint endpoint;
-        endpoint.Data().iRecordCount = 2;
-        std::uint32_t handle = 100;
-        endpoint.transport.respond = [&](const Bytes&) { return Whole(++handle, row.record); };
-        EXPECT_EQ(endpoint.cmds.GetPDR(), 1) << row.name;
-        EXPECT_EQ(endpoint.Asked(), row.asked) << row.name;
-    }
-}
-
-TEST(PdrWalk, EmptyRecordsCostNoOther) {
-    WalkedEndpoint endpoint;
-    std::uint32_t sent = 0;
-    endpoint.transport.respond = [&](const Bytes&) {
-        return ++sent <= 20 ? Whole(sent, {}) : Whole(0, Sensor(6));
-    };
-    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
-    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), Ids{6});
-}
-
-TEST(PdrWalk, OneStrayFlagCostsOneRequest) {
-    WalkedEndpoint endpoint;
-    endpoint.Answers({Whole(8, Sensor(1)), Part(99, 77, 3, Sensor(3)), Whole(0, Sensor(2))});
-    EXPECT_EQ(endpoint.cmds.GetPDR(), 0);
-    EXPECT_EQ(endpoint.cmds.GetAllSensorIDs(), (Ids{1, 2}));
-    EXPECT_EQ(Slice(endpoint.transport.requests[2], 1, 16),
-              Slice(endpoint.transport.requests[1], 1, 16));
 }
 
 } // namespace

@@ -58,7 +58,7 @@ TEST(AuxNames, GoToTheFirstSensorWithTheirId) {
     const Bytes late = Name("de", u"late");
     Bytes members{3, 2};
     for (const auto& [german, english] :
-         {std::pair{u"Verbindung", u"Link"}, {u"Zustand", u"Health"}, {u"niemand", u"nobody"}}) {
+         {std::pair{u"Verbindung", u"Link"}, {u"Zustand", u"Health"}, {u"keiner", u"none"}}) {
         members.Add(Name("de", german)).Add(Name("en", english));
     }
     const std::string none = ":power5";

@@ -23,7 +23,7 @@ struct PostedRequests {
     std::vector<ClearRequest> clears;
 };
 
-/** Doors with nothing behind them: posts are kept, and no endpoint has a UDID. */
+/** A publisher without a bus: posts are kept, and no endpoint has a UDID. */
 BusDoors RecordingDoors();
 
 /** What was posted since the last call. Any thread. */

@@ -24,7 +24,7 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder() {
-        std::error_code ignored; // a folder that stays disturbs nobody, an exception here would
+        std::error_code ignored; // a folder that stays does no harm, an exception here would
         std::filesystem::remove_all(path, ignored);
     }
 

@@ -17,7 +17,7 @@ double FirstScale() {
     return text != nullptr ? std::strtod(text, nullptr) : 1.0;
 }
 
-/** The most that is kept for TakePauses; a process that nobody asks must not grow. */
+/** The most that is kept for TakePauses; a process that is never asked must not grow. */
 constexpr std::size_t pausesKept = 10000;
 
 std::atomic<double>& Scale() {
