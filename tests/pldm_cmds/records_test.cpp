@@ -4,10 +4,15 @@
 #include "scripted_endpoint.hpp"
 #include "support/captured_log.hpp"
 
+#include "modeling/entity_tree.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <memory>
 #include <regex>
+#include <span>
 
 using namespace vantric;
 
@@ -107,6 +112,15 @@ TEST(GetExtractedData, LogsEachFieldOfRecords) {
         "***********END_EAPDRPtr******************* ");
 }
 
+/** Whether a new record, in which no byte is padding, is made of zeros up to the text that it ends
+ *  with. */
+template <typename Record, std::size_t text = 0>
+bool IsZero() {
+    const auto record = std::make_unique<Record>();
+    const auto bytes = std::as_bytes(std::span(record.get(), 1)).first(sizeof(Record) - text);
+    return std::ranges::count(bytes, std::byte{0}) == std::ssize(bytes);
+}
+
 TEST(Records, HoldNothingUntilTheyAreFilled) {
     ScriptedEndpoint endpoint;
     auto& data = endpoint.Data();
@@ -118,6 +132,7 @@ TEST(Records, HoldNothingUntilTheyAreFilled) {
     data.entityAssociations[0]->containedEntities = {std::make_shared<CEList>()};
     static const std::regex nothing("Extracting .* EID=9 |[*]+[^ ]* |[^ ]*=[-0:. ]* ");
     EXPECT_EQ(std::regex_replace(Extracted(endpoint), nothing, ""), "");
+    EXPECT_TRUE((IsZero<__Sensor, sizeof(std::string)>() && IsZero<PDRTree>()));
 }
 
 Bytes AssociationPdr(std::uint16_t containerType) {

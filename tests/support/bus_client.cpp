@@ -21,6 +21,15 @@ std::string OrEmpty(const char* text) {
     return text == nullptr ? "" : text;
 }
 
+/** The text of an answer.
+ *  @throws std::runtime_error if it is an error. */
+std::string GoodText(const Answer& answer) {
+    if (!answer.error.empty()) {
+        throw std::runtime_error(answer.error + ": " + answer.text);
+    }
+    return answer.text;
+}
+
 /** Goes into the next container of the message if it isn't at the end. */
 bool Enter(sd_bus_message* message, char type, const char* contents) {
     return Check("sd_bus_message_enter_container",
@@ -87,21 +96,13 @@ bool BusClient::WaitUntil(const std::function<bool()>& done) {
 
 std::string BusClient::GetProperty(const char* service, const std::string& path,
                                    const char* interface, const char* property) {
-    const auto result =
-        Call(service, path, "org.freedesktop.DBus.Properties", "Get", interface, property);
-    if (!result.error.empty()) {
-        throw std::runtime_error(result.error + ": " + result.text);
-    }
-    return result.text;
+    return GoodText(
+        Call(service, path, "org.freedesktop.DBus.Properties", "Get", interface, property));
 }
 
 std::map<std::string, Interfaces> BusClient::GetManagedObjects(const char* service,
                                                                const std::string& path) {
-    const auto result =
-        Call(service, path, "org.freedesktop.DBus.ObjectManager", "GetManagedObjects");
-    if (!result.error.empty()) {
-        throw std::runtime_error(result.error + ": " + result.text);
-    }
+    GoodText(Call(service, path, "org.freedesktop.DBus.ObjectManager", "GetManagedObjects"));
     sd_bus_message* message = answer.get();
     Check("sd_bus_message_rewind", sd_bus_message_rewind(message, true));
     return ReadDictionary(message, "{oa{sa{sv}}}", 'o', [&] {
@@ -112,10 +113,7 @@ std::map<std::string, Interfaces> BusClient::GetManagedObjects(const char* servi
 }
 
 void BusClient::Settle(const char* service) {
-    const auto result = Call(service, "/", "org.freedesktop.DBus.Peer", "Ping");
-    if (!result.error.empty()) {
-        throw std::runtime_error(result.error + ": " + result.text);
-    }
+    GoodText(Call(service, "/", "org.freedesktop.DBus.Peer", "Ping"));
 }
 
 std::vector<Signal> BusClient::TakeSignals() {

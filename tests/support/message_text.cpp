@@ -7,7 +7,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <map>
 #include <stdexcept>
 #include <vector>
 
@@ -30,37 +29,37 @@ std::string NumberText(sd_bus_message* message, char type) {
     return std::string(text.data(), error == std::errc() ? end : text.data());
 }
 
-std::string BooleanText(sd_bus_message* message, char type) {
-    return ReadBasic<int>(message, type) != 0 ? "true" : "false";
-}
-
-std::string QuotedText(sd_bus_message* message, char type) {
-    return '"' + std::string(ReadBasic<const char*>(message, type)) + '"';
-}
-
 std::string BasicText(sd_bus_message* message, char type) {
-    static const std::map<char, std::string (*)(sd_bus_message*, char)> texts{
-        {SD_BUS_TYPE_BYTE, NumberText<std::uint8_t>},
-        {SD_BUS_TYPE_BOOLEAN, BooleanText},
-        {SD_BUS_TYPE_UINT16, NumberText<std::uint16_t>},
-        {SD_BUS_TYPE_INT32, NumberText<std::int32_t>},
-        {SD_BUS_TYPE_UINT32, NumberText<std::uint32_t>},
-        {SD_BUS_TYPE_DOUBLE, NumberText<double>},
-        {SD_BUS_TYPE_STRING, QuotedText},
-        {SD_BUS_TYPE_OBJECT_PATH, QuotedText}};
-    return texts.at(type)(message, type);
+    switch (type) {
+    case SD_BUS_TYPE_BYTE:
+        return NumberText<std::uint8_t>(message, type);
+    case SD_BUS_TYPE_BOOLEAN:
+        return ReadBasic<int>(message, type) != 0 ? "true" : "false";
+    case SD_BUS_TYPE_UINT16:
+        return NumberText<std::uint16_t>(message, type);
+    case SD_BUS_TYPE_INT32:
+        return NumberText<std::int32_t>(message, type);
+    case SD_BUS_TYPE_UINT32:
+        return NumberText<std::uint32_t>(message, type);
+    case SD_BUS_TYPE_DOUBLE:
+        return NumberText<double>(message, type);
+    case SD_BUS_TYPE_STRING:
+    case SD_BUS_TYPE_OBJECT_PATH:
+        return '"' + std::string(ReadBasic<const char*>(message, type)) + '"';
+    default:
+        throw std::runtime_error(std::string("no text for type ") + type);
+    }
 }
 
-/** The texts of all values up to the end of the container. */
-std::vector<std::string> Members(sd_bus_message* message) {
+/** The texts of all values up to the end of the container, in their order or sorted. */
+std::string Members(sd_bus_message* message, const char* separator = ", ", bool sorted = false) {
     std::vector<std::string> texts;
     while (Check("sd_bus_message_at_end", sd_bus_message_at_end(message, false)) == 0) {
         texts.push_back(ValueText(message));
     }
-    return texts;
-}
-
-std::string Joined(const std::vector<std::string>& texts, const char* separator) {
+    if (sorted) {
+        std::ranges::sort(texts);
+    }
     std::string joined;
     for (const auto& text : texts) {
         joined += (joined.empty() ? "" : separator) + text;
@@ -68,21 +67,16 @@ std::string Joined(const std::vector<std::string>& texts, const char* separator)
     return joined;
 }
 
-std::string ContainerText(char type, const char* contents, std::vector<std::string> members) {
+std::string ContainerText(sd_bus_message* message, char type, bool dictionary) {
     switch (type) {
-    case SD_BUS_TYPE_ARRAY:
-        if (contents[0] != SD_BUS_TYPE_DICT_ENTRY_BEGIN) {
-            return '[' + Joined(members, ", ") + ']';
-        }
-        // A dictionary has no order, so neither may its text.
-        std::sort(members.begin(), members.end());
-        return '{' + Joined(members, ", ") + '}';
+    case SD_BUS_TYPE_ARRAY: // a dictionary has no order, so neither may its text
+        return dictionary ? '{' + Members(message, ", ", true) + '}' : '[' + Members(message) + ']';
     case SD_BUS_TYPE_STRUCT:
-        return '(' + Joined(members, ", ") + ')';
+        return '(' + Members(message) + ')';
     case SD_BUS_TYPE_DICT_ENTRY:
-        return Joined(members, ": ");
+        return Members(message, ": ");
     default:
-        return Joined(members, ", ");
+        return Members(message);
     }
 }
 
@@ -97,13 +91,13 @@ std::string ValueText(sd_bus_message* message) {
     }
     Check("sd_bus_message_enter_container",
           sd_bus_message_enter_container(message, type, contents));
-    auto text = ContainerText(type, contents, Members(message));
+    auto text = ContainerText(message, type, contents[0] == SD_BUS_TYPE_DICT_ENTRY_BEGIN);
     Check("sd_bus_message_exit_container", sd_bus_message_exit_container(message));
     return text;
 }
 
 std::string MessageText(sd_bus_message* message) {
-    return Joined(Members(message), ", ");
+    return Members(message);
 }
 
 } // namespace vantric::test
