@@ -50,6 +50,7 @@ public:
         const Answer answer = Next(requests.back());
         packet.responseLength = static_cast<std::uint32_t>(
             std::min<std::size_t>(answer.bytes.size(), packet.responseLength));
+        std::ranges::fill(packet.responseBytes, 0xFF); // what isn't of the answer may not be read
         std::copy_n(answer.bytes.begin(), packet.responseLength, packet.responseBytes.begin());
         return static_cast<vantric::VantricStatus>(answer.status);
     }
