@@ -19,6 +19,9 @@ constexpr std::size_t longestMessage = 65536;
 /** How long the kernel keeps the tag of an unanswered request, and a little more. */
 constexpr std::chrono::milliseconds tagLife{6500};
 
+/** Stands for the watched descriptor where sockets have their serials, which begin at 1. */
+constexpr std::uint64_t watched = 0;
+
 } // namespace
 
 bool Exchanges::Open() {
@@ -33,6 +36,17 @@ bool Exchanges::Open() {
     return true;
 }
 
+bool Exchanges::WaitFor(int descriptor, Serial serial) {
+    epoll_event interest{};
+    interest.events = EPOLLIN;
+    interest.data.u64 = serial;
+    return epoll_ctl(readiness.Get(), EPOLL_CTL_ADD, descriptor, &interest) == 0;
+}
+
+bool Exchanges::Watch(int descriptor) {
+    return WaitFor(descriptor, watched);
+}
+
 void Exchanges::SetNetworks(std::map<std::uint8_t, std::uint32_t> networksByEid) {
     const std::lock_guard lock(mutex);
     networks = std::move(networksByEid);
@@ -41,11 +55,7 @@ void Exchanges::SetNetworks(std::map<std::uint8_t, std::uint32_t> networksByEid)
 Exchanges::Socket* Exchanges::OpenSocket(Serial serial) {
     Socket socket;
     socket.descriptor = OpenMctpSocket();
-    epoll_event interest{};
-    interest.events = EPOLLIN;
-    interest.data.u64 = serial;
-    if (!socket.descriptor.Valid() ||
-        epoll_ctl(readiness.Get(), EPOLL_CTL_ADD, socket.descriptor.Get(), &interest) != 0) {
+    if (!socket.descriptor.Valid() || !WaitFor(socket.descriptor.Get(), serial)) {
         return nullptr;
     }
     return &sockets.emplace(serial, std::move(socket)).first->second;
@@ -62,9 +72,10 @@ std::optional<Exchanges::Serial> Exchanges::TakeIdle() {
 }
 
 void Exchanges::CloseWhatTheKernelLetGo() {
-    const auto past = Clock::now() - tagLife;
-    std::erase_if(sockets, [&](const auto& entry) {
-        return entry.second.use == Use::TAKEN_BACK && entry.second.sent < past;
+    // The clock is only read where a request was taken back: each sender comes here.
+    std::erase_if(sockets, [](const auto& entry) {
+        return entry.second.use == Use::TAKEN_BACK &&
+               entry.second.takenBack < Clock::now() - tagLife;
     });
 }
 
@@ -94,7 +105,6 @@ bool Exchanges::Send(MctpLinkRequest& record) {
     socket.peer = peer;
     socket.messageType = record.messageType;
     socket.request = nextRequest++;
-    socket.sent = Clock::now();
     pending.Add(socket.request, record);
     return true;
 }
@@ -105,13 +115,14 @@ void Exchanges::Clear(std::uint8_t eid) {
         for (auto& [serial, socket] : sockets) {
             if (socket.use == Use::WAITING && socket.peer.eid == eid) {
                 socket.use = Use::TAKEN_BACK;
+                socket.takenBack = Clock::now();
             }
         }
     }
     pending.Clear(eid);
 }
 
-std::optional<std::uint32_t> Exchanges::Receive(Serial serial, std::size_t& length) {
+std::optional<std::uint32_t> Exchanges::Take(Serial serial, std::size_t& length) {
     const std::lock_guard lock(mutex);
     const auto found = sockets.find(serial);
     if (found == sockets.end()) {
@@ -138,13 +149,18 @@ std::optional<std::uint32_t> Exchanges::Receive(Serial serial, std::size_t& leng
     return wanted ? std::optional(socket.request) : std::nullopt;
 }
 
-void Exchanges::ReceiveAll() {
+void Exchanges::Receive() {
     std::array<epoll_event, 16> ready{};
-    const int count = epoll_wait(readiness.Get(), ready.data(), ready.size(), 0);
-    for (int i = 0; i < count && !stopped; ++i) {
-        std::size_t length = 0;
-        if (const auto request = Receive(ready.at(static_cast<std::size_t>(i)).data.u64, length)) {
-            pending.Complete(*request, {.response = std::span(buffer).first(length)});
+    for (bool called = false; !called && !stopped;) {
+        const int count = epoll_wait(readiness.Get(), ready.data(), ready.size(), -1);
+        for (int i = 0; i < count && !stopped; ++i) {
+            const Serial serial = ready.at(static_cast<std::size_t>(i)).data.u64;
+            std::size_t length = 0;
+            if (serial == watched) {
+                called = true;
+            } else if (const auto request = Take(serial, length)) {
+                pending.Complete(*request, {.response = std::span(buffer).first(length)});
+            }
         }
     }
 }

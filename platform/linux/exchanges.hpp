@@ -29,8 +29,8 @@ public:
     /** False, with the reason in errno, if the kernel has no MCTP. Comes before all else. */
     bool Open();
 
-    /** Readable while a message waits. */
-    int Readiness() const { return readiness.Get(); }
+    /** Has Receive() return when this descriptor is readable. Comes before Receive(). */
+    bool Watch(int descriptor);
 
     /** Says in which network each EID is. A request to another one is refused. Any thread. */
     void SetNetworks(std::map<std::uint8_t, std::uint32_t> networksByEid);
@@ -41,8 +41,9 @@ public:
     /** Takes back all requests to an endpoint, as MctpLinkClearRequest promises. Any thread. */
     void Clear(std::uint8_t eid);
 
-    /** Takes the messages that wait, and completes their requests. One thread. */
-    void ReceiveAll();
+    /** Waits for messages, takes them and completes their requests until the watched descriptor is
+     *  readable. One thread. */
+    void Receive();
 
     /** Nothing is completed from now on, except what is just being completed. Any thread. */
     void Stop() { stopped = true; }
@@ -59,8 +60,10 @@ private:
         Peer peer;
         std::uint8_t messageType = 0;
         std::uint32_t request = 0; // its number in pending
-        Clock::time_point sent;
+        Clock::time_point takenBack;
     };
+
+    bool WaitFor(int descriptor, Serial serial);
 
     // With mutex held.
     Socket* OpenSocket(Serial serial);
@@ -68,11 +71,11 @@ private:
     std::optional<Serial> TakeIdle();
 
     /** Takes one message; returns the number of the request that it answers. */
-    std::optional<std::uint32_t> Receive(Serial serial, std::size_t& length);
+    std::optional<std::uint32_t> Take(Serial serial, std::size_t& length);
 
     PendingRequests pending;
-    platform_support::FileDescriptor readiness;
-    std::vector<std::uint8_t> buffer; // of the thread that receives
+    platform_support::FileDescriptor readiness; // of all sockets and the watched descriptor
+    std::vector<std::uint8_t> buffer;           // of the thread that receives
     std::atomic<bool> stopped = false;
 
     std::mutex mutex; // guards what follows; never held while pending waits or completes

@@ -33,7 +33,7 @@ public:
     bool Prepare();
 
     /** Serves until Stop(). */
-    void Run() { sd_event_loop(event.get()); }
+    void Run();
 
     /** Makes Run() return; nothing is called back by its thread from then on, but for what is just
      *  being called. Any thread. */
@@ -43,11 +43,8 @@ public:
     platform_support::Worker tables{"mctplink-table"};
 
 private:
-    static int OnReadiness(sd_event_source* source, int descriptor, std::uint32_t events,
-                           void* self);
     static int OnStop(sd_event_source* source, int descriptor, std::uint32_t events, void* self);
 
-    bool Watch(int descriptor, sd_event_io_handler_t handler, SourceHandle& source);
     void TellDiscovery();
     void TakeEndpoints(const std::vector<Endpoint>& endpoints);
     void Remark(const std::vector<std::string>& remarks);
@@ -58,8 +55,6 @@ private:
     std::vector<std::string> remarked;
     platform_support::FileDescriptor stop;
     EventHandle event;
-    SourceHandle readinessSource;
-    SourceHandle stopSource;
     Mctpd mctpd{{.onDiscovery = [this] { TellDiscovery(); },
                  .onEndpoints = [this](const auto& endpoints) { TakeEndpoints(endpoints); }}};
 };
@@ -78,8 +73,9 @@ bool Attached::Prepare() {
     stop = platform_support::FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
     const bool looping = sd_event_new(&made) >= 0;
     event.reset(made);
-    if (!looping || !stop.Valid() || !Watch(stop.Get(), OnStop, stopSource) ||
-        !Watch(exchanges.Readiness(), OnReadiness, readinessSource)) {
+    if (!looping || !stop.Valid() ||
+        sd_event_add_io(event.get(), nullptr, stop.Get(), EPOLLIN, OnStop, nullptr) < 0 ||
+        !exchanges.Watch(sd_event_get_fd(event.get()))) {
         board::Log(board::LOG_ERROR, "No event loop");
         return false;
     }
@@ -90,22 +86,24 @@ bool Attached::Prepare() {
     return true;
 }
 
-bool Attached::Watch(int descriptor, sd_event_io_handler_t handler, SourceHandle& source) {
-    sd_event_source* made = nullptr;
-    const int result = sd_event_add_io(event.get(), &made, descriptor, EPOLLIN, handler, this);
-    source.reset(made);
-    return result >= 0;
+void Attached::Run() {
+    int pending = 0;
+    while (pending >= 0 && sd_event_get_state(event.get()) != SD_EVENT_FINISHED) {
+        pending = sd_event_prepare(event.get());
+        if (pending == 0) {
+            // Not a source of the event loop, which reads three clocks each time that it wakes.
+            exchanges.Receive();
+            pending = sd_event_wait(event.get(), 0);
+        }
+        if (pending > 0) {
+            pending = sd_event_dispatch(event.get());
+        }
+    }
 }
 
 void Attached::Stop() {
     exchanges.Stop();
     static_cast<void>(eventfd_write(stop.Get(), 1)); // fails only if it has been written before
-}
-
-int Attached::OnReadiness(sd_event_source* /*source*/, int /*descriptor*/, std::uint32_t /*events*/,
-                          void* self) {
-    static_cast<Attached*>(self)->exchanges.ReceiveAll();
-    return 0;
 }
 
 int Attached::OnStop(sd_event_source* source, int /*descriptor*/, std::uint32_t /*events*/,
