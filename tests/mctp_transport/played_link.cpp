@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mctp_transport/played_link.hpp"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 namespace vantric::test {
@@ -29,13 +31,15 @@ int MctpLinkDetach() {
     return 0;
 }
 
-int MctpLinkSendRequest(MctpLinkRequest* request, std::uint32_t) {
+int MctpLinkSendRequest(MctpLinkRequest* request, std::uint32_t flags) {
+    EXPECT_EQ(flags, 0U);
     auto& link = vantric::test::Link();
     link.sent.emplace_back(request->requestBytes, request->requestBytes + request->requestLength);
     return link.onSend(*request);
 }
 
-int MctpLinkClearRequest(std::uint8_t eid, std::uint32_t) {
+int MctpLinkClearRequest(std::uint8_t eid, std::uint32_t flags) {
+    EXPECT_EQ(flags, 0U);
     vantric::test::Link().cleared.push_back(eid);
     vantric::test::Link().onClear();
     return 0;

@@ -50,11 +50,13 @@ TEST(GetExtractedData, LogsEachFieldOfRecords) {
     for (const auto* record : records) {
         endpoint.HandlePDR(Bytes::FromHex(record));
     }
+    endpoint.Answers({Good({42})});
+    endpoint.cmds.GetTID();
     EXPECT_EQ(
         Extracted(endpoint),
         "************************************************* Extracting data for Slot=3 having "
         "EID=9 ************************************************* PLDM Type=2 Version=0xf1f2f000 "
-        "Supported command=81 TID=0 PDRUpdatetime=2024-09-10 20:30:40.001234 "
+        "Supported command=81 TID=42 PDRUpdatetime=2024-09-10 20:30:40.001234 "
         "UTC_Offset_In_Minutes=60 Time_Resolution=1 UTC_Resolution=2 iRecordCount=0 "
         "iRepositorySize=0 iLargestRecordSize=0 iDataTransferHandleTimeout=0 "
         "***************NUMERIC_SENSORS******************* sensorID=4242 entityType=144 "
@@ -199,9 +201,12 @@ TEST(Lists, TakeWholeRecordsUntilTheyAreFull) {
         }
         endpoint.HandlePDR(Slice(row.record, 0, 10 + row.shortest));
         EXPECT_EQ(Records(endpoint), 1U) << "type " << int{row.record[5]};
+        const CapturedLog log;
         for (int i = 0; i < 8200; ++i) {
             endpoint.HandlePDR(row.record);
         }
+        EXPECT_EQ(log.Count(2, "No more than 8192 records of one kind are kept\n"),
+                  row.kept == 8192 ? 1 : 0);
         EXPECT_EQ(Records(endpoint), row.kept) << "type " << int{row.record[5]};
     }
 }
