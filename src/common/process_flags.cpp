@@ -15,7 +15,9 @@ std::condition_variable hostPowerCond;
 void ReportHostPower(HostPower power) {
     const std::scoped_lock lock(hostPowerMutex);
     hostPowerState = power;
-    hostPowerOffs += power == HOST_POWER_OFF ? 1 : 0;
+    if (power == HOST_POWER_OFF) {
+        ++hostPowerOffs;
+    }
     hostPowerCond.notify_all();
 }
 
