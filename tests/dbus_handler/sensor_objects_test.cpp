@@ -4,6 +4,8 @@
 
 #include <cmath>
 #include <ctime>
+#include <set>
+#include <span>
 
 namespace vantric::test {
 
@@ -41,7 +43,15 @@ TEST_F(SensorObjects, AreAnnouncedInterfaceByInterfaceAfterTheirValues) {
             return signal.member == "InterfacesAdded";
         };
         const auto added = std::ranges::find_if(signals, isAdded);
-        EXPECT_NE(signals.begin(), added) << "a value that isn't the default is told first";
+        std::set<std::string> unequal; // the interfaces with a value that isn't the default
+        for (const auto& signal : std::span(signals.begin(), added)) {
+            unequal.insert(Short(signal.body.substr(1, signal.body.find('"', 1) - 1)));
+        }
+        std::set expected(interfaces.begin(), interfaces.end());
+        for (const auto* atDefaults : {"Warning", "Critical", "OperationalStatus"}) {
+            expected.erase(atDefaults);
+        }
+        EXPECT_EQ(expected, unequal);
         EXPECT_TRUE(std::all_of(added, signals.end(), isAdded));
         auto again = CardSensor(kind);
         again.sensor.upperWarning = 1;
