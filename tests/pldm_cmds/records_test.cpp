@@ -114,12 +114,11 @@ TEST(GetExtractedData, LogsEachFieldOfRecords) {
         "***********END_EAPDRPtr******************* ");
 }
 
-/** Whether a new record, in which no byte is padding, is made of zeros up to the text that it ends
- *  with. */
-template <typename Record, std::size_t text = 0>
+/** Whether a new record is made of zeros up to the text or padding that it ends with. */
+template <typename Record, std::size_t rest = 0>
 bool IsZero() {
     const auto record = std::make_unique<Record>();
-    const auto bytes = std::as_bytes(std::span(record.get(), 1)).first(sizeof(Record) - text);
+    const auto bytes = std::as_bytes(std::span(record.get(), 1)).first(sizeof(Record) - rest);
     return std::ranges::count(bytes, std::byte{0}) == std::ssize(bytes);
 }
 
@@ -135,6 +134,9 @@ TEST(Records, HoldNothingUntilTheyAreFilled) {
     static const std::regex nothing("Extracting .* EID=9 |[*]+[^ ]* |[^ ]*=[-0:. ]* ");
     EXPECT_EQ(std::regex_replace(Extracted(endpoint), nothing, ""), "");
     EXPECT_TRUE((IsZero<__Sensor, sizeof(std::string)>() && IsZero<PDRTree>()));
+    constexpr auto fruNumbers = offsetof(__FRUContents, cpuAffinity) + sizeof(std::uint16_t);
+    EXPECT_TRUE((IsZero<__FRUContents, sizeof(__FRUContents) - fruNumbers>() &&
+                 IsZero<_state_Effector, 1>() && IsZero<__State_Effectors_Init_PDR>()));
 }
 
 Bytes AssociationPdr(std::uint16_t containerType) {
@@ -202,7 +204,7 @@ TEST(Lists, TakeWholeRecordsUntilTheyAreFull) {
         endpoint.HandlePDR(Slice(row.record, 0, 10 + row.shortest));
         EXPECT_EQ(Records(endpoint), 1U) << "type " << int{row.record[5]};
         const CapturedLog log;
-        for (int i = 0; i < 8200; ++i) {
+        for (std::size_t i = 0; i < row.kept + 8; ++i) {
             endpoint.HandlePDR(row.record);
         }
         EXPECT_EQ(log.Count(2, "No more than 8192 records of one kind are kept\n"),
