@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 using Seeds = std::map<std::string, Bytes>;
 
-constexpr std::size_t mutationsOfSeed = 100;
+constexpr std::size_t mutationsOfSeed = 50;
 constexpr std::size_t prefixesOfSeed = 50;
 
 /** The repository changes once, so that its records come a second time. */
