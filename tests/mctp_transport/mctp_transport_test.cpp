@@ -2,8 +2,10 @@
 /** The blocking exchange: attempts, time-outs and what ends them early. */
 #include "mctp_transport/mctp_transport.hpp"
 
+#include "common/log.hpp"
 #include "common/process_flags.hpp"
 #include "mctp_transport/played_link.hpp"
+#include "support/captured_log.hpp"
 #include "support/test_clock.hpp"
 
 #include <gtest/gtest.h>
@@ -20,7 +22,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint8_t eid = 9;
 const Bytes request{0x81, 0x02, 0x11, 0x05, 0x00, 0x00};
-const Bytes response{0x01, 0x02, 0x11, 0x00, 0x2A};
+const Bytes response{1, 2, 0x11, 0, 0x2A, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 0xF0};
 
 class MctpTransport : public testing::Test {
 protected:
@@ -48,6 +50,7 @@ protected:
 };
 
 TEST_F(MctpTransport, AnAnswerThatIsFasterThanTheWaitIsNotLost) {
+    const CapturedLog log;
     Link().onSend = [](MctpLinkRequest& record) {
         EXPECT_EQ(record.command, 0x11U);
         EXPECT_EQ(record.eid, eid);
@@ -61,6 +64,13 @@ TEST_F(MctpTransport, AnAnswerThatIsFasterThanTheWaitIsNotLost) {
     EXPECT_EQ(packet.responseLength, response.size());
     EXPECT_TRUE(std::equal(response.begin(), response.end(), packet.responseBytes.begin()));
     EXPECT_TRUE(Link().cleared.empty());
+    EXPECT_EQ(log.Messages(LOG_LEVEL_TRACE),
+              (std::vector<std::string>{
+                  "CMD[3][11][06/06]: 81 02 11 05 00 00 \n",
+                  "MCTP:RSP:EPID[9]:RSPS[0]:RSPF[0]:RSPEType[0]\n",
+                  "RSP[3][11][16/17]: 01 02 11 00 2A 05 06 07 08 09 0A 0B 0C 0D 0E 0F \n",
+                  "RSP[3][11][17/17]: F0 \n",
+              }));
 }
 
 TEST_F(MctpTransport, AnAnswerFromAnotherThreadWakesTheSender) {
