@@ -4,7 +4,8 @@
     commands_test.py SOURCE BUILD
 
 A block of commands runs in one shell, beside a bus, a simulator and the daemon. What builds, takes
-minutes or needs a booted board isn't run: its program must be there, and know the options.
+minutes or needs a booted board isn't run: its program must be there, and know the options. A word that
+the daemon doesn't know is told and ends it.
 """
 
 import os
@@ -83,6 +84,10 @@ def main():
             capture_output=True).returncode == 0)
         for script in scripts:
             server.run("bash", "-emc", beside_a_daemon(script))
+    wrong = subprocess.run([build / "src/vantric/vantricd", "--once"], check=False,
+                           capture_output=True, text=True)
+    assert (wrong.returncode, wrong.stderr) == (
+        2, 'vantricd: "--once" is no argument; vantricd --help tells which are\n'), wrong
 
 
 if __name__ == "__main__":
