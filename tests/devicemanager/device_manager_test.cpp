@@ -247,17 +247,24 @@ TEST_F(DeviceManagerLife, TablesComeOneByOneAndLeaveLaterPowerOffsToOthers) {
 class DeviceManagerPower : public DeviceManagerLife {
 protected:
     DeviceManagerPower() {
-        {
-            const std::scoped_lock lock(dbusReadyMutex);
-            dbusReady = true;
-        }
-        server = std::thread([this] {
+        const auto attached = [this] { return log.Count(1, "Failed to attach to MCTP\n") == 1; };
+        std::atomic<pid_t> thread{0};
+        dbusReady = false;
+        server = std::thread([this, &thread] {
+            thread = gettid();
             try {
                 manager.DevMgrThread();
             } catch (const EndOfThread&) {
             }
         });
-        EXPECT_TRUE(Eventually([&] { return log.Count(1, "Failed to attach to MCTP\n") == 1; }));
+        EXPECT_TRUE(Eventually([&] { return thread != 0 && Sleeps(thread); }));
+        EXPECT_FALSE(attached()) << "before both signals can be heard";
+        {
+            const std::scoped_lock lock(dbusReadyMutex);
+            dbusReady = true;
+        }
+        dbusReadyCond.notify_all();
+        EXPECT_TRUE(Eventually(attached));
         Bring(Cards({1, 3}));
     }
 
