@@ -85,13 +85,13 @@ TEST(AuxNames, GoToTheFirstSensorWithTheirId) {
         {Bytes{1, 2}.Add(Name("e", std::u16string(500, u'x'))).Add(late),
          "e:" + std::string(383, 'x')},
         {Bytes{1, 2}.Add(name).Add(Name(std::string(800, 't'), u"late")), "en:Ab"},
-        // Surrogates and the longest of each length of UTF-8.
+        // Surrogates, and the points beside a change of length in UTF-8.
         {Bytes{1, 1}.Add(Name("", {0xD83D, u'a'})), ":\uFFFDa"},
         {Bytes{1, 1}.Add(Name("", {0xDE00, u'a'})), ":\uFFFDa"},
         {Bytes{1, 1}.Add(Name("", {u'a', 0xD83D})), ":a\uFFFD"},
-        {Bytes{1, 1}.Add(Name("", {0xD83D, 0xD83D, 0xDE00})), ":\uFFFD😀"},
+        {Bytes{1, 1}.Add(Name("", {0xD83D, 0xD83D, 0xDE01})), ":\uFFFD😁"},
         {Bytes{1, 1}.Add(Name("", {0xDBFF, 0xDFFF})), ":\U0010FFFF"},
-        {Bytes{1, 1}.Add(Name("", {0x07FF, 0x0800, 0xFFFF})), ":\u07FF\u0800\uFFFF"},
+        {Bytes{1, 1}.Add(Name("", {0x80, 0x07FF, 0x0800, 0xFFFF})), ":\u0080\u07FF\u0800\uFFFF"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Named(row.id, row.countsAndArea),

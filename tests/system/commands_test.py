@@ -84,10 +84,10 @@ def main():
             capture_output=True).returncode == 0)
         for script in scripts:
             server.run("bash", "-emc", beside_a_daemon(script))
-    wrong = subprocess.run([build / "src/vantric/vantricd", "--once"], check=False,
-                           capture_output=True, text=True)
-    assert (wrong.returncode, wrong.stderr) == (
-        2, 'vantricd: "--once" is no argument; vantricd --help tells which are\n'), wrong
+    told = [subprocess.run([build / "src/vantric/vantricd", word], check=False, text=True,
+                           capture_output=True) for word in ("--help", "--version", "--once")]
+    assert [one.returncode for one in told] == [0, 0, 2], told
+    assert told[2].stderr == 'vantricd: "--once" is no argument; vantricd --help tells which are\n'
 
 
 if __name__ == "__main__":

@@ -59,7 +59,7 @@ TEST(Table, IsTakenDuringTimeOuts) {
     server.See(slot3 + " Value=50").Do("silence 12");
     // A failed cycle over I2C is tolerated and begins anew at once.
     server.Read("MCTP Timeout::For CMD = 11 and EID = 12", 2).Do("move 12 32").Do("unsilence 32");
-    server.Read("Updating EID = 32 for slot 3").See(slot3 + " Value=50");
+    server.Read("Updating EID = 32 for slot 3").Read("PLDM_Slot_3:").See(slot3 + " Value=50");
 }
 
 TEST(Table, DuringAnInventoryLeadsToANewOneOnItsEndpoints) {
