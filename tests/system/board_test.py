@@ -21,6 +21,8 @@ from processes import Server, run
 
 SERVICE = "com.korv.zenth.vantricd"
 SENSOR = "/xyz/openbmc_project/sensors/temperature/NIC_Slot_3_sensorid_1"
+PROBE = (SERVICE, SENSOR, "com.korv.zenth.Sensor.ProbeObj", "ObjectStatus")
+READ = "y 2\n" # what the property is from the first reading on
 FILES = {
     "bin/vantricd",
     "bin/vantric-monitor",
@@ -120,8 +122,9 @@ def serve(server, plain, source, image, libraries):
         (server.folder / name).chmod(0o777)
     server.environment["LD_LIBRARY_PATH"] = str(libraries)
     server.start(*as_user(user), "--bounding-set=-all", image / command[1:])
-    server.wait_for("sensor", lambda: SERVICE in server.run("busctl", "list", "--acquired")
-                    and SENSOR in server.run("busctl", "tree", "--list", SERVICE))
+    server.wait_for("reading", lambda: SERVICE in server.run("busctl", "list", "--acquired")
+                    and SENSOR in server.run("busctl", "tree", "--list", SERVICE)
+                    and server.run("busctl", "get-property", *PROBE) == READ)
     return user
 
 
@@ -130,12 +133,11 @@ def check_rights(server, service_user):
     def busctl(user, *words, **options):
         return server.run(*as_user(user), "busctl", *words, **options)
 
-    probe = (SERVICE, SENSOR, "com.korv.zenth.Sensor.ProbeObj", "ObjectStatus")
     for user in ("root", "nobody", service_user):
-        assert busctl(user, "get-property", *probe) == "y 2\n"
+        assert busctl(user, "get-property", *PROBE) == READ
         busctl(user, "introspect", SERVICE, SENSOR)
     for user, may in (("nobody", False), (service_user, False), ("root", True)):
-        told = busctl(user, "set-property", *probe, "y", "1", good=may)
+        told = busctl(user, "set-property", *PROBE, "y", "1", good=may)
         assert may or "Access denied" in told, told
     bus = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName")
     for user, may in (("nobody", False), (service_user, True), ("root", True)):
