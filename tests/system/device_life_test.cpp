@@ -82,7 +82,8 @@ TEST(HostPower, OffEndsADeviceInATimeOutAndOnNumbersSensorsAnew) {
     server.See(slot3 + " Instance=151").Do("plug 4").See(slot4 + " Instance=152");
     server.Do("silence 11");
     server.Read("MCTP Timeout::For CMD = 11 and EID = 11").Do("host off").Miss(slot3).Miss(slot4);
-    server.Do("pull 3 quietly").Do("host on").Do("table").See(slot4 + " Instance=151");
+    server.Do("pull 3 quietly").Do("host on").Read("HOST_POWER_ON", 2);
+    server.Do("table").See(slot4 + " Instance=151");
 }
 
 TEST(UnchangedSensors, AreSilentOnTheBus) {
