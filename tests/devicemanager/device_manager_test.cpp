@@ -248,8 +248,13 @@ class DeviceManagerPower : public DeviceManagerLife {
 protected:
     DeviceManagerPower() {
         const auto attached = [this] { return log.Count(1, "Failed to attach to MCTP\n") == 1; };
+        const auto setReady = [](bool ready) {
+            const std::scoped_lock lock(dbusReadyMutex);
+            dbusReady = ready;
+            dbusReadyCond.notify_all();
+        };
+        setReady(false);
         std::atomic<pid_t> thread{0};
-        dbusReady = false;
         server = std::thread([this, &thread] {
             thread = gettid();
             try {
@@ -259,11 +264,7 @@ protected:
         });
         EXPECT_TRUE(Eventually([&] { return thread != 0 && Sleeps(thread); }));
         EXPECT_FALSE(attached()) << "before both signals can be heard";
-        {
-            const std::scoped_lock lock(dbusReadyMutex);
-            dbusReady = true;
-        }
-        dbusReadyCond.notify_all();
+        setReady(true);
         EXPECT_TRUE(Eventually(attached));
         Bring(Cards({1, 3}));
     }

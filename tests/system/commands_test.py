@@ -4,8 +4,8 @@
     commands_test.py SOURCE BUILD
 
 A block of commands runs in one shell, beside a bus, a simulator and the daemon. What builds, takes
-minutes or needs a booted board isn't run: its program must be there, and know the options. A word that
-the daemon doesn't know is told and ends it.
+minutes or needs a booted board isn't run: its program must be there, and know the options. A word
+that the daemon doesn't know is told and ends it.
 """
 
 import os
